@@ -1,0 +1,7 @@
+#include "app/Start.h"
+
+namespace tillbook {
+
+void Start_Main() {}
+
+} // namespace tillbook
