@@ -1,0 +1,13 @@
+#pragma once
+
+#include "ledger/filter/Ast.h"
+#include "ledger/filter/Diagnostics.h"
+#include "ledger/filter/Filter.h"
+
+namespace tillbook::filter {
+
+// Turns a parsed filter into SQL over the view's columns: resolves field names, decides what each
+// bare word means, checks types and converts constants to the stored form. Throws FilterError.
+SqlFilter compile(const Expression& expression, const FieldResolver& resolve, const Diagnostics& diagnostics);
+
+} // namespace tillbook::filter
