@@ -1,0 +1,201 @@
+#include "app/frmLogin.h"
+
+#include "app/SignIn.h"
+#include "entry/frmCR.h"
+#include "settings/Registry.h"
+#include "ui/Events.h"
+#include "ui/Forms.h"
+#include "ui/Help.h"
+#include "ui/Platform.h"
+#include "ui_frmLogin.h"
+
+#include <QCoreApplication>
+
+namespace tillbook {
+
+frmLogin::frmLogin(QWidget* parent) : QMainWindow(parent), ui(std::make_unique<Ui::frmLogin>()) {
+    ui->setupUi(this);
+    setObjectName(QStringLiteral("frmLogin"));
+
+    connect(ui->cboDatabase, &ComboBox::Click, this, &frmLogin::cboDatabase_Click);
+    connect(ui->cboUser, &ComboBox::Click, this, &frmLogin::cboUser_Click);
+    connect(ui->cmdOK, &QPushButton::clicked, this, &frmLogin::cmdOK_Click);
+    connect(ui->cmdExit, &QPushButton::clicked, this, &frmLogin::cmdExit_Click);
+    connect(ui->mnuFileOK, &QAction::triggered, this, &frmLogin::mnuFileOK_Click);
+    connect(ui->mnuFileExit, &QAction::triggered, this, &frmLogin::mnuFileExit_Click);
+    connect(ui->mnuHelpLogin, &QAction::triggered, this, &frmLogin::mnuHelpLogin_Click);
+    connect(ui->mnuAddNewDB, &QAction::triggered, this, &frmLogin::mnuAddNewDB_Click);
+    connect(ui->mnuAddNewUser, &QAction::triggered, this, &frmLogin::mnuAddNewUser_Click);
+    connect(ui->mnuDeleteDB, &QAction::triggered, this, &frmLogin::mnuDeleteDB_Click);
+    connect(ui->mnuDeleteUser, &QAction::triggered, this, &frmLogin::mnuDeleteUser_Click);
+    // "Save Password" ticks and unticks itself when chosen; nothing is written until sign-in or exit.
+
+    onActivate(this, [this] { Form_Activate(); });
+    onGotFocus(ui->txtPassword, [this] { txtPassword_GotFocus(); });
+    onKeyPress(ui->txtPassword, [this](int& keyAscii) { txtPassword_KeyPress(keyAscii); });
+    onKeyUp(ui->txtPassword, [this](int keyCode, int shift) { txtPassword_KeyUp(keyCode, shift); });
+    onLostFocus(ui->txtPassword, [this] { txtPassword_LostFocus(); });
+
+    Form_Load();
+}
+
+frmLogin::~frmLogin() = default;
+
+void frmLogin::Form_Load() {
+    FixFormSize(this, 7920, 3330);
+    CentreForm(this);
+    ui->lblVersion->setText(QStringLiteral("Version  %1.%2.%3")
+                                .arg(TILLBOOK_VERSION_MAJOR)
+                                .arg(TILLBOOK_VERSION_MINOR)
+                                .arg(TILLBOOK_VERSION_PATCH));
+    ui->cmdOK->setEnabled(false);
+    DatabaseIDs.fill(QString());
+    Users.fill(UserRecord());
+}
+
+void frmLogin::Form_Activate() {
+    if (ReturnFromNew) {
+        m_initialised = true;
+        ReturnFromNew = false;
+    }
+    if (!m_initialised) {
+        const ConnectInfo info = Load_ConnectInfo();
+        ui->mnuFilePassword->setChecked(info.savePassword);
+        ui->txtPassword->setText(info.savedPassword);
+        Load_DatabasesAndUsers();
+        ui->txtPassword->setFocus(Qt::OtherFocusReason);
+    } else {
+        // The lists are always rebuilt from memory; selecting the database again also resets the user.
+        Load_DatabaseCombo();
+        Load_UserCombo();
+    }
+}
+
+void frmLogin::Load_DatabaseCombo() {
+    ui->cboDatabase->clear();
+    for (const QString& id : DatabaseIDs) {
+        if (!id.isEmpty())
+            ui->cboDatabase->addItem(id);
+    }
+    ui->cboDatabase->setListIndex(CurrentDatabase - 1);
+}
+
+void frmLogin::Load_UserCombo() {
+    ui->cboUser->clear();
+    for (const UserRecord& user : Users) {
+        if (!user.UserName.isEmpty())
+            ui->cboUser->addItem(user.UserName);
+    }
+    ui->cboUser->setListIndex(CurrentUser - 1);
+}
+
+void frmLogin::Load_DatabasesAndUsers() {
+    Load_DatabaseIDs();
+    Load_DatabaseCombo();
+    if (CurrentDatabase != 0)
+        Reload_Users();
+}
+
+void frmLogin::Reload_Users() {
+    Load_Users();
+    Load_UserCombo();
+    m_initialised = true;
+}
+
+void frmLogin::Enable_cmdOK() {
+    ui->cmdOK->setEnabled(ui->cboDatabase->ListIndex() > -1 && ui->cboUser->ListIndex() > -1 &&
+                          !ui->txtPassword->text().isEmpty());
+}
+
+bool frmLogin::Check_Password() const {
+    if (CurrentUser < 1 || CurrentUser > UserSlots)
+        return false;
+    return Users[CurrentUser - 1].Password == m_typedPassword;
+}
+
+void frmLogin::cboDatabase_Click() {
+    if (m_initialised) {
+        CurrentDatabase = static_cast<std::int16_t>(ui->cboDatabase->ListIndex() + 1);
+        CurrentUser = 0;
+        Reload_Users();
+        ui->cboUser->setListIndex(-1);
+    }
+    Enable_cmdOK();
+}
+
+void frmLogin::cboUser_Click() {
+    if (m_initialised)
+        CurrentUser = static_cast<std::int16_t>(ui->cboUser->ListIndex() + 1);
+    Enable_cmdOK();
+}
+
+void frmLogin::txtPassword_GotFocus() {
+    ui->txtPassword->setSelection(0, static_cast<int>(ui->txtPassword->text().size()));
+}
+
+void frmLogin::txtPassword_KeyPress(int& keyAscii) {
+    UpperCaseKey(keyAscii);
+}
+
+void frmLogin::txtPassword_KeyUp(int /*keyCode*/, int /*shift*/) {
+    Enable_cmdOK();
+}
+
+void frmLogin::txtPassword_LostFocus() {
+    m_typedPassword = ui->txtPassword->text();
+}
+
+void frmLogin::cmdOK_Click() {
+    if (Check_Password()) {
+        setCursor(Qt::WaitCursor);
+        SignInDatabaseID = ui->cboDatabase->currentText();
+        SignInUser = ui->cboUser->currentText();
+        SignInPassword = ui->txtPassword->text();
+        Save_ConnectInfo(ui->cboDatabase->ListIndex(), ui->cboUser->ListIndex(),
+                         ui->mnuFilePassword->isChecked(), ui->txtPassword->text());
+        auto* receipts = new frmCR();
+        receipts->setAttribute(Qt::WA_DeleteOnClose);
+        receipts->show();
+        setAttribute(Qt::WA_DeleteOnClose);
+        close();
+        return;
+    }
+    MsgBox(QStringLiteral("Enter your password again."), vbOKOnly + vbExclamation,
+           QStringLiteral("Invalid Password"));
+    ui->txtPassword->setFocus(Qt::OtherFocusReason);
+    ui->txtPassword->selectAll();
+    ui->cmdOK->setEnabled(false);
+}
+
+void frmLogin::mnuFileOK_Click() {
+    cmdOK_Click();
+}
+
+void frmLogin::mnuFilePassword_Click() {
+    ui->mnuFilePassword->toggle();
+}
+
+void frmLogin::cmdExit_Click() {
+    Save_ConnectInfo(ui->cboDatabase->ListIndex(), ui->cboUser->ListIndex(), ui->mnuFilePassword->isChecked(),
+                     ui->txtPassword->text());
+    Save_DatabaseIDs();
+    Save_Users();
+    close();
+    QCoreApplication::quit();
+}
+
+void frmLogin::mnuFileExit_Click() {
+    cmdExit_Click();
+}
+
+void frmLogin::mnuHelpLogin_Click() {
+    ShowHelp();
+}
+
+// Adding and removing database IDs and users come with the administration dialogs.
+void frmLogin::mnuAddNewDB_Click() {}
+void frmLogin::mnuAddNewUser_Click() {}
+void frmLogin::mnuDeleteDB_Click() {}
+void frmLogin::mnuDeleteUser_Click() {}
+
+} // namespace tillbook

@@ -1,0 +1,128 @@
+#include "settings/Registry.h"
+
+#include "settings/SettingsStore.h"
+#include "ui/Formats.h"
+
+namespace tillbook {
+
+namespace {
+
+bool isDatabaseSlot(int slot) {
+    return slot >= 1 && slot <= DatabaseSlots;
+}
+
+QString usersKey(int slot, const QString& value) {
+    return QStringLiteral("Database%1/Users/%2").arg(slot).arg(value);
+}
+
+QString batchKey(int slot, const QString& value) {
+    return QStringLiteral("Database%1/BatchInfo/%2").arg(slot).arg(value);
+}
+
+QString databaseKey(int slot) {
+    return QStringLiteral("Database%1/DB%1").arg(slot);
+}
+
+} // namespace
+
+QString BoolText(bool value) {
+    return value ? QStringLiteral("True") : QStringLiteral("False");
+}
+
+bool BoolOf(const QString& text, bool defaultValue) {
+    const QString t = text.trimmed();
+    if (t.compare(QStringLiteral("True"), Qt::CaseInsensitive) == 0)
+        return true;
+    if (t.compare(QStringLiteral("False"), Qt::CaseInsensitive) == 0)
+        return false;
+    bool isNumber = false;
+    const double number = t.toDouble(&isNumber);
+    return isNumber ? number != 0.0 : defaultValue;
+}
+
+void Load_DatabaseIDs() {
+    const SettingsStore store;
+    for (int slot = 1; slot <= DatabaseSlots; ++slot)
+        DatabaseIDs[slot - 1] = store.read(databaseKey(slot), QString());
+}
+
+void Save_DatabaseIDs() {
+    SettingsStore store;
+    for (int slot = 1; slot <= DatabaseSlots; ++slot)
+        store.write(databaseKey(slot), DatabaseIDs[slot - 1]);
+}
+
+void Load_Users() {
+    if (!isDatabaseSlot(CurrentDatabase))
+        return;
+    const SettingsStore store;
+    for (int i = 1; i <= UserSlots; ++i) {
+        Users[i - 1].UserName =
+            store.read(usersKey(CurrentDatabase, QStringLiteral("User%1").arg(i)), QString());
+        Users[i - 1].Password =
+            store.read(usersKey(CurrentDatabase, QStringLiteral("Password%1").arg(i)), QString());
+    }
+}
+
+void Save_Users() {
+    if (!isDatabaseSlot(CurrentDatabase))
+        return;
+    SettingsStore store;
+    for (int i = 1; i <= UserSlots; ++i) {
+        store.write(usersKey(CurrentDatabase, QStringLiteral("User%1").arg(i)), Users[i - 1].UserName);
+        store.write(usersKey(CurrentDatabase, QStringLiteral("Password%1").arg(i)), Users[i - 1].Password);
+    }
+}
+
+ConnectInfo Load_ConnectInfo() {
+    const SettingsStore store;
+    CurrentDatabase = Int16Of(store.read(QStringLiteral("ConnectInfo/Database"), QString()));
+    CurrentUser = Int16Of(store.read(QStringLiteral("ConnectInfo/User"), QString()));
+    ConnectInfo info;
+    info.savePassword =
+        BoolOf(store.read(QStringLiteral("ConnectInfo/Save"), QStringLiteral("False")), false);
+    info.savedPassword = store.read(QStringLiteral("ConnectInfo/SavedPWD"), QString());
+    return info;
+}
+
+void Save_ConnectInfo(int databaseListIndex, int userListIndex, bool savePassword, const QString& password) {
+    SettingsStore store;
+    store.write(QStringLiteral("ConnectInfo/Database"), QString::number(databaseListIndex + 1));
+    store.write(QStringLiteral("ConnectInfo/User"), QString::number(userListIndex + 1));
+    store.write(QStringLiteral("ConnectInfo/Save"), BoolText(savePassword));
+    store.write(QStringLiteral("ConnectInfo/SavedPWD"), savePassword ? password : QString());
+}
+
+void Load_BatchInfo() {
+    if (!isDatabaseSlot(CurrentDatabase))
+        return;
+    const SettingsStore store;
+    CurrentBatch = store.read(batchKey(CurrentDatabase, QStringLiteral("Batch")), QString());
+    BatchListIndex = store.read(batchKey(CurrentDatabase, QStringLiteral("Index")), QStringLiteral("-1"));
+}
+
+void Save_BatchInfo() {
+    if (!isDatabaseSlot(CurrentDatabase))
+        return;
+    SettingsStore store;
+    store.write(batchKey(CurrentDatabase, QStringLiteral("Batch")), CurrentBatch);
+    store.write(batchKey(CurrentDatabase, QStringLiteral("Index")), BatchListIndex);
+}
+
+ReceiptStyle Load_ReceiptStyle() {
+    const SettingsStore store;
+    ReceiptStyle style;
+    style.twoPanel =
+        BoolOf(store.read(QStringLiteral("ReceiptStyle/2panel"), QStringLiteral("False")), false);
+    style.threePanel =
+        BoolOf(store.read(QStringLiteral("ReceiptStyle/3panel"), QStringLiteral("True")), true);
+    return style;
+}
+
+void Save_ReceiptStyle(const ReceiptStyle& style) {
+    SettingsStore store;
+    store.write(QStringLiteral("ReceiptStyle/2panel"), BoolText(style.twoPanel));
+    store.write(QStringLiteral("ReceiptStyle/3panel"), BoolText(style.threePanel));
+}
+
+} // namespace tillbook

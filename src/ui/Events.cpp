@@ -1,0 +1,199 @@
+#include "ui/Events.h"
+
+#include <QApplication>
+#include <QFocusEvent>
+#include <QKeyEvent>
+#include <QPointer>
+
+namespace tillbook {
+
+namespace {
+
+// The program's form that was active last; Activate runs only when another one was.
+QPointer<QWidget>& lastActiveForm() {
+    static QPointer<QWidget> form;
+    return form;
+}
+
+int shiftOf(Qt::KeyboardModifiers modifiers) {
+    int shift = 0;
+    if (modifiers & Qt::ShiftModifier)
+        shift |= vbShiftMask;
+    if (modifiers & Qt::ControlModifier)
+        shift |= vbCtrlMask;
+    if (modifiers & Qt::AltModifier)
+        shift |= vbAltMask;
+    return shift;
+}
+
+int keyCodeOf(const QKeyEvent* event) {
+    switch (event->key()) {
+    case Qt::Key_Backspace:
+        return vbKeyBack;
+    case Qt::Key_Tab:
+    case Qt::Key_Backtab:
+        return vbKeyTab;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        return vbKeyReturn;
+    case Qt::Key_Escape:
+        return vbKeyEscape;
+    case Qt::Key_End:
+        return vbKeyEnd;
+    case Qt::Key_Home:
+        return vbKeyHome;
+    case Qt::Key_Left:
+        return vbKeyLeft;
+    case Qt::Key_Up:
+        return vbKeyUp;
+    case Qt::Key_Right:
+        return vbKeyRight;
+    case Qt::Key_Down:
+        return vbKeyDown;
+    case Qt::Key_Delete:
+        return vbKeyDelete;
+    default:
+        // Letters, digits and the space bar have their ASCII capital codes.
+        return event->key() >= 0x20 && event->key() <= 0x7E ? event->key() : 0;
+    }
+}
+
+// The character a key press types, as a code; 0 when it types none.
+int keyAsciiOf(const QKeyEvent* event) {
+    switch (event->key()) {
+    case Qt::Key_Backspace:
+        return vbKeyBack;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        return vbKeyReturn;
+    case Qt::Key_Escape:
+        return vbKeyEscape;
+    case Qt::Key_Tab:
+    case Qt::Key_Backtab:
+        return 0;
+    default:
+        break;
+    }
+    const QString text = event->text();
+    if (text.size() != 1 || text[0].unicode() < 0x20 || text[0].unicode() == 0x7F)
+        return 0;
+    return text[0].unicode();
+}
+
+bool isFocusHandedElsewhere(Qt::FocusReason reason) {
+    return reason == Qt::PopupFocusReason || reason == Qt::MenuBarFocusReason ||
+           reason == Qt::ActiveWindowFocusReason;
+}
+
+class WidgetEvents : public QObject {
+public:
+    explicit WidgetEvents(QWidget* widget) : QObject(widget), m_widget(widget) {
+        setObjectName(QStringLiteral("tillbookWidgetEvents"));
+        widget->installEventFilter(this);
+    }
+
+    static WidgetEvents* of(QWidget* widget) {
+        auto* existing = widget->findChild<WidgetEvents*>(QStringLiteral("tillbookWidgetEvents"),
+                                                          Qt::FindDirectChildrenOnly);
+        return existing ? existing : new WidgetEvents(widget);
+    }
+
+    std::function<void(int&)> keyPress;
+    std::function<void(int, int)> keyDown;
+    std::function<void(int, int)> keyUp;
+    std::function<void()> gotFocus;
+    std::function<void()> lostFocus;
+    std::function<void()> activate;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (watched != m_widget)
+            return false;
+        switch (event->type()) {
+        case QEvent::KeyPress:
+            return onKeyPressEvent(static_cast<QKeyEvent*>(event));
+        case QEvent::KeyRelease:
+            if (keyUp)
+                keyUp(keyCodeOf(static_cast<QKeyEvent*>(event)),
+                      shiftOf(static_cast<QKeyEvent*>(event)->modifiers()));
+            return false;
+        case QEvent::FocusIn:
+            if (gotFocus && !isFocusHandedElsewhere(static_cast<QFocusEvent*>(event)->reason()))
+                gotFocus();
+            return false;
+        case QEvent::FocusOut:
+            if (lostFocus && !isFocusHandedElsewhere(static_cast<QFocusEvent*>(event)->reason()))
+                lostFocus();
+            return false;
+        case QEvent::WindowActivate:
+            if (activate && lastActiveForm() != m_widget) {
+                lastActiveForm() = m_widget;
+                activate();
+            }
+            return false;
+        default:
+            return false;
+        }
+    }
+
+private:
+    bool onKeyPressEvent(QKeyEvent* event) {
+        if (m_resending)
+            return false;
+        if (keyDown)
+            keyDown(keyCodeOf(event), shiftOf(event->modifiers()));
+        const int typed = keyAsciiOf(event);
+        if (!keyPress || typed == 0)
+            return false;
+        int keyAscii = typed;
+        keyPress(keyAscii);
+        if (keyAscii == typed)
+            return false;
+        if (keyAscii != 0) {
+            // Type the replacement character instead of the one pressed.
+            const QChar replacement(keyAscii);
+            QKeyEvent instead(QEvent::KeyPress, replacement.toUpper().unicode(), event->modifiers(),
+                              QString(replacement));
+            m_resending = true;
+            QApplication::sendEvent(m_widget, &instead);
+            m_resending = false;
+        }
+        return true;
+    }
+
+    QWidget* m_widget;
+    bool m_resending = false;
+};
+
+} // namespace
+
+void onKeyPress(QWidget* widget, std::function<void(int&)> handler) {
+    WidgetEvents::of(widget)->keyPress = std::move(handler);
+}
+
+void onKeyDown(QWidget* widget, std::function<void(int, int)> handler) {
+    WidgetEvents::of(widget)->keyDown = std::move(handler);
+}
+
+void onKeyUp(QWidget* widget, std::function<void(int, int)> handler) {
+    WidgetEvents::of(widget)->keyUp = std::move(handler);
+}
+
+void onGotFocus(QWidget* widget, std::function<void()> handler) {
+    WidgetEvents::of(widget)->gotFocus = std::move(handler);
+}
+
+void onLostFocus(QWidget* widget, std::function<void()> handler) {
+    WidgetEvents::of(widget)->lostFocus = std::move(handler);
+}
+
+void onActivate(QWidget* form, std::function<void()> handler) {
+    WidgetEvents::of(form)->activate = std::move(handler);
+}
+
+void UpperCaseKey(int& keyAscii) {
+    if (keyAscii >= 'a' && keyAscii <= 'z')
+        keyAscii -= 32;
+}
+
+} // namespace tillbook

@@ -1,0 +1,163 @@
+#include "ui/Formats.h"
+
+#include <QLocale>
+#include <QRegularExpression>
+#include <cmath>
+#include <limits>
+
+namespace tillbook {
+
+namespace {
+
+// The numeric prefix of a text: sign, digits and at most one decimal point, after leading blanks.
+QString numericPrefix(const QString& text) {
+    int i = 0;
+    while (i < text.size() && text[i].isSpace())
+        ++i;
+    QString prefix;
+    if (i < text.size() && (text[i] == u'-' || text[i] == u'+'))
+        prefix += text[i++];
+    bool point = false;
+    bool digits = false;
+    for (; i < text.size(); ++i) {
+        if (text[i].isDigit()) {
+            prefix += text[i];
+            digits = true;
+        } else if (text[i] == u'.' && !point) {
+            prefix += text[i];
+            point = true;
+        } else {
+            break;
+        }
+    }
+    return digits ? prefix : QString();
+}
+
+} // namespace
+
+double Val(const QString& text) {
+    const QString prefix = numericPrefix(text);
+    return prefix.isEmpty() ? 0.0 : prefix.toDouble();
+}
+
+Money ValMoney(const QString& text) {
+    QString prefix = numericPrefix(text);
+    if (prefix.isEmpty())
+        return {};
+    const bool negative = prefix.startsWith(u'-');
+    if (negative || prefix.startsWith(u'+'))
+        prefix.remove(0, 1);
+    const qsizetype point = prefix.indexOf(u'.');
+    const QString whole = point < 0 ? prefix : prefix.left(point);
+    const QString fraction = point < 0 ? QString() : prefix.mid(point + 1);
+    if (whole.size() > 15)
+        return {};
+    std::int64_t value = whole.isEmpty() ? 0 : whole.toLongLong() * Money::Scale;
+    value += fraction.left(3).leftJustified(3, u'0').toLongLong();
+    // Decimals beyond the thousandth round half to even.
+    const QString rest = fraction.mid(3);
+    if (!rest.isEmpty()) {
+        const int first = rest[0].digitValue();
+        const bool tail = rest.mid(1).contains(QRegularExpression(QStringLiteral("[1-9]")));
+        if (first > 5 || (first == 5 && (tail || value % 2 != 0)))
+            ++value;
+    }
+    return Money::fromThousandths(negative ? -value : value);
+}
+
+std::optional<std::int16_t> toInt16(double value) {
+    if (!std::isfinite(value))
+        return std::nullopt;
+    const double rounded = std::nearbyint(value); // the default rounding mode is half to even
+    if (rounded < std::numeric_limits<std::int16_t>::min() ||
+        rounded > std::numeric_limits<std::int16_t>::max())
+        return std::nullopt;
+    return static_cast<std::int16_t>(rounded);
+}
+
+std::int16_t Int16Of(const QString& text) {
+    return toInt16(Val(text)).value_or(0);
+}
+
+Money Strip_Commas(const QString& text) {
+    QString kept = text;
+    kept.remove(u',');
+    return ValMoney(kept);
+}
+
+QString FormatAmount(Money amount) {
+    const QString plain = amount.toPlainString(2);
+    const bool negative = plain.startsWith(u'-');
+    const QString digits = negative ? plain.mid(1) : plain;
+    const qsizetype point = digits.indexOf(u'.');
+    QString whole = digits.left(point);
+    for (qsizetype at = whole.size() - 3; at > 0; at -= 3)
+        whole.insert(at, u',');
+    return (negative ? QStringLiteral("-") : QString()) + whole + digits.mid(point);
+}
+
+QString FormatDigits(std::int64_t value, int width) {
+    const QString digits = QString::number(value < 0 ? -value : value).rightJustified(width, u'0');
+    return value < 0 ? u'-' + digits : digits;
+}
+
+QString FormatDateCompact(const QDate& date) {
+    return date.toString(QStringLiteral("yyyyMMdd"));
+}
+
+QString FormatDateLong(const QDate& date) {
+    return QLocale(QLocale::English, QLocale::UnitedStates).toString(date, QStringLiteral("MMMM dd, yyyy"));
+}
+
+QString ShortDatePattern() {
+    const QString fixed = qEnvironmentVariable("TILLBOOK_SHORT_DATE");
+    if (!fixed.isEmpty())
+        return fixed;
+    // The locale's order and separator, widened to dd, MM and yyyy so that every date has the same length.
+    const QString localePattern = QLocale::system().dateFormat(QLocale::ShortFormat);
+    QString pattern;
+    QChar separator = u'/';
+    QString order;
+    for (const QChar c : localePattern) {
+        const QChar lower = c.toLower();
+        if (lower == u'd' || lower == u'm' || lower == u'y') {
+            if (!order.contains(lower))
+                order += lower;
+        } else if (!order.isEmpty() && order.size() < 3 && !c.isSpace() && c != u'\'') {
+            separator = c;
+        }
+    }
+    if (order.size() != 3)
+        order = QStringLiteral("mdy");
+    for (const QChar part : order) {
+        if (!pattern.isEmpty())
+            pattern += separator;
+        pattern += part == u'd'   ? QStringLiteral("dd")
+                   : part == u'm' ? QStringLiteral("MM")
+                                  : QStringLiteral("yyyy");
+    }
+    return pattern;
+}
+
+QString FormatShortDate(const QDate& date) {
+    return date.toString(ShortDatePattern());
+}
+
+QDate ParseShortDate(const QString& text) {
+    const QString pattern = ShortDatePattern();
+    if (text.trimmed().size() != pattern.size())
+        return {};
+    return QDate::fromString(text.trimmed(), pattern);
+}
+
+QDate Today() {
+    const QString fixed = qEnvironmentVariable("TILLBOOK_TODAY");
+    if (!fixed.isEmpty()) {
+        const QDate date = QDate::fromString(fixed, Qt::ISODate);
+        if (date.isValid())
+            return date;
+    }
+    return QDate::currentDate();
+}
+
+} // namespace tillbook

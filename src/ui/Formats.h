@@ -1,0 +1,49 @@
+#pragma once
+
+// Text to number and back, and dates, as the forms show and read them.
+
+#include "ledger/Money.h"
+
+#include <QDate>
+#include <QString>
+#include <cstdint>
+#include <optional>
+
+namespace tillbook {
+
+// The numeric prefix of a text, read leniently: leading blanks are skipped, then an optional sign, digits and
+// one decimal point. "12abc" is 12, "" and "abc" are 0, "1,250" is 1 (a comma ends the number).
+double Val(const QString& text);
+// The same prefix read exactly, to the ledger's thousandths (further decimals are rounded half to even).
+Money ValMoney(const QString& text);
+
+// A number rounded half to even to a 16-bit integer; out of range gives nothing.
+std::optional<std::int16_t> toInt16(double value);
+// The lenient reading of a stored number as a 16-bit integer: its numeric prefix rounded half to even,
+// 0 when there is none or when it does not fit.
+std::int16_t Int16Of(const QString& text);
+
+// Removes every comma and returns the value of the rest, exactly: "1,2,3" is 123, "12abc" is 12, "" is 0.
+Money Strip_Commas(const QString& text);
+
+// "#,###,##0.00": thousands separators, two decimals, at least "0.00"; half away from zero.
+QString FormatAmount(Money amount);
+// A whole number with leading zeros to `width` digits: "0000", "000", "00".
+QString FormatDigits(std::int64_t value, int width);
+
+// "yyyymmdd", as inside receipt numbers.
+QString FormatDateCompact(const QDate& date);
+// "mmmm dd, yyyy", as on printed receipts: "March 05, 2026".
+QString FormatDateLong(const QDate& date);
+
+// The short date form: the locale's order and separator with two-digit day and month and a four-digit year,
+// e.g. "MM/dd/yyyy"; TILLBOOK_SHORT_DATE overrides it. Its length is fixed, so a date mask can follow it.
+QString ShortDatePattern();
+QString FormatShortDate(const QDate& date);
+// A date typed in the short date form; an invalid QDate when the text is no such date.
+QDate ParseShortDate(const QString& text);
+
+// Today's date: the system date, or TILLBOOK_TODAY (yyyy-mm-dd) when set.
+QDate Today();
+
+} // namespace tillbook
