@@ -118,12 +118,19 @@ protected:
                       shiftOf(static_cast<QKeyEvent*>(event)->modifiers()));
             return false;
         case QEvent::FocusIn:
-            if (gotFocus && !isFocusHandedElsewhere(static_cast<QFocusEvent*>(event)->reason()))
-                gotFocus();
+            // Coming back from a menu or another window is no new focus: the field never lost it.
+            if (!m_hasFocus) {
+                m_hasFocus = true;
+                if (gotFocus)
+                    gotFocus();
+            }
             return false;
         case QEvent::FocusOut:
-            if (lostFocus && !isFocusHandedElsewhere(static_cast<QFocusEvent*>(event)->reason()))
-                lostFocus();
+            if (m_hasFocus && !isFocusHandedElsewhere(static_cast<QFocusEvent*>(event)->reason())) {
+                m_hasFocus = false;
+                if (lostFocus)
+                    lostFocus();
+            }
             return false;
         case QEvent::WindowActivate:
             if (activate && lastActiveForm() != m_widget) {
@@ -163,6 +170,7 @@ private:
 
     QWidget* m_widget;
     bool m_resending = false;
+    bool m_hasFocus = false; // the field holds the focus of its form
 };
 
 } // namespace

@@ -1,0 +1,230 @@
+// The sign-in window: what it shows at start, which password it checks, and what a sign-in and an exit store.
+#include "app/SignIn.h"
+#include "app/frmLogin.h"
+#include "settings/Globals.h"
+#include "support/AnswerMessageBoxes.h"
+#include "support/TempSettings.h"
+#include "ui/ComboBox.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QTest>
+
+using namespace tillbook;
+
+namespace {
+
+struct Login {
+    QPointer<frmLogin> form = new frmLogin();
+    ComboBox* cboDatabase = form->findChild<ComboBox*>("cboDatabase");
+    ComboBox* cboUser = form->findChild<ComboBox*>("cboUser");
+    QLineEdit* txtPassword = form->findChild<QLineEdit*>("txtPassword");
+    QPushButton* cmdOK = form->findChild<QPushButton*>("cmdOK");
+    QPushButton* cmdExit = form->findChild<QPushButton*>("cmdExit");
+    QAction* mnuFileOK = form->findChild<QAction*>("mnuFileOK");
+    QAction* mnuFilePassword = form->findChild<QAction*>("mnuFilePassword");
+
+    Login() {
+        form->setAttribute(Qt::WA_DeleteOnClose);
+        form->show();
+        if (!QTest::qWaitForWindowActive(form))
+            qWarning("the sign-in window did not become active");
+    }
+    ~Login() { delete form; }
+
+    // The clerk moves on to another control, so the password field loses the focus.
+    void leavePassword() { cmdExit->setFocus(Qt::TabFocusReason); }
+};
+
+QWidget* receiptWindow() {
+    for (QWidget* w : QApplication::topLevelWidgets()) {
+        if (w->objectName() == "frmCR" && w->isVisible())
+            return w;
+    }
+    return nullptr;
+}
+
+void closeReceiptWindows() {
+    while (QWidget* w = receiptWindow()) {
+        w->close();
+        QApplication::processEvents();
+    }
+}
+
+} // namespace
+
+class LoginTest : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<test::TempSettings> settings;
+
+    void storeTwoUsers(const QString& secondPassword = "PW2") {
+        settings->set("Database1/DB1", "SAMINC");
+        settings->set("Database1/Users/User1", "ADMIN");
+        settings->set("Database1/Users/Password1", "ADMIN");
+        settings->set("Database1/Users/User2", "CLERK");
+        settings->set("Database1/Users/Password2", secondPassword);
+    }
+    void rememberConnection(const QString& savedPassword) {
+        settings->set("ConnectInfo/Database", "1");
+        settings->set("ConnectInfo/User", "2");
+        settings->set("ConnectInfo/Save", savedPassword.isEmpty() ? "False" : "True");
+        settings->set("ConnectInfo/SavedPWD", savedPassword);
+    }
+
+private slots:
+    void init() {
+        settings = std::make_unique<test::TempSettings>();
+        CurrentDatabase = 0;
+        CurrentUser = 0;
+        SignInDatabaseID.clear();
+        SignInUser.clear();
+        SignInPassword.clear();
+    }
+    void cleanup() {
+        closeReceiptWindows();
+        settings.reset();
+    }
+
+    void firstStartShowsEmptyListsAndADisabledOK() {
+        Login login;
+        QCOMPARE(login.form->windowTitle(), QString("Tillbook - Login"));
+        QCOMPARE(login.form->objectName(), QString("frmLogin"));
+        QCOMPARE(login.form->size(), QSize(528, 222));
+        QCOMPARE(login.form->findChild<QLabel*>("lblVersion")->text(), QString("Version  1.0.0"));
+        QCOMPARE(login.cboDatabase->count(), 0);
+        QCOMPARE(login.cboUser->count(), 0);
+        QCOMPARE(login.txtPassword->text(), QString());
+        QVERIFY(!login.cmdOK->isEnabled());
+        QVERIFY(!login.mnuFilePassword->isChecked());
+        QVERIFY(!login.form->Initialised());
+        QCOMPARE(login.cmdExit->text(), QString("E&xit"));
+    }
+
+    void theRememberedConnectionIsRestored() {
+        storeTwoUsers();
+        rememberConnection("PW2");
+        Login login;
+        QCOMPARE(login.cboDatabase->currentText(), QString("SAMINC"));
+        QCOMPARE(login.cboUser->count(), 2);
+        QCOMPARE(login.cboUser->currentText(), QString("CLERK"));
+        QCOMPARE(login.txtPassword->text(), QString("PW2"));
+        QVERIFY(login.mnuFilePassword->isChecked());
+        QVERIFY(login.form->Initialised());
+        QVERIFY(login.cmdOK->isEnabled());
+        QCOMPARE(QApplication::focusWidget(), login.txtPassword);
+        QCOMPARE(login.txtPassword->selectedText(), QString("PW2"));
+    }
+
+    void aSavedPasswordCountsOnlyOnceTheFieldHasLostTheFocus() {
+        storeTwoUsers();
+        rememberConnection("PW2");
+        test::AnswerMessageBoxes answers;
+        Login login;
+        // The menu does not take the focus, so the password typed "last time" is still the empty one.
+        login.mnuFileOK->trigger();
+        QCOMPARE(answers.asked.size(), 1);
+        QCOMPARE(answers.asked[0].prompt, QString("Enter your password again."));
+        QCOMPARE(answers.asked[0].title, QString("Invalid Password"));
+        QCOMPARE(answers.asked[0].icon, vbExclamation);
+        QVERIFY(!login.cmdOK->isEnabled());
+        QVERIFY(!receiptWindow());
+
+        login.leavePassword();
+        QCOMPARE(login.form->TypedPassword(), QString("PW2"));
+        login.mnuFileOK->trigger();
+        QCOMPARE(answers.asked.size(), 1);
+        QVERIFY(receiptWindow());
+        QCOMPARE(receiptWindow()->windowTitle(), QString("Tillbook - Receipt Entry"));
+        QVERIFY(login.form.isNull() || !login.form->isVisible());
+        QCOMPARE(SignInDatabaseID, QString("SAMINC"));
+        QCOMPARE(SignInUser, QString("CLERK"));
+        QCOMPARE(SignInPassword, QString("PW2"));
+        QCOMPARE(settings->raw("ConnectInfo/Database"), QString("1"));
+        QCOMPARE(settings->raw("ConnectInfo/User"), QString("2"));
+        QCOMPARE(settings->raw("ConnectInfo/SavedPWD"), QString("PW2"));
+    }
+
+    void thePasswordCheckIsExactAndKeysTypeCapitals() {
+        storeTwoUsers("secret");
+        rememberConnection("");
+        test::AnswerMessageBoxes answers;
+        Login login;
+        QTest::keyClicks(login.txtPassword, "secret");
+        QCOMPARE(login.txtPassword->text(), QString("SECRET"));
+        QVERIFY(login.cmdOK->isEnabled());
+        login.leavePassword();
+        QTest::mouseClick(login.cmdOK, Qt::LeftButton);
+        QCOMPARE(answers.asked.size(), 1); // "SECRET" is not "secret"
+        QCOMPARE(QApplication::focusWidget(), login.txtPassword);
+        QCOMPARE(login.txtPassword->selectedText(), QString("SECRET"));
+
+        // Typing again re-enables OK through the key-up rule.
+        QTest::keyClick(login.txtPassword, Qt::Key_End);
+        QTest::keyClick(login.txtPassword, Qt::Key_Backspace);
+        QVERIFY(login.cmdOK->isEnabled());
+    }
+
+    void withNoDatabaseRememberedOKStaysDisabled() {
+        storeTwoUsers();
+        Login login;
+        QVERIFY(!login.form->Initialised());
+        QCOMPARE(login.cboDatabase->count(), 1);
+        login.cboDatabase->setListIndex(0);
+        QTest::keyClicks(login.txtPassword, "ADMIN");
+        // Picking a database only re-evaluates OK: its users are not read, so no user can be chosen.
+        QCOMPARE(CurrentDatabase, 0);
+        QCOMPARE(login.cboUser->count(), 0);
+        QVERIFY(!login.cmdOK->isEnabled());
+    }
+
+    void choosingAnotherDatabaseResetsTheUser() {
+        storeTwoUsers();
+        settings->set("Database2/DB2", "OTHER");
+        settings->set("Database2/Users/User1", "SOLO");
+        rememberConnection("PW2");
+        Login login;
+        login.cboDatabase->setListIndex(1);
+        QCOMPARE(CurrentDatabase, 2);
+        QCOMPARE(CurrentUser, 0);
+        QCOMPARE(login.cboUser->count(), 1);
+        QCOMPARE(login.cboUser->ListIndex(), -1);
+        QVERIFY(!login.cmdOK->isEnabled());
+        login.cboUser->setListIndex(0);
+        QCOMPARE(CurrentUser, 1);
+        QVERIFY(login.cmdOK->isEnabled());
+    }
+
+    void signingInWithSavePasswordUntickedErasesTheSavedOne() {
+        storeTwoUsers();
+        rememberConnection("PW2");
+        Login login;
+        login.form->mnuFilePassword_Click();
+        QVERIFY(!login.mnuFilePassword->isChecked());
+        login.leavePassword();
+        login.form->cmdOK_Click();
+        QVERIFY(receiptWindow());
+        QCOMPARE(settings->raw("ConnectInfo/Save"), QString("False"));
+        QCOMPARE(settings->raw("ConnectInfo/SavedPWD"), QString(""));
+    }
+
+    void exitSavesTheConnectionTheDatabasesAndTheUsers() {
+        storeTwoUsers();
+        rememberConnection("");
+        Login login;
+        login.form->cmdExit_Click();
+        QCOMPARE(settings->raw("ConnectInfo/Database"), QString("1"));
+        QCOMPARE(settings->raw("ConnectInfo/User"), QString("2"));
+        QCOMPARE(settings->raw("ConnectInfo/Save"), QString("False"));
+        QCOMPARE(settings->raw("Database2/DB2"), QString(""));
+        QCOMPARE(settings->raw("Database1/Users/User10"), QString(""));
+        QCOMPARE(settings->raw("Database1/Users/Password1"), QString("ADMIN"));
+    }
+};
+
+QTEST_MAIN(LoginTest)
+#include "LoginTest.moc"

@@ -1,0 +1,164 @@
+// The settings store: defaults on a fresh machine, the exact stored texts, slots, and what is never deleted.
+#include "settings/Registry.h"
+
+#include "support/TempSettings.h"
+
+#include <QFile>
+#include <gtest/gtest.h>
+
+using namespace tillbook;
+
+namespace {
+
+class RegistryTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        DatabaseIDs.fill(QString());
+        Users.fill(UserRecord());
+        CurrentDatabase = 0;
+        CurrentUser = 0;
+        CurrentBatch = "unchanged";
+        BatchListIndex = "unchanged";
+    }
+    test::TempSettings settings;
+};
+
+} // namespace
+
+TEST_F(RegistryTest, FreshMachineReadsEveryDefault) {
+    Load_DatabaseIDs();
+    EXPECT_EQ(DatabaseIDs, (std::array<QString, 3>{}));
+    const ConnectInfo info = Load_ConnectInfo();
+    EXPECT_EQ(CurrentDatabase, 0);
+    EXPECT_EQ(CurrentUser, 0);
+    EXPECT_FALSE(info.savePassword);
+    EXPECT_EQ(info.savedPassword, "");
+    const ReceiptStyle style = Load_ReceiptStyle();
+    EXPECT_FALSE(style.twoPanel);
+    EXPECT_TRUE(style.threePanel);
+    CurrentDatabase = 1;
+    Load_BatchInfo();
+    EXPECT_EQ(CurrentBatch, "");
+    EXPECT_EQ(BatchListIndex, "-1");
+    // Reading writes nothing.
+    EXPECT_FALSE(QFile::exists(settings.fileName()));
+}
+
+TEST_F(RegistryTest, ValuesAreWrittenAsTextExactly) {
+    Save_ConnectInfo(1, 3, true, "SECRET");
+    EXPECT_EQ(settings.raw("ConnectInfo/Database"), "2");
+    EXPECT_EQ(settings.raw("ConnectInfo/User"), "4");
+    EXPECT_EQ(settings.raw("ConnectInfo/Save"), "True");
+    EXPECT_EQ(settings.raw("ConnectInfo/SavedPWD"), "SECRET");
+
+    Save_ConnectInfo(-1, -1, false, "SECRET");
+    EXPECT_EQ(settings.raw("ConnectInfo/Database"), "0");
+    EXPECT_EQ(settings.raw("ConnectInfo/User"), "0");
+    EXPECT_EQ(settings.raw("ConnectInfo/Save"), "False");
+    // Unticked: the saved password is erased, not deleted.
+    EXPECT_TRUE(settings.contains("ConnectInfo/SavedPWD"));
+    EXPECT_EQ(settings.raw("ConnectInfo/SavedPWD"), "");
+
+    Save_ReceiptStyle({true, false});
+    EXPECT_EQ(settings.raw("ReceiptStyle/2panel"), "True");
+    EXPECT_EQ(settings.raw("ReceiptStyle/3panel"), "False");
+    const ReceiptStyle style = Load_ReceiptStyle();
+    EXPECT_TRUE(style.twoPanel);
+    EXPECT_FALSE(style.threePanel);
+}
+
+TEST_F(RegistryTest, ConnectInfoRoundTrip) {
+    Save_ConnectInfo(2, 9, true, "PW");
+    const ConnectInfo info = Load_ConnectInfo();
+    EXPECT_EQ(CurrentDatabase, 3);
+    EXPECT_EQ(CurrentUser, 10);
+    EXPECT_TRUE(info.savePassword);
+    EXPECT_EQ(info.savedPassword, "PW");
+}
+
+TEST_F(RegistryTest, UsersBelongToTheSlotNotToTheId) {
+    settings.set("Database1/DB1", "SAMINC");
+    settings.set("Database3/DB3", "OTHER");
+    settings.set("Database3/Users/User1", "CLERK");
+    settings.set("Database3/Users/Password1", "PW3");
+    settings.set("Database2/Users/User1", "STRAY");
+    Load_DatabaseIDs();
+    EXPECT_EQ(DatabaseIDs[0], "SAMINC");
+    EXPECT_EQ(DatabaseIDs[1], "");
+    EXPECT_EQ(DatabaseIDs[2], "OTHER");
+    CurrentDatabase = 3;
+    Load_Users();
+    EXPECT_EQ(Users[0].UserName, "CLERK");
+    EXPECT_EQ(Users[0].Password, "PW3");
+    EXPECT_EQ(Users[1].UserName, "");
+}
+
+TEST_F(RegistryTest, EmptiedSlotsAreOverwrittenNeverDeleted) {
+    CurrentDatabase = 2;
+    Users[0] = {"ANNA", "A1"};
+    Users[1] = {"BOB", "B2"};
+    Save_Users();
+    Users[1] = {};
+    Save_Users();
+    EXPECT_EQ(settings.raw("Database2/Users/User1"), "ANNA");
+    EXPECT_TRUE(settings.contains("Database2/Users/User2"));
+    EXPECT_EQ(settings.raw("Database2/Users/User2"), "");
+    EXPECT_EQ(settings.raw("Database2/Users/Password10"), "");
+
+    DatabaseIDs = {"A", "", "C"};
+    Save_DatabaseIDs();
+    EXPECT_EQ(settings.raw("Database2/DB2"), "");
+    EXPECT_TRUE(settings.contains("Database2/DB2"));
+    EXPECT_EQ(settings.raw("Database3/DB3"), "C");
+}
+
+TEST_F(RegistryTest, ADatabaseSlotOutsideOneToThreeReadsAndWritesNothing) {
+    settings.set("ConnectInfo/Database", "7");
+    settings.set("Database1/Users/User1", "ANNA");
+    Load_ConnectInfo();
+    EXPECT_EQ(CurrentDatabase, 7);
+    Users[0] = {"KEPT", "X"};
+    Load_Users();
+    EXPECT_EQ(Users[0].UserName, "KEPT");
+    Save_Users();
+    Load_BatchInfo();
+    EXPECT_EQ(CurrentBatch, "unchanged");
+    Save_BatchInfo();
+    EXPECT_FALSE(settings.contains("Database7/Users/User1"));
+    EXPECT_FALSE(settings.contains("Database7/BatchInfo/Batch"));
+    EXPECT_FALSE(settings.contains("Database1/BatchInfo/Batch"));
+}
+
+TEST_F(RegistryTest, BatchInfoPerDatabaseSlot) {
+    CurrentDatabase = 2;
+    CurrentBatch = "41";
+    BatchListIndex = "3";
+    Save_BatchInfo();
+    EXPECT_EQ(settings.raw("Database2/BatchInfo/Batch"), "41");
+    EXPECT_EQ(settings.raw("Database2/BatchInfo/Index"), "3");
+    CurrentDatabase = 1;
+    Load_BatchInfo();
+    EXPECT_EQ(CurrentBatch, "");
+    EXPECT_EQ(BatchListIndex, "-1");
+}
+
+TEST_F(RegistryTest, LenientReadingOfStoredNumbersAndBooleans) {
+    settings.set("ConnectInfo/Database", "2abc");
+    settings.set("ConnectInfo/User", "junk");
+    settings.set("ConnectInfo/Save", "true");
+    const ConnectInfo info = Load_ConnectInfo();
+    EXPECT_EQ(CurrentDatabase, 2);
+    EXPECT_EQ(CurrentUser, 0);
+    EXPECT_TRUE(info.savePassword);
+    EXPECT_FALSE(BoolOf("maybe", false));
+    EXPECT_TRUE(BoolOf("maybe", true));
+}
+
+TEST_F(RegistryTest, TheFileHoldingPasswordsIsReadableByItsOwnerOnly) {
+    CurrentDatabase = 1;
+    Users[0] = {"ANNA", "SECRET"};
+    Save_Users();
+    const QFile::Permissions permissions = QFile::permissions(settings.fileName());
+    EXPECT_TRUE(permissions & QFile::ReadOwner);
+    EXPECT_FALSE(permissions & (QFile::ReadGroup | QFile::ReadOther | QFile::WriteGroup | QFile::WriteOther));
+}
