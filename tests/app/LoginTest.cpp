@@ -3,6 +3,7 @@
 #include "app/frmLogin.h"
 #include "settings/Globals.h"
 #include "support/AnswerMessageBoxes.h"
+#include "support/Grab.h"
 #include "support/TempSettings.h"
 #include "ui/ComboBox.h"
 
@@ -118,6 +119,7 @@ private slots:
         QVERIFY(login.cmdOK->isEnabled());
         QCOMPARE(QApplication::focusWidget(), login.txtPassword);
         QCOMPARE(login.txtPassword->selectedText(), QString("PW2"));
+        test::grabToPng(login.form, "frmLogin");
     }
 
     void aSavedPasswordCountsOnlyOnceTheFieldHasLostTheFocus() {
