@@ -1,0 +1,10 @@
+#include "ledger/ErrorList.h"
+
+namespace tillbook {
+
+void ErrorList::fail(const QString& description, ErrorPriority priority) {
+    append(description, priority);
+    throw LedgerError(description, priority);
+}
+
+} // namespace tillbook

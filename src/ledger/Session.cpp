@@ -1,0 +1,82 @@
+#include "ledger/Session.h"
+
+#include "ledger/engine/CompanyStore.h"
+#include "ledger/engine/Guarded.h"
+#include "ledger/engine/SessionState.h"
+#include "ledger/engine/TableAccess.h"
+#include "ledger/engine/ValueCodec.h"
+
+namespace tillbook {
+
+Session::Session() {
+    engine::registerValueTypes();
+}
+Session::~Session() = default;
+
+void Session::open(const QString& user, const QString& password, const QString& databaseId,
+                   const QDate& sessionDate, int /*flags*/) {
+    close();
+    auto state = std::make_shared<engine::SessionState>();
+    engine::guarded(m_closedErrors, [&] {
+        state->store = engine::CompanyStore::open(databaseId);
+        if (!state->store->hasUser(user))
+            m_closedErrors.fail(QStringLiteral("User \"%1\" is not a user of company \"%2\".")
+                                    .arg(user.trimmed().toUpper(), databaseId.trimmed().toUpper()),
+                                ErrorPriority::Security);
+        if (!state->store->checkPassword(user, password))
+            m_closedErrors.fail(
+                QStringLiteral("The password of user \"%1\" is not correct.").arg(user.trimmed().toUpper()),
+                ErrorPriority::Security);
+        const engine::ViewDef& profile = *engine::Schema::instance().view(QStringLiteral("CS0001"));
+        engine::TableAccess table(*state->store, profile);
+        const auto rows = table.page({{profile.fieldIndex(QStringLiteral("ORGID"))},
+                                      profile.primaryKey().fields,
+                                      true,
+                                      QString(),
+                                      {},
+                                      {},
+                                      {},
+                                      1});
+        state->companyId =
+            rows.empty() ? state->store->location().companyId : rows.front().front().toString();
+    });
+    state->user = user.trimmed().toUpper();
+    state->sessionDate = sessionDate.isValid() ? sessionDate : QDate::currentDate();
+    state->errors = m_closedErrors;
+    m_closedErrors.clear();
+    m_state = std::move(state);
+}
+
+void Session::close() {
+    if (m_state)
+        m_closedErrors = m_state->errors;
+    m_state.reset();
+}
+
+bool Session::isOpen() const {
+    return bool(m_state);
+}
+QString Session::companyId() const {
+    return m_state ? m_state->companyId : QString();
+}
+QString Session::userId() const {
+    return m_state ? m_state->user : QString();
+}
+QDate Session::sessionDate() const {
+    return m_state ? m_state->sessionDate : QDate();
+}
+
+ErrorList& Session::errors() {
+    return m_state ? m_state->errors : m_closedErrors;
+}
+
+std::unique_ptr<View> Session::openView(const QString& viewId, const QString& /*ledger*/) {
+    if (!m_state)
+        m_closedErrors.fail(QStringLiteral("Open a company before opening view \"%1\".").arg(viewId));
+    const engine::ViewDef* def = engine::Schema::instance().view(viewId);
+    if (!def)
+        m_state->errors.fail(QStringLiteral("View \"%1\" does not exist in this company.").arg(viewId));
+    return std::make_unique<View>(m_state, *def);
+}
+
+} // namespace tillbook

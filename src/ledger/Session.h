@@ -1,0 +1,47 @@
+#pragma once
+
+// A clerk's session with one company: signs in, opens views and collects the errors of their
+// operations.
+
+#include "ledger/ErrorList.h"
+#include "ledger/View.h"
+
+#include <QDate>
+#include <QString>
+#include <memory>
+
+namespace tillbook {
+
+namespace engine {
+struct SessionState;
+}
+
+class Session {
+public:
+    Session();
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    // Finds the company's store (see README: TILLBOOK_DATA, TILLBOOK_LEDGER_URL) and checks the user;
+    // the password is case-sensitive. Throws LedgerError for an unknown company or user or a wrong
+    // password.
+    void open(const QString& user, const QString& password, const QString& databaseId,
+              const QDate& sessionDate, int flags = 0);
+    void close();
+    bool isOpen() const;
+    QString companyId() const; // the company profile's ORGID
+    QString userId() const;
+    QDate sessionDate() const;
+
+    // Throws LedgerError for a view the company does not have.
+    std::unique_ptr<View> openView(const QString& viewId, const QString& ledger = QString());
+
+    ErrorList& errors();
+
+private:
+    std::shared_ptr<engine::SessionState> m_state;
+    ErrorList m_closedErrors; // the list while no company is open
+};
+
+} // namespace tillbook

@@ -1,0 +1,54 @@
+#pragma once
+
+// An open view of a company: one record at a time of one table, found by key or walked in key order
+// under a filter. Every failing operation throws LedgerError and leaves it on the session's list.
+
+#include "ledger/Fields.h"
+
+#include <QString>
+#include <memory>
+#include <vector>
+
+namespace tillbook {
+
+namespace engine {
+class ViewCore;
+struct SessionState;
+struct ViewDef;
+} // namespace engine
+
+class View {
+public:
+    View(std::shared_ptr<engine::SessionState> session, const engine::ViewDef& def);
+    ~View();
+    View(const View&) = delete;
+    View& operator=(const View&) = delete;
+
+    // The key browse and fetch follow: 0 the primary key, then the view's other keys.
+    void order(int keyNumber);
+    // Joins views that work together; a header view's details follow its current record, and lines
+    // inserted into them while it is new wait for its insert.
+    void compose(const std::vector<View*>& views);
+    // Selects the records matching `filter` (empty = all) for fetch, in key order.
+    void browse(const QString& filter, bool ascending);
+    // The next selected record; without a browse, walks the whole view from its first record.
+    bool fetch();
+    void clear();   // a blank record
+    void process(); // the view's own processing
+    void init();    // a new record with its defaults
+    bool read();    // the record whose key fields have been put
+    void update();
+    void insert();
+
+    FieldCollection& fields() { return m_fields; }
+    QString id() const;
+    QString title() const;
+
+    engine::ViewCore& core() { return *m_core; }
+
+private:
+    std::unique_ptr<engine::ViewCore> m_core;
+    FieldCollection m_fields;
+};
+
+} // namespace tillbook

@@ -1,0 +1,52 @@
+#include "ledger/engine/CompanyLocation.h"
+
+#include "ledger/engine/StoreError.h"
+
+#include <QDir>
+#include <QRegularExpression>
+#include <QStandardPaths>
+#include <QUrl>
+
+namespace tillbook::engine {
+
+QString CompanyLocation::describe() const {
+    if (!postgres)
+        return sqlitePath;
+    return QStringLiteral("%1:%2/%3").arg(host).arg(port).arg(database);
+}
+
+CompanyLocation locateCompany(const QString& databaseId) {
+    static const QRegularExpression valid(QStringLiteral("^[A-Za-z0-9_]{1,32}$"));
+    const QString id = databaseId.trimmed();
+    if (!valid.match(id).hasMatch())
+        throw StoreError(
+            QStringLiteral("\"%1\" is not a valid company ID (letters, digits and _ only).").arg(id));
+    CompanyLocation location;
+    location.companyId = id.toUpper();
+    const QString urlTemplate = qEnvironmentVariable("TILLBOOK_LEDGER_URL");
+    if (!urlTemplate.isEmpty()) {
+        QString text = urlTemplate;
+        text.replace(QLatin1String("{id}"), id.toLower());
+        const QUrl url(text);
+        if (!url.isValid() ||
+            (url.scheme() != QLatin1String("postgresql") && url.scheme() != QLatin1String("postgres")))
+            throw StoreError(QStringLiteral("TILLBOOK_LEDGER_URL \"%1\" is not a postgresql:// address.")
+                                 .arg(urlTemplate));
+        location.postgres = true;
+        location.host = url.host().isEmpty() ? QStringLiteral("localhost") : url.host();
+        location.port = url.port(5432);
+        location.user = url.userName();
+        location.password = url.password();
+        location.database = url.path().mid(1);
+        if (location.database.isEmpty())
+            location.database = QStringLiteral("tillbook_") + id.toLower();
+        return location;
+    }
+    QString folder = qEnvironmentVariable("TILLBOOK_DATA");
+    if (folder.isEmpty())
+        folder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    location.sqlitePath = QDir(folder).filePath(location.companyId + QStringLiteral(".sqlite"));
+    return location;
+}
+
+} // namespace tillbook::engine

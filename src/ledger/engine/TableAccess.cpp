@@ -1,0 +1,153 @@
+#include "ledger/engine/TableAccess.h"
+
+#include <QStringList>
+
+namespace tillbook::engine {
+
+namespace {
+
+QString placeholders(size_t count) {
+    QStringList marks;
+    for (size_t i = 0; i < count; ++i)
+        marks << QStringLiteral("?");
+    return marks.join(u',');
+}
+
+} // namespace
+
+QString TableAccess::column(int field) const {
+    return u'"' + m_view.fields[size_t(field)].name + u'"';
+}
+
+QSqlQuery& TableAccess::cached(const QString& sql) {
+    auto it = m_statements.find(sql);
+    if (it == m_statements.end())
+        it = m_statements.insert(sql, m_store.prepare(sql));
+    return it.value();
+}
+
+std::vector<Row> TableAccess::page(const PageRequest& request) {
+    QStringList columns;
+    for (int field : request.columns)
+        columns << column(field);
+    QStringList conditions;
+    QVariantList parameters;
+    if (!request.where.isEmpty()) {
+        conditions << u'(' + request.where + u')';
+        parameters << request.whereParameters;
+    }
+    for (const auto& [field, value] : request.equal) {
+        conditions << column(field) + QStringLiteral(" = ?");
+        parameters << value;
+    }
+    QStringList order;
+    QStringList orderColumns;
+    for (int field : request.order) {
+        orderColumns << column(field);
+        order << column(field) + (request.ascending ? QStringLiteral(" ASC") : QStringLiteral(" DESC"));
+    }
+    if (!request.after.isEmpty()) {
+        // Row values continue exactly after the last row read, on an index, however far into the table.
+        conditions << QStringLiteral("(%1) %2 (%3)")
+                          .arg(orderColumns.join(u','),
+                               request.ascending ? QStringLiteral(">") : QStringLiteral("<"),
+                               placeholders(size_t(request.after.size())));
+        parameters << request.after;
+    }
+    QString sql = QStringLiteral("SELECT %1 FROM \"%2\"").arg(columns.join(u','), m_view.table);
+    if (!conditions.isEmpty())
+        sql += QStringLiteral(" WHERE ") + conditions.join(QStringLiteral(" AND "));
+    sql += QStringLiteral(" ORDER BY ") + order.join(u',');
+    if (request.limit > 0)
+        sql += QStringLiteral(" LIMIT %1").arg(request.limit);
+
+    QSqlQuery& query = cached(sql);
+    m_store.run(query, parameters);
+    std::vector<Row> rows;
+    const int width = int(request.columns.size());
+    while (query.next()) {
+        Row row;
+        row.reserve(size_t(width));
+        for (int i = 0; i < width; ++i)
+            row.push_back(query.value(i));
+        rows.push_back(std::move(row));
+    }
+    query.finish();
+    return rows;
+}
+
+std::optional<Row> TableAccess::read(const std::vector<int>& columns, const FieldValues& key) {
+    QStringList names;
+    for (int field : columns)
+        names << column(field);
+    QStringList conditions;
+    QVariantList parameters;
+    for (const auto& [field, value] : key) {
+        conditions << column(field) + QStringLiteral(" = ?");
+        parameters << value;
+    }
+    QSqlQuery& query =
+        cached(QStringLiteral("SELECT %1 FROM \"%2\" WHERE %3")
+                   .arg(names.join(u','), m_view.table, conditions.join(QStringLiteral(" AND "))));
+    m_store.run(query, parameters);
+    std::optional<Row> row;
+    if (query.next()) {
+        row.emplace();
+        for (int i = 0; i < int(columns.size()); ++i)
+            row->push_back(query.value(i));
+    }
+    query.finish();
+    return row;
+}
+
+void TableAccess::insert(const std::vector<int>& columns, const Row& values) {
+    QStringList names;
+    for (int field : columns)
+        names << column(field);
+    QSqlQuery& query = cached(QStringLiteral("INSERT INTO \"%1\" (%2) VALUES (%3)")
+                                  .arg(m_view.table, names.join(u','), placeholders(columns.size())));
+    m_store.run(query, QVariantList(values.begin(), values.end()));
+}
+
+bool TableAccess::update(const FieldValues& key, const FieldValues& changes) {
+    if (changes.empty())
+        return bool(read({key.front().first}, key));
+    QStringList assignments;
+    QVariantList parameters;
+    for (const auto& [field, value] : changes) {
+        assignments << column(field) + QStringLiteral(" = ?");
+        parameters << value;
+    }
+    QStringList conditions;
+    for (const auto& [field, value] : key) {
+        conditions << column(field) + QStringLiteral(" = ?");
+        parameters << value;
+    }
+    QSqlQuery& query =
+        cached(QStringLiteral("UPDATE \"%1\" SET %2 WHERE %3")
+                   .arg(m_view.table, assignments.join(u','), conditions.join(QStringLiteral(" AND "))));
+    m_store.run(query, parameters);
+    return query.numRowsAffected() > 0;
+}
+
+bool TableAccess::exists(const std::vector<int>& fields, const QVariant& value, const FieldValues& also) {
+    QStringList alternatives;
+    QVariantList parameters;
+    for (int field : fields) {
+        alternatives << column(field) + QStringLiteral(" = ?");
+        parameters << value;
+    }
+    QStringList conditions{u'(' + alternatives.join(QStringLiteral(" OR ")) + u')'};
+    for (const auto& [field, v] : also) {
+        conditions << column(field) + QStringLiteral(" = ?");
+        parameters << v;
+    }
+    QSqlQuery& query = cached(QStringLiteral("SELECT 1 FROM \"%1\" WHERE %2 LIMIT 1")
+                                  .arg(m_view.table, conditions.join(QStringLiteral(" AND "))));
+    m_store.run(query, parameters);
+    const bool found = query.next();
+    query.finish();
+    return found;
+}
+
+} // namespace tillbook::engine

@@ -1,0 +1,52 @@
+#pragma once
+
+// The SQL of one view's table: pages of records in key order, one record by key, insert, update and
+// existence. Values here are column values (see ValueCodec: toStorage/fromStorage).
+
+#include "ledger/engine/CompanyStore.h"
+#include "ledger/engine/Schema.h"
+
+#include <QHash>
+#include <QVariantList>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace tillbook::engine {
+
+using Row = std::vector<QVariant>;
+using FieldValues = std::vector<std::pair<int, QVariant>>; // field index, column value
+
+struct PageRequest {
+    std::vector<int> columns; // the fields to read
+    std::vector<int> order;   // the fields of the key followed, unique together
+    bool ascending = true;
+    QString where; // a compiled filter, '?' placeholders, or empty
+    QVariantList whereParameters;
+    FieldValues equal;  // fields that must equal a value (a detail's header key)
+    QVariantList after; // the order values of the last row already read; empty = from the start
+    int limit = 0;
+};
+
+class TableAccess {
+public:
+    TableAccess(CompanyStore& store, const ViewDef& view) : m_store(store), m_view(view) {}
+
+    std::vector<Row> page(const PageRequest& request);
+    std::optional<Row> read(const std::vector<int>& columns, const FieldValues& key);
+    void insert(const std::vector<int>& columns, const Row& values);
+    // Changes `changes` in the record whose key is `key`; false when there is no such record.
+    bool update(const FieldValues& key, const FieldValues& changes);
+    // Whether some record has `value` in any of `fields` (and matches `also`).
+    bool exists(const std::vector<int>& fields, const QVariant& value, const FieldValues& also = {});
+
+private:
+    QString column(int field) const;
+    QSqlQuery& cached(const QString& sql);
+
+    CompanyStore& m_store;
+    const ViewDef& m_view;
+    QHash<QString, QSqlQuery> m_statements;
+};
+
+} // namespace tillbook::engine

@@ -1,0 +1,40 @@
+#pragma once
+
+// Field values in their three forms: what callers put (any reasonable QVariant), what they get
+// (QString, int, qlonglong, Money, exact decimal text, QDate) and what the store holds (TEXT or an
+// INTEGER: scaled decimals, yyyymmdd dates).
+
+#include "ledger/engine/Schema.h"
+
+#include <QVariant>
+#include <optional>
+
+namespace tillbook::engine {
+
+// Registers Money's conversions to text and double with Qt's meta-type system, once.
+void registerValueTypes();
+
+// The value of a new record's field: "", 0, Money 0, no date.
+QVariant defaultValue(const FieldDef& field);
+
+// The value callers get from a column as the store returned it.
+QVariant fromStorage(const FieldDef& field, const QVariant& stored);
+
+// The column value of a field's value (as made by fromStorage or convertForPut).
+QVariant toStorage(const FieldDef& field, const QVariant& value);
+
+// Converts what a caller put into the field's value. With `verify`, anything that does not fit
+// (wrong type, too long, too many decimals, not in the field's list) is refused with a clerk's message
+// in `problem`; without it, the value is made to fit, or becomes the field's default.
+std::optional<QVariant> convertForPut(const FieldDef& field, const QVariant& input, bool verify,
+                                      QString& problem);
+
+// The value as plain text: numbers without separators, decimals with all their places, dates yyyy-mm-dd.
+QString displayText(const FieldDef& field, const QVariant& value);
+
+// Exact decimal text to an integer times 10^scale; commas among the whole digits are allowed.
+// `extraDecimals` tells whether digits beyond `scale` were dropped (rounded half away from zero).
+std::optional<qint64> parseScaled(const QString& text, int scale, bool& extraDecimals);
+QString formatScaled(qint64 scaled, int scale);
+
+} // namespace tillbook::engine

@@ -1,0 +1,94 @@
+#pragma once
+
+// The working of one open view: its current record, its cursor over the table, its place in a
+// composition (header or detail) and its rules. View and Field are the callers' face of it.
+
+#include "ledger/engine/Schema.h"
+#include "ledger/engine/SessionState.h"
+#include "ledger/engine/TableAccess.h"
+#include "ledger/engine/ViewRules.h"
+
+#include <QVariant>
+#include <map>
+#include <memory>
+#include <vector>
+
+namespace tillbook::engine {
+
+class ViewCore {
+public:
+    ViewCore(std::shared_ptr<SessionState> session, const ViewDef& def);
+    ~ViewCore();
+
+    const ViewDef& def() const { return m_def; }
+    CompanyStore& store() { return *m_session->store; }
+    ErrorList& errors() { return m_session->errors; }
+    const SessionState& session() const { return *m_session; }
+
+    // The current record. value() reads columns a page left out on first use.
+    QVariant value(int field);
+    QVariant value(const QString& name) { return value(requireField(name)); }
+    void put(int field, const QVariant& input, bool verify);
+    // For rules: sets a value of the field's type without checks.
+    void set(int field, const QVariant& value);
+    void set(const QString& name, const QVariant& v) { set(requireField(name), v); }
+    int requireField(const QString& name); // fails for an unknown field
+    bool isNew() const { return m_isNew; }
+
+    void order(int keyNumber);
+    void compose(const std::vector<ViewCore*>& views);
+    void browse(const QString& filter, bool ascending);
+    bool fetch();
+    void clear();
+    void init();
+    bool read();
+    void update();
+    void insert();
+    void process();
+
+    ViewCore* header() const { return m_header; }
+    const std::vector<ViewCore*>& details() const { return m_details; }
+    // Lines waiting in this header for its insert, per detail view.
+    int stagedCount(const ViewCore* detail) const;
+
+private:
+    struct Cursor;
+    using Values = std::vector<QVariant>;
+
+    void blankRecord();
+    void loadRow(const std::vector<int>& columns, const Row& row);
+    void loadRest();
+    FieldValues storedKey() const;
+    FieldValues headerConstraint() const;
+    std::vector<int> orderFields() const;
+    std::vector<int> pageColumns() const;
+    void startCursor(const QString& filter, bool ascending);
+    bool nextPage();
+    bool fetchStaged();
+    void insertRecord(const Values& values);
+    void writeStagedLines();
+    bool stagingForHeader() const;
+    void stage();
+
+    std::shared_ptr<SessionState> m_session;
+    const ViewDef& m_def;
+    std::unique_ptr<ViewRules> m_rules;
+    TableAccess m_table;
+    int m_keyNumber = 0;
+
+    Values m_values;
+    std::vector<char> m_loaded;
+    std::vector<char> m_dirty;
+    std::vector<char> m_wanted; // fields callers have read: the columns later pages bring
+    bool m_anyWanted = false;
+    bool m_isNew = true;
+    FieldValues m_key; // the stored key of the record as read
+
+    std::unique_ptr<Cursor> m_cursor;
+
+    ViewCore* m_header = nullptr;
+    std::vector<ViewCore*> m_details;
+    std::map<const ViewCore*, std::vector<Values>> m_staged;
+};
+
+} // namespace tillbook::engine

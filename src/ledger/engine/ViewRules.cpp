@@ -1,0 +1,46 @@
+#include "ledger/engine/ViewRules.h"
+
+#include "ledger/engine/ReferenceChecks.h"
+#include "ledger/engine/ViewCore.h"
+
+#include <QHash>
+#include <QMutex>
+
+namespace tillbook::engine {
+
+namespace {
+
+struct Registry {
+    QMutex mutex;
+    QHash<QString, ViewRulesFactory> factories;
+};
+
+Registry& registry() {
+    static Registry r;
+    return r;
+}
+
+} // namespace
+
+void ViewRules::checkPut(ViewCore& view, int field, const QVariant& value) {
+    checkReference(view, field, value);
+}
+
+bool ViewRules::stagesDetails(const ViewCore& view) const {
+    return view.def().isHeader();
+}
+
+void registerViewRules(const QString& viewId, ViewRulesFactory factory) {
+    QMutexLocker lock(&registry().mutex);
+    registry().factories.insert(viewId.toUpper(), std::move(factory));
+}
+
+std::unique_ptr<ViewRules> makeViewRules(const QString& viewId) {
+    QMutexLocker lock(&registry().mutex);
+    const auto it = registry().factories.constFind(viewId.toUpper());
+    if (it != registry().factories.constEnd())
+        return it.value()();
+    return std::make_unique<ViewRules>();
+}
+
+} // namespace tillbook::engine

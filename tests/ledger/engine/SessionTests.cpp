@@ -1,0 +1,83 @@
+#include "EngineTestSupport.h"
+#include "ledger/LedgerError.h"
+
+namespace tillbook::test {
+namespace {
+
+using SessionTest = EngineTest;
+
+// Runs `operation`, expecting a LedgerError whose text contains `fragment`; returns the error.
+template <typename Op> LedgerError expectFailure(Op operation, const QString& fragment) {
+    try {
+        operation();
+    } catch (const LedgerError& e) {
+        EXPECT_TRUE(e.description().contains(fragment)) << e.description().toStdString();
+        return e;
+    }
+    ADD_FAILURE() << "no LedgerError for " << fragment.toStdString();
+    return LedgerError(QString());
+}
+
+TEST_P(SessionTest, SignInFailuresSayWhatIsWrong) {
+    Session session;
+    expectFailure([&] { session.open("ADMIN", "ADMIN", "NOSUCH", QDate(2025, 1, 1)); },
+                  "\"NOSUCH\" does not exist");
+    EXPECT_FALSE(session.isOpen());
+    const LedgerError user =
+        expectFailure([&] { session.open("CLERK", "ADMIN", m_id, QDate(2025, 1, 1)); }, "User \"CLERK\"");
+    EXPECT_EQ(user.priority(), ErrorPriority::Security);
+    // Passwords are case-sensitive; user names are not.
+    expectFailure([&] { session.open("ADMIN", "admin", m_id, QDate(2025, 1, 1)); }, "password");
+    EXPECT_FALSE(session.isOpen());
+    EXPECT_EQ(session.errors().count(), 3);
+
+    session.open("admin", "ADMIN", m_id, QDate(2025, 1, 1));
+    EXPECT_TRUE(session.isOpen());
+    EXPECT_EQ(session.sessionDate(), QDate(2025, 1, 1));
+}
+
+TEST_P(SessionTest, CompanyIdComesFromTheProfile) {
+    EXPECT_EQ(m_session->companyId(), m_id.toUpper()); // no profile yet: the database ID
+    auto profile = m_session->openView("CS0001", "CS");
+    profile->init();
+    profile->fields().item("ORGID").setValue("SAMLTD");
+    profile->fields().item("CONAME").setValue("Sample Company Ltd.");
+    profile->insert();
+    EXPECT_EQ(signIn()->companyId(), "SAMLTD");
+}
+
+TEST_P(SessionTest, UnknownViewFailsAndIsListed) {
+    m_session->errors().clear();
+    const LedgerError e = expectFailure([&] { m_session->openView("AR9999", "AR"); },
+                                        "View \"AR9999\" does not exist in this company.");
+    EXPECT_EQ(e.priority(), ErrorPriority::Error);
+    ASSERT_EQ(m_session->errors().count(), 1);
+    EXPECT_EQ(m_session->errors().at(0).description, e.description());
+    m_session->errors().clear();
+    EXPECT_EQ(m_session->errors().count(), 0);
+    EXPECT_EQ(m_session->openView("ar0024", "AR")->id(), "AR0024");
+}
+
+TEST_P(SessionTest, FieldsAreFoundInAnyCase) {
+    auto customers = m_session->openView("AR0024", "AR");
+    FieldCollection& f = customers->fields();
+    EXPECT_EQ(f.item("idcust").name(), "IDCUST");
+    EXPECT_EQ(f.item(" NameCust ").name(), "NAMECUST");
+    EXPECT_EQ(&f.item("IdCust"), &f.at(0));
+    EXPECT_GT(f.count(), 150);
+    expectFailure([&] { f.item("NOFIELD"); }, "Field \"NOFIELD\" does not exist in view AR0024");
+    EXPECT_EQ(f.find("NOFIELD"), nullptr);
+}
+
+TEST_P(SessionTest, ReferenceAdditionsAreFields) {
+    auto open = m_session->openView("AR0061", "AR");
+    EXPECT_EQ(open->fields().item("AMTPAYM").type(), FieldType::Decimal);
+    EXPECT_EQ(open->fields().item("OBSDISCAMT").scale(), 3);
+    EXPECT_EQ(m_session->openView("AR0043", "AR")->fields().item("AMTDIST").scale(), 3);
+    EXPECT_EQ(m_session->openView("AR0044", "AR")->fields().item("DESCINVC").size(), 60);
+}
+
+TILLBOOK_ON_EACH_STORE(SessionTest);
+
+} // namespace
+} // namespace tillbook::test

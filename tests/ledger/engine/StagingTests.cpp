@@ -1,0 +1,117 @@
+#include "EngineTestSupport.h"
+#include "ledger/LedgerError.h"
+#include "ledger/engine/ViewCore.h"
+
+namespace tillbook::test {
+namespace {
+
+// A receipt (header) with miscellaneous lines (detail).
+class StagingTest : public EngineTest {
+protected:
+    void SetUp() override {
+        EngineTest::SetUp();
+        if (IsSkipped())
+            return;
+        receipt = m_session->openView("AR0042", "AR");
+        lines = m_session->openView("AR0043", "AR");
+        receipt->compose({lines.get()});
+    }
+
+    void newReceipt(int entry) {
+        receipt->init();
+        receipt->fields().item("CODEPYMTYP").setValue("CA");
+        receipt->fields().item("CNTBTCH").setValue(7);
+        receipt->fields().item("CNTITEM").setValue(entry);
+    }
+
+    void addLine(const QString& description) {
+        lines->init();
+        lines->fields().item("GLDESC").putWithoutVerification(description);
+        lines->insert();
+    }
+
+    int storedLines() {
+        auto plain = signIn()->openView("AR0043", "AR");
+        int n = 0;
+        while (plain->fetch())
+            ++n;
+        return n;
+    }
+
+    bool receiptStored(int entry) {
+        auto plain = signIn()->openView("AR0042", "AR");
+        plain->fields().item("CODEPYMTYP").setValue("CA");
+        plain->fields().item("CNTBTCH").setValue(7);
+        plain->fields().item("CNTITEM").setValue(entry);
+        return plain->read();
+    }
+
+    std::unique_ptr<View> receipt;
+    std::unique_ptr<View> lines;
+};
+
+TEST_P(StagingTest, LinesWaitForTheirHeader) {
+    newReceipt(1);
+    addLine("first");
+    addLine("second");
+    EXPECT_EQ(lines->fields().item("CNTLINE").value().toLongLong(), 2); // numbered in memory
+    EXPECT_EQ(lines->fields().item("CNTITEM").value().toLongLong(), 1); // took the header's key
+    EXPECT_EQ(receipt->core().stagedCount(&lines->core()), 2);
+    EXPECT_EQ(storedLines(), 0);
+
+    lines->browse("", true); // the new header's lines, from memory
+    ASSERT_TRUE(lines->fetch());
+    EXPECT_EQ(lines->fields().item("GLDESC").value().toString(), "first");
+
+    receipt->insert();
+    EXPECT_TRUE(receiptStored(1));
+    EXPECT_EQ(storedLines(), 2);
+
+    // Now stored, the header's lines are read from the store, and new ones go there at once.
+    lines->browse("", false);
+    ASSERT_TRUE(lines->fetch());
+    EXPECT_EQ(lines->fields().item("GLDESC").value().toString(), "second");
+    lines->init();
+    lines->fields().item("CNTLINE").setValue(3);
+    lines->insert();
+    EXPECT_EQ(storedLines(), 3);
+}
+
+TEST_P(StagingTest, AFailedHeaderInsertLeavesNothingBehind) {
+    // A line already in the store under the key the second staged line will take.
+    auto plain = m_session->openView("AR0043", "AR");
+    plain->init();
+    plain->fields().item("CODEPAYM").setValue("CA");
+    plain->fields().item("CNTBTCH").setValue(7);
+    plain->fields().item("CNTITEM").setValue(2);
+    plain->fields().item("CNTLINE").setValue(2);
+    plain->insert();
+
+    newReceipt(2);
+    addLine("one");
+    addLine("two");
+    m_session->errors().clear();
+    EXPECT_THROW(receipt->insert(), LedgerError);
+    EXPECT_EQ(m_session->errors().count(), 1);
+    EXPECT_FALSE(receiptStored(2));
+    EXPECT_EQ(storedLines(), 1); // only the line that was there before
+
+    // The lines are still held: with the other line gone the same insert succeeds.
+    receipt->fields().item("CNTITEM").setValue(3);
+    receipt->insert();
+    EXPECT_TRUE(receiptStored(3));
+    EXPECT_EQ(storedLines(), 3);
+}
+
+TEST_P(StagingTest, InitDiscardsHeldLines) {
+    newReceipt(4);
+    addLine("dropped");
+    newReceipt(4);
+    receipt->insert();
+    EXPECT_EQ(storedLines(), 0);
+}
+
+TILLBOOK_ON_EACH_STORE(StagingTest);
+
+} // namespace
+} // namespace tillbook::test

@@ -1,0 +1,131 @@
+#include "PostgresServer.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <algorithm>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace tillbook::test {
+
+namespace {
+
+QString findServerBinaries() {
+    QDir root(QStringLiteral("/usr/lib/postgresql"));
+    QStringList versions = root.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+    std::sort(versions.begin(), versions.end(),
+              [](const QString& a, const QString& b) { return a.toInt() > b.toInt(); });
+    for (const QString& version : versions) {
+        const QString bin = root.filePath(version + QStringLiteral("/bin"));
+        if (QFile::exists(bin + QStringLiteral("/initdb")) && QFile::exists(bin + QStringLiteral("/pg_ctl")))
+            return bin;
+    }
+    return {};
+}
+
+int freeLoopbackPort() {
+    // A port the kernel hands out; free again by the time the server starts (a clash fails the start).
+    const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
+    if (fd < 0)
+        return 0;
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t length = sizeof address;
+    int port = 0;
+    if (::bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
+        ::getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length) == 0)
+        port = ntohs(address.sin_port);
+    ::close(fd);
+    return port;
+}
+
+} // namespace
+
+PostgresServer& PostgresServer::shared() {
+    static PostgresServer server;
+    return server;
+}
+
+PostgresServer::PostgresServer() {
+    m_running = start();
+}
+
+PostgresServer::~PostgresServer() {
+    if (!m_running)
+        return;
+    QString output;
+    runServerTool(QStringLiteral("pg_ctl"),
+                  {QStringLiteral("-D"), m_dir.filePath(QStringLiteral("data")), QStringLiteral("-m"),
+                   QStringLiteral("immediate"), QStringLiteral("-w"), QStringLiteral("stop")},
+                  output);
+}
+
+QString PostgresServer::urlTemplate() const {
+    return QStringLiteral("postgresql://postgres@127.0.0.1:%1/tillbook_{id}").arg(m_port);
+}
+
+bool PostgresServer::runServerTool(const QString& tool, const QStringList& arguments, QString& output) {
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    const QString program = m_binDir + u'/' + tool;
+    if (m_asPostgresUser)
+        process.start(QStringLiteral("runuser"), QStringList{QStringLiteral("-u"), QStringLiteral("postgres"),
+                                                             QStringLiteral("--"), program} +
+                                                     arguments);
+    else
+        process.start(program, arguments);
+    if (!process.waitForFinished(120000)) {
+        output = process.errorString();
+        return false;
+    }
+    output = QString::fromLocal8Bit(process.readAll());
+    return process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+}
+
+bool PostgresServer::start() {
+    m_binDir = findServerBinaries();
+    if (m_binDir.isEmpty()) {
+        m_failure = QStringLiteral("no PostgreSQL server binaries under /usr/lib/postgresql/*/bin");
+        return false;
+    }
+    if (!m_dir.isValid()) {
+        m_failure = QStringLiteral("cannot make a temporary folder for the server");
+        return false;
+    }
+    // The server refuses to run as root: run it as postgres, in a folder that user may write.
+    m_asPostgresUser = ::geteuid() == 0;
+    if (m_asPostgresUser) {
+        QFile::setPermissions(m_dir.path(),
+                              QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner |
+                                  QFileDevice::ReadOther | QFileDevice::WriteOther | QFileDevice::ExeOther |
+                                  QFileDevice::ReadGroup | QFileDevice::WriteGroup | QFileDevice::ExeGroup);
+    }
+    const QString data = m_dir.filePath(QStringLiteral("data"));
+    QString output;
+    if (!runServerTool(QStringLiteral("initdb"),
+                       {QStringLiteral("-D"), data, QStringLiteral("-U"), QStringLiteral("postgres"),
+                        QStringLiteral("-A"), QStringLiteral("trust"), QStringLiteral("-E"),
+                        QStringLiteral("UTF8"), QStringLiteral("--no-sync")},
+                       output)) {
+        m_failure = QStringLiteral("initdb failed: ") + output;
+        return false;
+    }
+    m_port = freeLoopbackPort();
+    const QString options = QStringLiteral("-p %1 -c listen_addresses=127.0.0.1 -k %2 -c fsync=off")
+                                .arg(m_port)
+                                .arg(m_dir.path());
+    if (!runServerTool(QStringLiteral("pg_ctl"),
+                       {QStringLiteral("-D"), data, QStringLiteral("-o"), options, QStringLiteral("-l"),
+                        m_dir.filePath(QStringLiteral("server.log")), QStringLiteral("-w"),
+                        QStringLiteral("start")},
+                       output)) {
+        m_failure = QStringLiteral("pg_ctl start failed: ") + output;
+        return false;
+    }
+    return true;
+}
+
+} // namespace tillbook::test
