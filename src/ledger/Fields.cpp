@@ -1,6 +1,7 @@
 #include "ledger/Fields.h"
 
 #include "ledger/engine/Guarded.h"
+#include "ledger/engine/ValueCodec.h"
 #include "ledger/engine/ViewCore.h"
 
 namespace tillbook {
@@ -49,6 +50,10 @@ FieldType Field::type() const {
 
 QVariant Field::value() const {
     return engine::guarded(m_core->errors(), [&] { return m_core->value(m_index); });
+}
+
+QString Field::text() const {
+    return engine::displayText(def(), value());
 }
 
 void Field::setValue(const QVariant& value) {

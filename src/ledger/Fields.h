@@ -29,6 +29,8 @@ public:
     // Text → QString; Integer, Long, Boolean → int; Decimal → qlonglong (no decimals), Money (1 to 3)
     // or exact decimal text (more); Date → QDate, null when there is none.
     QVariant value() const;
+    // The value as plain text: amounts with the field's decimals, dates yyyy-mm-dd (empty when none).
+    QString text() const;
     // Verified put: the value must be of the field's type, fit it, be one of its allowed values and name
     // codes that exist. Throws LedgerError (also on the session's list).
     void setValue(const QVariant& value);

@@ -110,7 +110,8 @@ std::unique_ptr<CompanyStore> CompanyStore::open(const QString& databaseId) {
     return store;
 }
 
-std::unique_ptr<CompanyStore> CompanyStore::create(const QString& databaseId, bool replace) {
+std::unique_ptr<CompanyStore> CompanyStore::create(const QString& databaseId, bool replace,
+                                                   bool withIndexes) {
     CompanyLocation location = locateCompany(databaseId);
     if (!replace && exists(databaseId))
         throw StoreError(QStringLiteral("Company \"%1\" already exists (%2).")
@@ -124,7 +125,7 @@ std::unique_ptr<CompanyStore> CompanyStore::create(const QString& databaseId, bo
     }
     std::unique_ptr<CompanyStore> store(new CompanyStore(location, dialectFor(location)));
     store->connect();
-    store->createTables(true);
+    store->createTables(withIndexes);
     return store;
 }
 

@@ -18,7 +18,9 @@ public:
     // Opens an existing company; throws StoreError naming the company when there is none.
     static std::unique_ptr<CompanyStore> open(const QString& databaseId);
     // Makes a new, empty company (tables, no records, no users). Refuses an existing one unless `replace`.
-    static std::unique_ptr<CompanyStore> create(const QString& databaseId, bool replace);
+    // A bulk load asks for no secondary indexes and makes them after the rows are in.
+    static std::unique_ptr<CompanyStore> create(const QString& databaseId, bool replace,
+                                                bool withIndexes = true);
     static bool exists(const QString& databaseId);
 
     ~CompanyStore();

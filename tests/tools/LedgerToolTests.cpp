@@ -1,0 +1,144 @@
+#include "support/TestCompany.h"
+
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryFile>
+#include <gtest/gtest.h>
+
+namespace tillbook::test {
+namespace {
+
+struct ToolResult {
+    int exitCode = -1;
+    QString out;
+    QString err;
+};
+
+ToolResult runTool(const QStringList& arguments, const QByteArray& input = {}) {
+    QProcess process;
+    process.start(QStringLiteral(TILLBOOK_LEDGER_TOOL), arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    process.waitForFinished(300000);
+    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+            QString::fromUtf8(process.readAllStandardOutput()),
+            QString::fromUtf8(process.readAllStandardError())};
+}
+
+class LedgerToolTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        qputenv("TILLBOOK_TODAY", "2025-03-14");
+        const ToolResult created =
+            runTool({"create", "SAMINC", "--sample", "--customers", "40", "--documents", "300"});
+        ASSERT_EQ(created.exitCode, 0) << created.err.toStdString();
+    }
+    void TearDown() override { qunsetenv("TILLBOOK_TODAY"); }
+
+    TestStore m_store;
+};
+
+TEST_F(LedgerToolTest, BrowseWritesCsvInKeyOrder) {
+    const ToolResult result = runTool(
+        {"browse", "SAMINC", "AR0024", "CNTOPENINV>0", "--fields", "IDCUST,NAMECUST,AMTBALDUEH,DATELASTIV"});
+    ASSERT_EQ(result.exitCode, 0) << result.err.toStdString();
+    QStringList lines = result.out.split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
+    ASSERT_GT(lines.size(), 5);
+    EXPECT_EQ(lines.takeFirst(), "IDCUST,NAMECUST,AMTBALDUEH,DATELASTIV");
+    QString previous;
+    for (const QString& line : lines) {
+        const QString id = line.section(u',', 0, 0);
+        EXPECT_GT(id, previous);
+        previous = id;
+        EXPECT_TRUE(
+            line.contains(QRegularExpression(QStringLiteral(",-?\\d+\\.\\d{3},(\\d{4}-\\d\\d-\\d\\d)?$"))))
+            << line.toStdString();
+    }
+    const ToolResult descending =
+        runTool({"browse", "SAMINC", "AR0024", "CNTOPENINV>0", "--fields", "IDCUST", "--descending"});
+    QStringList ids = descending.out.split(QStringLiteral("\r\n"), Qt::SkipEmptyParts).mid(1);
+    std::reverse(ids.begin(), ids.end());
+    QStringList ascendingIds;
+    for (const QString& line : lines)
+        ascendingIds << line.section(u',', 0, 0);
+    EXPECT_EQ(ids, ascendingIds);
+}
+
+TEST_F(LedgerToolTest, BrowseQuotesFieldsThatNeedIt) {
+    const QByteArray script = "open c AR0024\n"
+                              "read c\n"
+                              "put c IDCUST \"Q1\"\n"
+                              "init c\n"
+                              "put c IDCUST Q1 NAMECUST 'Smith, \"Jr.\" & Co'\n"
+                              "insert c\n";
+    ASSERT_EQ(runTool({"run", "SAMINC", "-"}, script).exitCode, 0);
+    const ToolResult result =
+        runTool({"browse", "SAMINC", "AR0024", "IDCUST = Q1", "--fields", "IDCUST,NAMECUST"});
+    EXPECT_EQ(result.out, "IDCUST,NAMECUST\r\nQ1,\"Smith, \"\"Jr.\"\" & Co\"\r\n");
+}
+
+TEST_F(LedgerToolTest, RunScriptPrintsResultsAndErrors) {
+    const QByteArray script = "# a receipt for a customer that does not exist, then one that does\n"
+                              "open customers AR0024\n"
+                              "browse customers \"CNTOPENINV>0\"\n"
+                              "fetch customers\n"
+                              "get customers idcust\n"
+                              "open receipts AR0042   # comment after an operation\n"
+                              "put receipts IDCUST ZZZ\n"
+                              "put-unverified receipts IDCUST ZZZ\n"
+                              "get receipts IDCUST\n"
+                              "errors\n"
+                              "clear-errors\n"
+                              "errors\n"
+                              "open nothing AR9999\n";
+    const ToolResult result = runTool({"run", "SAMINC", "-"}, script);
+    EXPECT_EQ(result.exitCode, 1); // some operations failed
+    const QStringList lines = result.out.split(u'\n', Qt::SkipEmptyParts);
+    ASSERT_EQ(lines.size(), 8) << result.out.toStdString();
+    EXPECT_EQ(lines[0], "fetch customers: true");
+    EXPECT_TRUE(lines[1].startsWith("customers.IDCUST = 00"));
+    EXPECT_EQ(lines[2], "! Error (0): Customer Number \"ZZZ\" does not exist.");
+    EXPECT_EQ(lines[3], "receipts.IDCUST = ZZZ");
+    EXPECT_EQ(lines[4], "errors: 1");
+    EXPECT_EQ(lines[6], "errors: 0");
+    EXPECT_EQ(lines[7], "! Error (0): View \"AR9999\" does not exist in this company.");
+}
+
+TEST_F(LedgerToolTest, StopOnErrorEndsTheScript) {
+    const QByteArray script = "open c AR0024\nput c SWACTV 7\necho not reached\n";
+    const ToolResult result = runTool({"run", "SAMINC", "-", "--stop-on-error"}, script);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.out.contains("stopped at line 2"));
+    EXPECT_FALSE(result.out.contains("not reached"));
+}
+
+TEST_F(LedgerToolTest, BadInputIsRefusedClearly) {
+    EXPECT_EQ(runTool({"create", "SAMINC"}).exitCode, 1); // exists already
+    EXPECT_TRUE(runTool({"create", "SAMINC"}).err.contains("already exists"));
+    EXPECT_EQ(runTool({"frobnicate"}).exitCode, 2);
+    EXPECT_EQ(runTool({"browse", "SAMINC"}).exitCode, 2);
+    EXPECT_EQ(runTool({"browse", "SAMINC", "AR0024", "--colour"}).exitCode, 2);
+    const ToolResult badLine = runTool({"run", "SAMINC", "-"}, "open c AR0024\nfly c\n");
+    EXPECT_EQ(badLine.exitCode, 2);
+    EXPECT_TRUE(badLine.err.contains("line 2")) << badLine.err.toStdString();
+    EXPECT_EQ(runTool({"run", "SAMINC", "-"}, "echo \"unclosed\n").exitCode, 2);
+    EXPECT_EQ(runTool({"browse", "NOSUCH", "AR0024"}).exitCode, 1);
+    for (const char* command : {"create", "user", "browse", "run"}) {
+        const ToolResult help = runTool({command, "--help"});
+        EXPECT_EQ(help.exitCode, 0);
+        EXPECT_TRUE(help.out.startsWith("Usage: tillbook-ledger")) << command;
+    }
+}
+
+TEST_F(LedgerToolTest, UsersSignInWithTheirOwnPassword) {
+    ASSERT_EQ(runTool({"user", "SAMINC", "clerk", "Secret1"}).exitCode, 0);
+    EXPECT_EQ(runTool({"browse", "SAMINC", "BK0001", "--user", "CLERK", "--password", "Secret1"}).exitCode,
+              0);
+    const ToolResult wrong =
+        runTool({"browse", "SAMINC", "BK0001", "--user", "CLERK", "--password", "secret1"});
+    EXPECT_EQ(wrong.exitCode, 1);
+    EXPECT_TRUE(wrong.err.contains("password"));
+}
+
+} // namespace
+} // namespace tillbook::test

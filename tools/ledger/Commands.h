@@ -1,0 +1,28 @@
+#pragma once
+
+// The commands of tillbook-ledger. Each takes the words after its name and returns the exit code;
+// bad input throws UsageError.
+
+#include <QString>
+#include <QStringList>
+
+namespace tillbook::tool {
+
+struct Command {
+    const char* name;
+    const char* summary;
+    const char* help; // the full text of `tillbook-ledger COMMAND --help`
+    int (*run)(const QStringList& words);
+};
+
+int createCommand(const QStringList& words);
+int userCommand(const QStringList& words);
+int browseCommand(const QStringList& words);
+int runCommand(const QStringList& words);
+
+extern const char* const CreateHelp;
+extern const char* const UserHelp;
+extern const char* const BrowseHelp;
+extern const char* const RunHelp;
+
+} // namespace tillbook::tool

@@ -1,0 +1,82 @@
+// create and user: making companies and their users.
+
+#include "CommandLine.h"
+#include "Commands.h"
+#include "ledger/engine/CompanyStore.h"
+#include "ledger/engine/SampleCompany.h"
+
+#include <QElapsedTimer>
+#include <QTextStream>
+
+namespace tillbook::tool {
+
+const char* const CreateHelp =
+    "Usage: tillbook-ledger create ID [--sample] [--customers N] [--documents M] [--seed S] [--force]\n"
+    "\n"
+    "Creates company ID: an SQLite file ID.sqlite in TILLBOOK_DATA (or the program's data folder), or\n"
+    "the PostgreSQL database TILLBOOK_LEDGER_URL names for it. An existing company is left alone unless\n"
+    "--force is given. Every new company has the user ADMIN with the password ADMIN.\n"
+    "\n"
+    "  --sample        fill it with a sample company: profile, fiscal calendars, accounts, distribution\n"
+    "                  codes, banks, customers and their documents\n"
+    "  --customers N   sample customers (default 200)\n"
+    "  --documents M   sample documents, spread over the customers (default 1500)\n"
+    "  --seed S        the same seed gives the same company (default 1); dates count from\n"
+    "                  TILLBOOK_TODAY (yyyy-mm-dd) when it is set\n"
+    "  --force         replace an existing company of that ID\n";
+
+const char* const UserHelp = "Usage: tillbook-ledger user ID NAME PASSWORD\n"
+                             "\n"
+                             "Adds user NAME to company ID, or gives an existing user a new password.\n"
+                             "User names are not case-sensitive; passwords are.\n";
+
+int createCommand(const QStringList& words) {
+    const Arguments args = parseArguments(words, {"customers", "documents", "seed"}, {"sample", "force"});
+    if (args.positional.size() != 1)
+        throw UsageError(QStringLiteral("create needs exactly one company ID."));
+    const QString id = args.positional.front();
+    const bool sample = args.flag(QStringLiteral("sample"));
+    if (!sample && (args.options.contains(QStringLiteral("customers")) ||
+                    args.options.contains(QStringLiteral("documents"))))
+        throw UsageError(QStringLiteral("--customers and --documents go with --sample."));
+    QTextStream out(stdout);
+    QElapsedTimer timer;
+    timer.start();
+    if (sample) {
+        engine::SampleOptions options;
+        options.customers = args.intOption(QStringLiteral("customers"), options.customers);
+        options.documents = args.intOption(QStringLiteral("documents"), options.documents);
+        options.seed = quint64(args.intOption(QStringLiteral("seed"), 1));
+        const auto summary = engine::createSampleCompany(id, options, args.flag(QStringLiteral("force")));
+        out << QStringLiteral("Created sample company %1: %2 customers, %3 documents (%4 open) in %5 s.\n")
+                   .arg(id.toUpper())
+                   .arg(summary.customers)
+                   .arg(summary.documents)
+                   .arg(summary.openDocuments)
+                   .arg(double(timer.elapsed()) / 1000.0, 0, 'f', 1);
+    } else {
+        auto store = engine::CompanyStore::create(id, args.flag(QStringLiteral("force")));
+        store->setUser(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"));
+        out << QStringLiteral("Created empty company %1 (%2).\n")
+                   .arg(id.toUpper(), store->location().describe());
+    }
+    return 0;
+}
+
+int userCommand(const QStringList& words) {
+    const Arguments args = parseArguments(words, {}, {});
+    if (args.positional.size() != 3)
+        throw UsageError(QStringLiteral("user needs a company ID, a user name and a password."));
+    const QString name = args.positional[1].trimmed();
+    if (name.isEmpty() || args.positional[2].isEmpty())
+        throw UsageError(QStringLiteral("The user name and the password may not be empty."));
+    auto store = engine::CompanyStore::open(args.positional[0]);
+    const bool existed = store->hasUser(name);
+    store->setUser(name, args.positional[2]);
+    QTextStream(stdout) << (existed ? QStringLiteral("Changed the password of user %1.\n")
+                                    : QStringLiteral("Added user %1.\n"))
+                               .arg(name.toUpper());
+    return 0;
+}
+
+} // namespace tillbook::tool
