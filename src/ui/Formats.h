@@ -6,6 +6,7 @@
 
 #include <QDate>
 #include <QString>
+#include <QVariant>
 #include <cstdint>
 #include <optional>
 
@@ -42,6 +43,10 @@ QString ShortDatePattern();
 QString FormatShortDate(const QDate& date);
 // A date typed in the short date form; an invalid QDate when the text is no such date.
 QDate ParseShortDate(const QString& text);
+
+// A ledger value as the forms show it when no format is asked for: amounts as plain decimals without trailing
+// zeros ("1234.5"), dates in the short date form (no date: ""), everything else as its text.
+QString VariantText(const QVariant& value);
 
 // Today's date: the system date, or TILLBOOK_TODAY (yyyy-mm-dd) when set.
 QDate Today();

@@ -1,0 +1,53 @@
+#include "ledger/CodeChecks.h"
+
+#include "ledger/LedgerError.h"
+#include "ledger/View.h"
+
+namespace tillbook {
+
+namespace {
+
+// Walks the whole view from its first record, comparing the trimmed field with the wanted text.
+bool anyRecordHas(Session& session, const QString& viewId, const QString& ledger, const QString& field,
+                  const QString& wanted) {
+    try {
+        const std::unique_ptr<View> view = session.openView(viewId, ledger);
+        Field& value = view->fields().item(field);
+        while (view->fetch()) {
+            if (value.value().toString().trimmed() == wanted)
+                return true;
+        }
+    } catch (const LedgerError&) {
+        // The session's error list keeps the failure for whoever reads it.
+    }
+    return false;
+}
+
+} // namespace
+
+bool Check_DistCode(Session& session, const QString& code) {
+    return anyRecordHas(session, QStringLiteral("AR0015"), QStringLiteral("AR"), QStringLiteral("IDDIST"),
+                        code);
+}
+
+bool Check_GLAccount(Session& session, const QString& account) {
+    return anyRecordHas(session, QStringLiteral("GL0001"), QStringLiteral("GL"), QStringLiteral("ACCTID"),
+                        Strip_Hyphens(account));
+}
+
+QString Strip_Hyphens(const QString& text) {
+    return text.trimmed().remove(u'-');
+}
+
+int Get_ReceiptTypeIndex(int receiptType) {
+    switch (receiptType) {
+    case 2:
+        return 1;
+    case 5:
+        return 2;
+    default:
+        return 0;
+    }
+}
+
+} // namespace tillbook

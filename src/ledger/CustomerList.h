@@ -1,0 +1,34 @@
+#pragma once
+
+// The customers to whom a receipt can be applied: those with at least one open invoice, sorted by name.
+// The receipt window keeps them in `Customers`, parallel to its customer list: list position p is
+// Customers[p].
+
+#include "ledger/Session.h"
+
+#include <QString>
+#include <vector>
+
+namespace tillbook {
+
+struct CustomerRecord {
+    QString Name;
+    QString Id;
+    QString Street1;
+    QString Street2;
+    QString Phone;
+};
+
+inline std::vector<CustomerRecord> Customers;
+
+// Reads the customers with an open invoice, in customer-number order. Throws LedgerError.
+std::vector<CustomerRecord> Read_Customers(Session& session);
+
+// Sorts by name, ignoring case, with a Shell sort that moves whole records: names that compare equal keep
+// no guaranteed order, and an element never moves past an equal one in a single insertion step.
+void Sort_Customers(std::vector<CustomerRecord>& customers);
+
+// The list position of the customer with this number (exact comparison), or -1 when it is not listed.
+int Find_Customer(const std::vector<CustomerRecord>& customers, const QString& customerNumber);
+
+} // namespace tillbook

@@ -1,0 +1,46 @@
+#include "ledger/FiscalPeriods.h"
+
+#include "ledger/View.h"
+#include "ui/Formats.h"
+
+namespace tillbook {
+
+FiscalYearList Read_FiscalYears(Session& session, const QDate& date) {
+    const QString yearText = QString::number(date.year());
+    const std::unique_ptr<View> view = session.openView(QStringLiteral("CS0002"), QStringLiteral("CS"));
+    view->browse(QStringLiteral("(Active=1)"), true);
+    Field& year = view->fields().item(QStringLiteral("FSCYEAR"));
+    FiscalYearList list;
+    while (view->fetch()) {
+        list.years << year.value().toString();
+        if (list.years.last().compare(yearText, Qt::CaseInsensitive) == 0)
+            list.selected = static_cast<int>(list.years.size()) - 1;
+    }
+    return list;
+}
+
+int Get_PeriodCount(Session& session) {
+    const std::unique_ptr<View> view = session.openView(QStringLiteral("CS0001"), QStringLiteral("CS"));
+    return Int16Of(view->fields().item(QStringLiteral("PERDFSC")).value().toString());
+}
+
+QStringList PeriodEntries(int periodCount) {
+    QStringList entries;
+    for (int i = 1; i <= periodCount; ++i)
+        entries << FormatDigits(i, 2);
+    return entries;
+}
+
+int WeekOfYear(const QDate& date) {
+    const QDate first(date.year(), 1, 1);
+    const int firstWeekday = first.dayOfWeek() % 7; // Sunday 0 .. Saturday 6
+    return (date.dayOfYear() - 1 + firstWeekday) / 7 + 1;
+}
+
+int PeriodIndexOf(const QDate& date, int periodCount) {
+    if (periodCount == 12)
+        return date.month() - 1;
+    return WeekOfYear(date) / 4;
+}
+
+} // namespace tillbook
