@@ -29,7 +29,7 @@ void Session::open(const QString& user, const QString& password, const QString& 
                 ErrorPriority::Security);
         const engine::ViewDef& profile = *engine::Schema::instance().view(QStringLiteral("CS0001"));
         engine::TableAccess table(*state->store, profile);
-        const auto rows = table.page({{profile.fieldIndex(QStringLiteral("ORGID"))},
+        const auto page = table.page({{profile.fieldIndex(QStringLiteral("ORGID"))},
                                       profile.primaryKey().fields,
                                       true,
                                       QString(),
@@ -37,8 +37,7 @@ void Session::open(const QString& user, const QString& password, const QString& 
                                       {},
                                       {},
                                       1});
-        state->companyId =
-            rows.empty() ? state->store->location().companyId : rows.front().front().toString();
+        state->companyId = page.rows() == 0 ? state->store->location().companyId : page.row(0)->toString();
     });
     state->user = user.trimmed().toUpper();
     state->sessionDate = sessionDate.isValid() ? sessionDate : QDate::currentDate();

@@ -26,7 +26,7 @@ QSqlQuery& TableAccess::cached(const QString& sql) {
     return it.value();
 }
 
-std::vector<Row> TableAccess::page(const PageRequest& request) {
+Page TableAccess::page(const PageRequest& request) {
     QStringList columns;
     for (int field : request.columns)
         columns << column(field);
@@ -63,17 +63,16 @@ std::vector<Row> TableAccess::page(const PageRequest& request) {
 
     QSqlQuery& query = cached(sql);
     m_store.run(query, parameters);
-    std::vector<Row> rows;
-    const int width = int(request.columns.size());
-    while (query.next()) {
-        Row row;
-        row.reserve(size_t(width));
+    Page result;
+    result.width = request.columns.size();
+    if (request.limit > 0)
+        result.cells.reserve(size_t(request.limit) * result.width);
+    const int width = int(result.width);
+    while (query.next())
         for (int i = 0; i < width; ++i)
-            row.push_back(query.value(i));
-        rows.push_back(std::move(row));
-    }
+            result.cells.push_back(query.value(i));
     query.finish();
-    return rows;
+    return result;
 }
 
 std::optional<Row> TableAccess::read(const std::vector<int>& columns, const FieldValues& key) {

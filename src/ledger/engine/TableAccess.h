@@ -17,6 +17,14 @@ namespace tillbook::engine {
 using Row = std::vector<QVariant>;
 using FieldValues = std::vector<std::pair<int, QVariant>>; // field index, column value
 
+// Rows of one page, cell after cell in one block (no allocation per row).
+struct Page {
+    size_t width = 0;
+    std::vector<QVariant> cells;
+    size_t rows() const { return width ? cells.size() / width : 0; }
+    const QVariant* row(size_t i) const { return cells.data() + i * width; }
+};
+
 struct PageRequest {
     std::vector<int> columns; // the fields to read
     std::vector<int> order;   // the fields of the key followed, unique together
@@ -32,7 +40,7 @@ class TableAccess {
 public:
     TableAccess(CompanyStore& store, const ViewDef& view) : m_store(store), m_view(view) {}
 
-    std::vector<Row> page(const PageRequest& request);
+    Page page(const PageRequest& request);
     std::optional<Row> read(const std::vector<int>& columns, const FieldValues& key);
     void insert(const std::vector<int>& columns, const Row& values);
     // Changes `changes` in the record whose key is `key`; false when there is no such record.

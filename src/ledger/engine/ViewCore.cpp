@@ -39,7 +39,7 @@ bool isNumeric(const FieldDef& field) {
 
 struct ViewCore::Cursor {
     PageRequest request;
-    std::vector<Row> rows;
+    Page page;
     size_t next = 0;
     bool exhausted = false;
     bool started = false;
@@ -115,7 +115,7 @@ void ViewCore::set(int field, const QVariant& value) {
     m_dirty[size_t(field)] = 1;
 }
 
-void ViewCore::loadRow(const std::vector<int>& columns, const Row& row) {
+void ViewCore::loadRow(const std::vector<int>& columns, const QVariant* row) {
     std::memset(m_loaded.data(), 0, m_loaded.size());
     std::memset(m_dirty.data(), 0, m_dirty.size());
     for (size_t k = 0; k < columns.size(); ++k) {
@@ -124,7 +124,10 @@ void ViewCore::loadRow(const std::vector<int>& columns, const Row& row) {
         m_loaded[i] = 1;
     }
     m_isNew = false;
-    m_key = storedKey();
+    // The key as read, kept to find the record again; the vector's storage is reused record after record.
+    m_key.clear();
+    for (int field : m_def.primaryKey().fields)
+        m_key.emplace_back(field, toStorage(m_def.fields[size_t(field)], m_values[size_t(field)]));
 }
 
 // The columns a page left out, read by key when a caller first needs one of them.
@@ -228,13 +231,13 @@ bool ViewCore::nextPage() {
     c.request.columns = pageColumns();
     c.request.limit = c.started ? PageSize : FirstPageSize;
     c.started = true;
-    c.rows = m_table.page(c.request);
+    c.page = m_table.page(c.request);
     c.next = 0;
-    if (int(c.rows.size()) < c.request.limit)
+    if (int(c.page.rows()) < c.request.limit)
         c.exhausted = true;
-    if (c.rows.empty())
+    if (c.page.rows() == 0)
         return false;
-    const Row& last = c.rows.back();
+    const QVariant* last = c.page.row(c.page.rows() - 1);
     c.request.after.clear();
     for (int field : c.request.order) {
         const auto at = std::find(c.request.columns.begin(), c.request.columns.end(), field);
@@ -253,12 +256,11 @@ bool ViewCore::fetch() {
     Cursor& c = *m_cursor;
     if (c.staged)
         return fetchStaged();
-    if (c.next >= c.rows.size()) {
+    if (c.next >= c.page.rows()) {
         if (c.exhausted || !nextPage())
             return false;
     }
-    const std::vector<int> columns = c.request.columns;
-    loadRow(columns, c.rows[c.next++]);
+    loadRow(c.request.columns, c.page.row(c.next++));
     return true;
 }
 
@@ -453,7 +455,7 @@ bool ViewCore::read() {
     const std::optional<Row> row = m_table.read(columns, storedKey());
     if (!row)
         return false;
-    loadRow(columns, *row);
+    loadRow(columns, row->data());
     return true;
 }
 

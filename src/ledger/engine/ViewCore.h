@@ -56,7 +56,7 @@ private:
     using Values = std::vector<QVariant>;
 
     void blankRecord();
-    void loadRow(const std::vector<int>& columns, const Row& row);
+    void loadRow(const std::vector<int>& columns, const QVariant* row);
     void loadRest();
     FieldValues storedKey() const;
     FieldValues headerConstraint() const;
