@@ -112,11 +112,13 @@ Schema::Schema() {
     const QJsonObject additions = readJson(QStringLiteral(":/tillbook/ledger/view_additions.json"));
     const QJsonObject extraFields = additions.value(QLatin1String("fields")).toObject();
     const QJsonObject references = additions.value(QLatin1String("references")).toObject();
+    const QJsonArray openOnFirst = additions.value(QLatin1String("opensOnFirstRecord")).toArray();
     for (auto it = reference.begin(); it != reference.end(); ++it) {
         m_byId.emplace(it.key().toUpper(), int(m_views.size()));
         m_views.push_back(parseView(it.key().toUpper(), it.value().toObject(),
                                     extraFields.value(it.key()).toArray(),
                                     references.value(it.key()).toObject()));
+        m_views.back().opensOnFirstRecord = openOnFirst.contains(QJsonValue(it.key()));
     }
 }
 

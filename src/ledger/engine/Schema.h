@@ -38,7 +38,8 @@ struct ViewDef {
     QString protocol;
     QStringList compositions;
     std::vector<FieldDef> fields;
-    std::vector<KeyDef> keys; // keys[0] is the primary key
+    std::vector<KeyDef> keys;        // keys[0] is the primary key
+    bool opensOnFirstRecord = false; // a one-record view (the company profile) stands on it when opened
 
     int fieldIndex(const QString& name) const; // any case; -1 when there is none
     bool isHeader() const { return protocol.contains(QLatin1String("Header")); }

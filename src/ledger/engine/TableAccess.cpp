@@ -15,6 +15,23 @@ QString placeholders(size_t count) {
 
 } // namespace
 
+QStringList TableAccess::columns(const std::vector<int>& fields) const {
+    QStringList names;
+    for (int field : fields)
+        names << column(field);
+    return names;
+}
+
+// "COL = ?" for each field, its value appended to `parameters`.
+QStringList TableAccess::equalities(const FieldValues& values, QVariantList& parameters) const {
+    QStringList terms;
+    for (const auto& [field, value] : values) {
+        terms << column(field) + QStringLiteral(" = ?");
+        parameters << value;
+    }
+    return terms;
+}
+
 QString TableAccess::column(int field) const {
     return u'"' + m_view.fields[size_t(field)].name + u'"';
 }
@@ -27,19 +44,13 @@ QSqlQuery& TableAccess::cached(const QString& sql) {
 }
 
 Page TableAccess::page(const PageRequest& request) {
-    QStringList columns;
-    for (int field : request.columns)
-        columns << column(field);
     QStringList conditions;
     QVariantList parameters;
     if (!request.where.isEmpty()) {
         conditions << u'(' + request.where + u')';
         parameters << request.whereParameters;
     }
-    for (const auto& [field, value] : request.equal) {
-        conditions << column(field) + QStringLiteral(" = ?");
-        parameters << value;
-    }
+    conditions << equalities(request.equal, parameters);
     QStringList order;
     QStringList orderColumns;
     for (int field : request.order) {
@@ -54,7 +65,8 @@ Page TableAccess::page(const PageRequest& request) {
                                placeholders(size_t(request.after.size())));
         parameters << request.after;
     }
-    QString sql = QStringLiteral("SELECT %1 FROM \"%2\"").arg(columns.join(u','), m_view.table);
+    QString sql =
+        QStringLiteral("SELECT %1 FROM \"%2\"").arg(columns(request.columns).join(u','), m_view.table);
     if (!conditions.isEmpty())
         sql += QStringLiteral(" WHERE ") + conditions.join(QStringLiteral(" AND "));
     sql += QStringLiteral(" ORDER BY ") + order.join(u',');
@@ -75,53 +87,36 @@ Page TableAccess::page(const PageRequest& request) {
     return result;
 }
 
-std::optional<Row> TableAccess::read(const std::vector<int>& columns, const FieldValues& key) {
-    QStringList names;
-    for (int field : columns)
-        names << column(field);
-    QStringList conditions;
+std::optional<Row> TableAccess::read(const std::vector<int>& fields, const FieldValues& key) {
     QVariantList parameters;
-    for (const auto& [field, value] : key) {
-        conditions << column(field) + QStringLiteral(" = ?");
-        parameters << value;
-    }
+    const QStringList conditions = equalities(key, parameters);
     QSqlQuery& query =
         cached(QStringLiteral("SELECT %1 FROM \"%2\" WHERE %3")
-                   .arg(names.join(u','), m_view.table, conditions.join(QStringLiteral(" AND "))));
+                   .arg(columns(fields).join(u','), m_view.table, conditions.join(QStringLiteral(" AND "))));
     m_store.run(query, parameters);
     std::optional<Row> row;
     if (query.next()) {
         row.emplace();
-        for (int i = 0; i < int(columns.size()); ++i)
+        for (int i = 0; i < int(fields.size()); ++i)
             row->push_back(query.value(i));
     }
     query.finish();
     return row;
 }
 
-void TableAccess::insert(const std::vector<int>& columns, const Row& values) {
-    QStringList names;
-    for (int field : columns)
-        names << column(field);
-    QSqlQuery& query = cached(QStringLiteral("INSERT INTO \"%1\" (%2) VALUES (%3)")
-                                  .arg(m_view.table, names.join(u','), placeholders(columns.size())));
+void TableAccess::insert(const std::vector<int>& fields, const Row& values) {
+    QSqlQuery& query =
+        cached(QStringLiteral("INSERT INTO \"%1\" (%2) VALUES (%3)")
+                   .arg(m_view.table, columns(fields).join(u','), placeholders(fields.size())));
     m_store.run(query, QVariantList(values.begin(), values.end()));
 }
 
 bool TableAccess::update(const FieldValues& key, const FieldValues& changes) {
     if (changes.empty())
         return bool(read({key.front().first}, key));
-    QStringList assignments;
     QVariantList parameters;
-    for (const auto& [field, value] : changes) {
-        assignments << column(field) + QStringLiteral(" = ?");
-        parameters << value;
-    }
-    QStringList conditions;
-    for (const auto& [field, value] : key) {
-        conditions << column(field) + QStringLiteral(" = ?");
-        parameters << value;
-    }
+    const QStringList assignments = equalities(changes, parameters);
+    const QStringList conditions = equalities(key, parameters);
     QSqlQuery& query =
         cached(QStringLiteral("UPDATE \"%1\" SET %2 WHERE %3")
                    .arg(m_view.table, assignments.join(u','), conditions.join(QStringLiteral(" AND "))));
@@ -137,10 +132,7 @@ bool TableAccess::exists(const std::vector<int>& fields, const QVariant& value, 
         parameters << value;
     }
     QStringList conditions{u'(' + alternatives.join(QStringLiteral(" OR ")) + u')'};
-    for (const auto& [field, v] : also) {
-        conditions << column(field) + QStringLiteral(" = ?");
-        parameters << v;
-    }
+    conditions << equalities(also, parameters);
     QSqlQuery& query = cached(QStringLiteral("SELECT 1 FROM \"%1\" WHERE %2 LIMIT 1")
                                   .arg(m_view.table, conditions.join(QStringLiteral(" AND "))));
     m_store.run(query, parameters);

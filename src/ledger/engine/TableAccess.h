@@ -50,6 +50,8 @@ public:
 
 private:
     QString column(int field) const;
+    QStringList columns(const std::vector<int>& fields) const;
+    QStringList equalities(const FieldValues& values, QVariantList& parameters) const;
     QSqlQuery& cached(const QString& sql);
 
     CompanyStore& m_store;

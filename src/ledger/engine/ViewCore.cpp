@@ -56,6 +56,8 @@ ViewCore::ViewCore(std::shared_ptr<SessionState> session, const ViewDef& def)
     m_dirty.assign(n, 0);
     m_wanted.assign(n, 0);
     blankRecord();
+    if (def.opensOnFirstRecord)
+        fetch();
 }
 
 ViewCore::~ViewCore() {
@@ -304,6 +306,13 @@ void ViewCore::compose(const std::vector<ViewCore*>& views) {
     }
 }
 
+bool ViewCore::hasKey(const Values& line, const FieldValues& key) const {
+    for (const auto& [field, stored] : key)
+        if (toStorage(m_def.fields[size_t(field)], line[size_t(field)]) != stored)
+            return false;
+    return true;
+}
+
 bool ViewCore::stagingForHeader() const {
     return m_isNew && m_rules->stagesDetails(*this);
 }
@@ -329,10 +338,7 @@ void ViewCore::stage() {
     }
     const FieldValues key = storedKey();
     for (const Values& line : lines) {
-        bool same = true;
-        for (const auto& [field, stored] : key)
-            same = same && toStorage(m_def.fields[size_t(field)], line[size_t(field)]) == stored;
-        if (same)
+        if (hasKey(line, key))
             errors().fail(QStringLiteral("Line %1 is already in %2 (%3).")
                               .arg(displayText(lineField, m_values[size_t(last)]), m_def.title, m_def.id));
     }
@@ -407,10 +413,7 @@ void ViewCore::update() {
     if (m_header && m_header->stagingForHeader()) {
         auto& lines = m_header->m_staged[this];
         for (Values& line : lines) {
-            bool same = true;
-            for (const auto& [field, stored] : m_key)
-                same = same && toStorage(m_def.fields[size_t(field)], line[size_t(field)]) == stored;
-            if (same)
+            if (hasKey(line, m_key))
                 line = m_values;
         }
         m_key = storedKey();
@@ -436,10 +439,7 @@ bool ViewCore::read() {
     if (m_header && m_header->stagingForHeader()) {
         const FieldValues key = storedKey();
         for (const Values& line : m_header->m_staged[this]) {
-            bool same = true;
-            for (const auto& [field, stored] : key)
-                same = same && toStorage(m_def.fields[size_t(field)], line[size_t(field)]) == stored;
-            if (same) {
+            if (hasKey(line, key)) {
                 m_values = line;
                 std::fill(m_dirty.begin(), m_dirty.end(), 0);
                 m_isNew = false;

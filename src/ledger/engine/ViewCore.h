@@ -69,6 +69,7 @@ private:
     void writeStagedLines();
     bool stagingForHeader() const;
     void stage();
+    bool hasKey(const Values& line, const FieldValues& key) const; // a staged line with this key
 
     std::shared_ptr<SessionState> m_session;
     const ViewDef& m_def;
