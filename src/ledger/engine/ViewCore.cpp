@@ -68,6 +68,9 @@ ViewCore::~ViewCore() {
     }
     for (ViewCore* detail : m_details)
         detail->m_header = nullptr;
+    for (ViewCore* other : m_composed)
+        other->m_composed.erase(std::remove(other->m_composed.begin(), other->m_composed.end(), this),
+                                other->m_composed.end());
 }
 
 // ---- the current record ----
@@ -294,9 +297,15 @@ void ViewCore::compose(const std::vector<ViewCore*>& views) {
         detail->m_header = header;
         header->m_details.push_back(detail);
     };
+    const auto remember = [](ViewCore* a, ViewCore* b) {
+        if (std::find(a->m_composed.begin(), a->m_composed.end(), b) == a->m_composed.end())
+            a->m_composed.push_back(b);
+    };
     for (ViewCore* other : views) {
         if (!other || other == this)
             continue;
+        remember(this, other);
+        remember(other, this);
         const size_t mine = m_def.primaryKey().fields.size();
         const size_t theirs = other->m_def.primaryKey().fields.size();
         if (m_def.isHeader() && theirs > mine)
@@ -410,6 +419,11 @@ void ViewCore::update() {
     if (m_isNew)
         errors().fail(
             QStringLiteral("There is no %1 record to update: read or fetch one first.").arg(m_def.title));
+    if (m_rules->keepsRecords()) {
+        m_rules->updateKept(*this);
+        std::fill(m_dirty.begin(), m_dirty.end(), 0);
+        return;
+    }
     if (m_header && m_header->stagingForHeader()) {
         auto& lines = m_header->m_staged[this];
         for (Values& line : lines) {
@@ -436,6 +450,12 @@ void ViewCore::update() {
 }
 
 bool ViewCore::read() {
+    if (m_rules->keepsRecords()) {
+        const bool found = m_rules->readKept(*this);
+        m_isNew = !found;
+        std::fill(m_dirty.begin(), m_dirty.end(), 0);
+        return found;
+    }
     if (m_header && m_header->stagingForHeader()) {
         const FieldValues key = storedKey();
         for (const Values& line : m_header->m_staged[this]) {

@@ -47,6 +47,9 @@ public:
     void process();
 
     ViewCore* header() const { return m_header; }
+    // Every view this one was composed with, either way round; rules find their batch or list here.
+    const std::vector<ViewCore*>& composedWith() const { return m_composed; }
+    ViewRules& rules() { return *m_rules; }
     const std::vector<ViewCore*>& details() const { return m_details; }
     // Lines waiting in this header for its insert, per detail view.
     int stagedCount(const ViewCore* detail) const;
@@ -89,6 +92,7 @@ private:
 
     ViewCore* m_header = nullptr;
     std::vector<ViewCore*> m_details;
+    std::vector<ViewCore*> m_composed;
     std::map<const ViewCore*, std::vector<Values>> m_staged;
 };
 

@@ -1,10 +1,12 @@
 #include "ledger/engine/ViewRules.h"
 
+#include "ledger/engine/ReceiptRules.h"
 #include "ledger/engine/ReferenceChecks.h"
 #include "ledger/engine/ViewCore.h"
 
 #include <QHash>
 #include <QMutex>
+#include <mutex>
 
 namespace tillbook::engine {
 
@@ -36,6 +38,8 @@ void registerViewRules(const QString& viewId, ViewRulesFactory factory) {
 }
 
 std::unique_ptr<ViewRules> makeViewRules(const QString& viewId) {
+    static std::once_flag receiptRules;
+    std::call_once(receiptRules, registerReceiptRules);
     QMutexLocker lock(&registry().mutex);
     const auto it = registry().factories.constFind(viewId.toUpper());
     if (it != registry().factories.constEnd())

@@ -31,6 +31,12 @@ public:
     virtual void process(ViewCore&) {}
     // Whether lines inserted into this view's details wait in memory until this record is inserted.
     virtual bool stagesDetails(const ViewCore& view) const;
+
+    // A view whose records are a work list that process builds and the rules keep in memory, not rows
+    // of a table: read finds the record whose key was put, update changes it there.
+    virtual bool keepsRecords() const { return false; }
+    virtual bool readKept(ViewCore&) { return false; }
+    virtual void updateKept(ViewCore&) {}
 };
 
 using ViewRulesFactory = std::function<std::unique_ptr<ViewRules>()>;

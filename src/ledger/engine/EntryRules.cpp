@@ -1,0 +1,296 @@
+#include "ledger/engine/EntryRules.h"
+
+#include "ledger/engine/BatchRules.h"
+#include "ledger/engine/FiscalCalendar.h"
+#include "ledger/engine/OpenDocumentList.h"
+#include "ledger/engine/PendingApplications.h"
+#include "ledger/engine/RecordAccess.h"
+#include "ledger/engine/ReferenceChecks.h"
+#include "ledger/engine/ValueCodec.h"
+#include "ledger/engine/ViewCore.h"
+
+namespace tillbook::engine {
+
+namespace {
+
+const QString Detail = QStringLiteral("AR0044");
+const QString Documents = QStringLiteral("AR0036");
+
+QString statusName(int status) {
+    switch (status) {
+    case BatchPosted:
+        return QStringLiteral("Posted");
+    case BatchDeleted:
+        return QStringLiteral("Deleted");
+    case BatchPosting:
+        return QStringLiteral("Post In Progress");
+    case BatchReady:
+        return QStringLiteral("Ready To Post");
+    default:
+        return QString::number(status);
+    }
+}
+
+QVariant amount(Money m) {
+    return QVariant::fromValue(m);
+}
+
+} // namespace
+
+void EntryRules::initRecord(ViewCore& view) {
+    m_lines.clear();
+    view.set(QStringLiteral("CODEPYMTYP"), QStringLiteral("CA"));
+    if (ViewCore* batch = composedView(view, QStringLiteral("AR0041")))
+        view.set(QStringLiteral("CNTBTCH"), batch->value(QStringLiteral("CNTBTCH")));
+    view.set(QStringLiteral("RMITTYPE"), int(OrdinaryReceipt));
+    view.set(QStringLiteral("DOCTYPE"), 1);
+    const QDate today = view.session().sessionDate;
+    view.set(QStringLiteral("DATERMIT"), today);
+    if (const auto period = fiscalPeriodOf(view.store(), today)) {
+        view.set(QStringLiteral("FISCYR"), period->year);
+        view.set(QStringLiteral("FISCPER"), period->period);
+    } else {
+        view.set(QStringLiteral("FISCYR"), QString::number(today.year()));
+        view.set(QStringLiteral("FISCPER"), QStringLiteral("%1").arg(today.month(), 2, 10, QLatin1Char('0')));
+    }
+}
+
+void EntryRules::checkPut(ViewCore& view, int field, const QVariant& value) {
+    ViewRules::checkPut(view, field, value);
+    const FieldDef& def = view.def().fields[size_t(field)];
+    const QString shown = displayText(def, value);
+    if (def.name == QLatin1String("AMTRMIT") && moneyOf(value).isNegative())
+        view.errors().fail(QStringLiteral("%1 \"%2\" cannot be below zero.").arg(def.label(), shown));
+    if (def.name == QLatin1String("FISCYR") && !shown.isEmpty() && !isActiveFiscalYear(view.store(), shown))
+        view.errors().fail(QStringLiteral("%1 \"%2\" is not active.").arg(def.label(), shown));
+    if (def.name == QLatin1String("RMITTYPE")) {
+        const int type = value.toInt();
+        if (type != OrdinaryReceipt && type != Prepayment && type != MiscellaneousReceipt)
+            view.errors().fail(
+                QStringLiteral("%1 \"%2\" cannot be keyed here: use 1 (Receipt), 2 (Prepayment) or "
+                               "5 (Misc. Receipt).")
+                    .arg(def.label(), shown));
+    }
+}
+
+// Adds the entry to its batch first: in PostgreSQL this locks the batch's record, so that the status read
+// next is the committed one and entries of one batch are written one after another.
+void EntryRules::joinBatch(ViewCore& view) {
+    if (wholeField(view, QStringLiteral("CNTBTCH")) == 0)
+        if (ViewCore* batch = composedView(view, QStringLiteral("AR0041")))
+            view.set(QStringLiteral("CNTBTCH"), batch->value(QStringLiteral("CNTBTCH")));
+    if (textField(view, QStringLiteral("CODEPYMTYP")).isEmpty())
+        view.set(QStringLiteral("CODEPYMTYP"), QStringLiteral("CA"));
+    const QString code = textField(view, QStringLiteral("CODEPYMTYP"));
+    const qint64 batch = wholeField(view, QStringLiteral("CNTBTCH"));
+    const QVariantHash key{{QStringLiteral("CODEPYMTYP"), code}, {QStringLiteral("CNTBTCH"), batch}};
+    const Money total = moneyField(view, QStringLiteral("AMTRMIT"));
+    if (!addToRecord(view.store(), QStringLiteral("AR0041"), key,
+                     {{QStringLiteral("CNTENTER"), 1}, {QStringLiteral("AMTENTER"), amount(total)}}))
+        view.errors().fail(
+            QStringLiteral("Batch Number \"%1\" does not exist; choose or create a receipt batch "
+                           "first.")
+                .arg(batch));
+    const auto stored = readRecord(view.store(), QStringLiteral("AR0041"), key,
+                                   {QStringLiteral("BATCHSTAT"), QStringLiteral("CNTLASTITM")});
+    const int status = stored->value(QStringLiteral("BATCHSTAT")).toInt();
+    if (status != BatchOpen)
+        view.errors().fail(
+            QStringLiteral("Batch %1 is not open (%2); entries can be added only to an open batch.")
+                .arg(batch)
+                .arg(statusName(status)));
+    const qint64 number = view.store().nextNumber(entryCounter(code, batch));
+    view.set(QStringLiteral("CNTITEM"), qlonglong(number));
+    if (number > stored->value(QStringLiteral("CNTLASTITM")).toLongLong())
+        updateRecord(view.store(), QStringLiteral("AR0041"), key, {{QStringLiteral("CNTLASTITM"), number}});
+}
+
+void EntryRules::checkCustomer(ViewCore& view) {
+    const QString customer = textField(view, QStringLiteral("IDCUST"));
+    if (customer.isEmpty())
+        view.errors().fail(
+            QStringLiteral("Customer Number is empty: a receipt or prepayment needs a customer."));
+    if (!readRecord(view.store(), QStringLiteral("AR0024"), {{QStringLiteral("IDCUST"), customer}},
+                    {QStringLiteral("IDCUST")}))
+        view.errors().fail(QStringLiteral("Customer Number \"%1\" does not exist.").arg(customer));
+}
+
+void EntryRules::beforeInsert(ViewCore& view) {
+    m_lines.clear();
+    const Money receipt = moneyField(view, QStringLiteral("AMTRMIT"));
+    if (receipt.isNegative())
+        view.errors().fail(
+            QStringLiteral("Bank Receipt Amount \"%1\" cannot be below zero.").arg(receipt.toLedgerString()));
+    const int type = view.value(QStringLiteral("RMITTYPE")).toInt();
+    if (type != OrdinaryReceipt && type != Prepayment && type != MiscellaneousReceipt)
+        view.errors().fail(
+            QStringLiteral("Receipt Trans. Type \"%1\" cannot be keyed here: use 1 (Receipt), 2 "
+                           "(Prepayment) or 5 (Misc. Receipt).")
+                .arg(type));
+    const QDate date = view.value(QStringLiteral("DATERMIT")).toDate();
+    if (!date.isValid())
+        view.errors().fail(
+            QStringLiteral("Receipt Date/Adjustment Date is empty: the receipt needs a date."));
+    joinBatch(view);
+
+    const QString year = textField(view, QStringLiteral("FISCYR"));
+    const QString period = textField(view, QStringLiteral("FISCPER"));
+    if (!isInFiscalPeriod(view.store(), date, year, period))
+        view.errors().warn(QStringLiteral("Receipt date %1 is outside fiscal period %2 of %3.")
+                               .arg(date.toString(Qt::ISODate), period, year));
+
+    view.set(QStringLiteral("AMTRMITTC"), amount(receipt));
+    view.set(QStringLiteral("AMTRMITHC"), amount(receipt));
+    Money applied;
+    if (type == OrdinaryReceipt) {
+        checkCustomer(view);
+        applyDocuments(view);
+    } else if (type == Prepayment) {
+        checkCustomer(view);
+        addPrepayment(view);
+    }
+    for (const QVariantHash& line : m_lines)
+        applied += moneyOf(line.value(QStringLiteral("AMTPAYM")));
+    // What an ordinary receipt does not apply stays with the customer as unapplied cash.
+    const Money unapplied = type == OrdinaryReceipt ? receipt - applied : Money();
+    view.set(QStringLiteral("AMTPAYMTC"), amount(applied));
+    view.set(QStringLiteral("AMTPAYMHC"), amount(applied));
+    view.set(QStringLiteral("REMUNAPLTC"), amount(unapplied));
+    view.set(QStringLiteral("REMUNAPL"), amount(unapplied));
+    view.set(QStringLiteral("REMUNAPLHC"), amount(unapplied));
+    view.set(QStringLiteral("CNTLSTLINE"), qlonglong(m_lines.size()));
+}
+
+// One detail per document the entry applies, checked again against what other entries have applied
+// since the list was built.
+void EntryRules::applyDocuments(ViewCore& view) {
+    OpenDocumentList* list = composedDocumentList(view);
+    if (!list)
+        return;
+    const QString customer = textField(view, QStringLiteral("IDCUST"));
+    bool any = false;
+    for (const OpenDocument& d : list->documents())
+        any = any || d.isApplied();
+    if (!any)
+        return;
+    if (list->customer() != customer)
+        view.errors().fail(
+            QStringLiteral("The documents applied are those of customer %1, not of this receipt's "
+                           "customer %2; build the list again for %2.")
+                .arg(list->customer(), customer));
+    const auto pending = pendingApplications(view.store(), customer, 0, 0);
+    Money applied;
+    int line = 0;
+    for (const OpenDocument& d : list->documents()) {
+        if (!d.isApplied())
+            continue;
+        const auto now =
+            readRecord(view.store(), Documents,
+                       {{QStringLiteral("IDCUST"), customer}, {QStringLiteral("IDINVC"), d.number}},
+                       {QStringLiteral("AMTDUETC"), QStringLiteral("CNTTOTPAYM")});
+        const Money left = (now ? moneyOf(now->value(QStringLiteral("AMTDUETC"))) : Money()) -
+                           pending.value(d.number).total();
+        const Money taking = d.applied + d.discountTaken + d.adjustment;
+        if (left.isNegative() ? taking < left : taking > left)
+            view.errors().fail(
+                QStringLiteral("Document %1 has %2 left to pay, less than the %3 applied to it; "
+                               "another entry has applied to it meanwhile. Build the list again.")
+                    .arg(d.number, left.toLedgerString(), taking.toLedgerString()));
+        applied += d.applied;
+        ++line;
+        m_lines.push_back(
+            {{QStringLiteral("CNTLINE"), line},
+             {QStringLiteral("IDCUST"), customer},
+             {QStringLiteral("IDINVC"), d.number},
+             {QStringLiteral("CNTPAYM"), now->value(QStringLiteral("CNTTOTPAYM")).toLongLong() + 1},
+             {QStringLiteral("TRXTYPE"), 51},
+             {QStringLiteral("TRXTYPEID"), d.source.value(QStringLiteral("TRXTYPEID")).toString()},
+             {QStringLiteral("RMITTYPE"), QStringLiteral("1")},
+             {QStringLiteral("DOCTYPE"), d.source.value(QStringLiteral("TRXTYPETXT"))},
+             {QStringLiteral("DESCINVC"), d.source.value(QStringLiteral("DESCINVC"))},
+             {QStringLiteral("DATEINVC"),
+              d.source.value(QStringLiteral("DATEINVC")).toDate().toString(QStringLiteral("yyyyMMdd"))},
+             {QStringLiteral("AMTPAYM"), amount(d.applied)},
+             {QStringLiteral("AMTPAYMHC"), amount(d.applied)},
+             {QStringLiteral("AMTERNDISC"), amount(d.discountTaken)},
+             {QStringLiteral("AMTDISCHC"), amount(d.discountTaken)},
+             {QStringLiteral("AMTADJTOT"), amount(d.adjustment)},
+             {QStringLiteral("OBSPAYMAMT"), amount(d.due)},
+             {QStringLiteral("OBSNETBAL"), amount(d.netBalance())},
+             {QStringLiteral("OBSDISCAMT"), amount(d.discountAvailable)},
+             {QStringLiteral("PNDPAYTOT"), amount(d.pendingPayments)},
+             {QStringLiteral("PNDDSCTOT"), amount(d.pendingDiscounts)},
+             {QStringLiteral("PNDADJTOT"), amount(d.pendingAdjustments)}});
+    }
+    if (applied > moneyField(view, QStringLiteral("AMTRMIT")))
+        view.errors().fail(
+            QStringLiteral("The documents are applied %1 in all, more than the receipt amount %2.")
+                .arg(applied.toLedgerString(), moneyField(view, QStringLiteral("AMTRMIT")).toLedgerString()));
+}
+
+// A prepayment gets its document number from the company's counter, skipping any already in use.
+void EntryRules::addPrepayment(ViewCore& view) {
+    QString number;
+    do {
+        number = QStringLiteral("PP%1").arg(view.store().nextNumber(QStringLiteral("AR0036/prepayments")), 7,
+                                            10, QLatin1Char('0'));
+    } while (readRecord(view.store(), Documents,
+                        {{QStringLiteral("IDCUST"), textField(view, QStringLiteral("IDCUST"))},
+                         {QStringLiteral("IDINVC"), number}},
+                        {QStringLiteral("IDINVC")}));
+    qint64 line = 1;
+    if (ViewCore* detail = composedView(view, Detail))
+        line = std::max<qint64>(1, wholeField(*detail, QStringLiteral("CNTLINE")));
+    const Money receipt = moneyField(view, QStringLiteral("AMTRMIT"));
+    const QString applyTo = textField(view, QStringLiteral("DOCNBR"));
+    m_lines.push_back(
+        {{QStringLiteral("CNTLINE"), line},
+         {QStringLiteral("IDCUST"), textField(view, QStringLiteral("IDCUST"))},
+         {QStringLiteral("IDINVC"), number},
+         {QStringLiteral("CNTPAYM"), 1},
+         {QStringLiteral("TRXTYPE"), 57},
+         {QStringLiteral("RMITTYPE"), QStringLiteral("2")},
+         {QStringLiteral("IDDOCMTCH"), applyTo},
+         {QStringLiteral("DESCINVC"),
+          applyTo.isEmpty() ? QStringLiteral("Prepayment") : QStringLiteral("Prepayment on %1").arg(applyTo)},
+         {QStringLiteral("AMTPAYM"), amount(receipt)},
+         {QStringLiteral("AMTPAYMHC"), amount(receipt)}});
+}
+
+void EntryRules::afterInsert(ViewCore& view) {
+    const QVariantHash entry{{QStringLiteral("CODEPAYM"), view.value(QStringLiteral("CODEPYMTYP"))},
+                             {QStringLiteral("CNTBTCH"), view.value(QStringLiteral("CNTBTCH"))},
+                             {QStringLiteral("CNTITEM"), view.value(QStringLiteral("CNTITEM"))}};
+    for (QVariantHash line : m_lines) {
+        for (auto it = entry.constBegin(); it != entry.constEnd(); ++it)
+            line.insert(it.key(), it.value());
+        insertRecord(view.store(), Detail, line);
+    }
+    if (view.value(QStringLiteral("RMITTYPE")).toInt() == MiscellaneousReceipt) {
+        const Money lines = sumOf(view.store(), QStringLiteral("AR0043"), QStringLiteral("AMTDIST"), entry);
+        const Money receipt = moneyField(view, QStringLiteral("AMTRMIT"));
+        if (lines != receipt)
+            view.errors().fail(
+                QStringLiteral("The distribution lines add up to %1, not to the receipt amount %2; "
+                               "correct the lines or the amount.")
+                    .arg(lines.toLedgerString(), receipt.toLedgerString()));
+    }
+    if (OpenDocumentList* list = composedDocumentList(view))
+        list->forget();
+    // The detail view stands on the prepayment just written, so that its number can be read.
+    if (view.value(QStringLiteral("RMITTYPE")).toInt() == Prepayment && !m_lines.empty())
+        if (ViewCore* detail = composedView(view, Detail)) {
+            QVariantHash line = m_lines.front();
+            for (auto it = entry.constBegin(); it != entry.constEnd(); ++it)
+                line.insert(it.key(), it.value());
+            const ViewDef& def = detail->def();
+            for (auto it = line.constBegin(); it != line.constEnd(); ++it) {
+                const int field = def.fieldIndex(it.key());
+                detail->set(field, fromStorage(def.fields[size_t(field)],
+                                               toStorage(def.fields[size_t(field)], it.value())));
+            }
+        }
+    m_lines.clear();
+}
+
+} // namespace tillbook::engine

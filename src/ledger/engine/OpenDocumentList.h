@@ -1,0 +1,62 @@
+#pragma once
+
+// The open-document list (AR0061): process builds the documents of the customer put in IDCUST that still
+// have an amount due, numbered by CNTKEY from 1 in document-number order; read by CNTKEY shows one;
+// APPLY "Y" and update applies to it what is left of the receipt amount, up to its net balance. The list
+// lives in memory for the till that keys the entry; the entry's insert writes what it applies.
+
+#include "ledger/Money.h"
+#include "ledger/engine/ViewRules.h"
+
+#include <QDate>
+#include <QVariantHash>
+#include <vector>
+
+namespace tillbook::engine {
+
+struct OpenDocument {
+    QVariantHash source; // the AR0036 fields shown as they are
+    QString number;
+    Money due;               // the current balance
+    Money discountAvailable; // by the document's discount date
+    Money pendingPayments;   // applied by other unposted entries
+    Money pendingDiscounts;
+    Money pendingAdjustments;
+    Money applied; // in this entry
+    Money discountTaken;
+    Money adjustment;
+
+    Money pendingBalance() const { return due - pendingPayments - pendingDiscounts - pendingAdjustments; }
+    Money netBalance() const { return pendingBalance() - applied - discountTaken - adjustment; }
+    bool isApplied() const { return !applied.isZero() || !discountTaken.isZero() || !adjustment.isZero(); }
+    bool hasPending() const;
+    QString applyFlag() const;
+};
+
+class OpenDocumentList final : public ViewRules {
+public:
+    void initRecord(ViewCore& view) override;
+    void checkPut(ViewCore& view, int field, const QVariant& value) override;
+    void process(ViewCore& view) override;
+    bool keepsRecords() const override { return true; }
+    bool readKept(ViewCore& view) override;
+    void updateKept(ViewCore& view) override;
+
+    const QString& customer() const { return m_customer; }
+    const std::vector<OpenDocument>& documents() const { return m_documents; }
+    // After the entry that applied them is written: a new entry starts from a new list.
+    void forget();
+
+private:
+    void show(ViewCore& view, int key);
+
+    QString m_customer;
+    qint64 m_batch = 0;
+    qint64 m_entry = 0;
+    std::vector<OpenDocument> m_documents;
+};
+
+// The documents the entry applies, from the list composed with `header` (none when there is no list).
+OpenDocumentList* composedDocumentList(ViewCore& header);
+
+} // namespace tillbook::engine

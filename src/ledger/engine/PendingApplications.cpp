@@ -1,0 +1,33 @@
+#include "ledger/engine/PendingApplications.h"
+
+#include "ledger/engine/BatchRules.h"
+#include "ledger/engine/RecordAccess.h"
+
+namespace tillbook::engine {
+
+QHash<QString, PendingAmounts> pendingApplications(CompanyStore& store, const QString& customer, qint64 batch,
+                                                   qint64 entry) {
+    // Lines of ordinary receipts ("1") in batches that are neither posted nor deleted.
+    const QString sql =
+        QStringLiteral(
+            "SELECT d.\"IDINVC\", SUM(d.\"AMTPAYM\"), SUM(d.\"AMTERNDISC\"), SUM(d.\"AMTADJTOT\") "
+            "FROM \"%1\" d JOIN \"%2\" b ON b.\"CODEPYMTYP\" = d.\"CODEPAYM\" AND b.\"CNTBTCH\" = "
+            "d.\"CNTBTCH\" WHERE d.\"IDCUST\" = ? AND d.\"RMITTYPE\" = '1' AND b.\"BATCHSTAT\" <> ? "
+            "AND b.\"BATCHSTAT\" <> ? AND NOT (d.\"CNTBTCH\" = ? AND d.\"CNTITEM\" = ?) "
+            "GROUP BY d.\"IDINVC\"")
+            .arg(viewDef(QStringLiteral("AR0044")).table, viewDef(QStringLiteral("AR0041")).table);
+    QSqlQuery query = store.prepare(sql);
+    store.run(query, {customer, int(BatchPosted), int(BatchDeleted), batch, entry});
+    QHash<QString, PendingAmounts> pending;
+    while (query.next()) {
+        // Amounts are stored in thousandths (three decimals).
+        pending.insert(query.value(0).toString(),
+                       PendingAmounts{Money::fromThousandths(query.value(1).toLongLong()),
+                                      Money::fromThousandths(query.value(2).toLongLong()),
+                                      Money::fromThousandths(query.value(3).toLongLong())});
+    }
+    query.finish();
+    return pending;
+}
+
+} // namespace tillbook::engine

@@ -1,0 +1,17 @@
+#include "ledger/engine/ReceiptRules.h"
+
+#include "ledger/engine/BatchRules.h"
+#include "ledger/engine/EntryRules.h"
+#include "ledger/engine/MiscLineRules.h"
+#include "ledger/engine/OpenDocumentList.h"
+
+namespace tillbook::engine {
+
+void registerReceiptRules() {
+    registerViewRules(QStringLiteral("AR0041"), [] { return std::make_unique<BatchRules>(); });
+    registerViewRules(QStringLiteral("AR0042"), [] { return std::make_unique<EntryRules>(); });
+    registerViewRules(QStringLiteral("AR0043"), [] { return std::make_unique<MiscLineRules>(); });
+    registerViewRules(QStringLiteral("AR0061"), [] { return std::make_unique<OpenDocumentList>(); });
+}
+
+} // namespace tillbook::engine

@@ -1,0 +1,10 @@
+#pragma once
+
+// The rules of the receipt views: batches (AR0041), entries (AR0042), their miscellaneous lines
+// (AR0043) and the open-document list (AR0061). Registered once, before the first view opens.
+
+namespace tillbook::engine {
+
+void registerReceiptRules();
+
+} // namespace tillbook::engine

@@ -1,0 +1,47 @@
+#pragma once
+
+// Records of other views as the rules of a view need them: read, write and add to a record by its key,
+// with field names and callers' values (Money, QDate, QString, integers). Runs inside the caller's
+// transaction when there is one.
+
+#include "ledger/Money.h"
+#include "ledger/engine/CompanyStore.h"
+#include "ledger/engine/Schema.h"
+
+#include <QVariantHash>
+#include <optional>
+#include <vector>
+
+namespace tillbook::engine {
+
+class ViewCore;
+
+const ViewDef& viewDef(const QString& viewId);
+
+// The open view of `viewId` that `view` is composed with (directly, as header or detail), or nullptr.
+ViewCore* composedView(ViewCore& view, const QString& viewId);
+
+Money moneyOf(const QVariant& value);
+Money moneyField(ViewCore& view, const QString& field);
+qint64 wholeField(ViewCore& view, const QString& field);
+QString textField(ViewCore& view, const QString& field);
+
+// The named fields of the record whose key fields equal `key`; nothing when there is none.
+std::optional<QVariantHash> readRecord(CompanyStore& store, const QString& viewId, const QVariantHash& key,
+                                       const QStringList& fields);
+// Every record matching `equal` (and the SQL condition `where`, of this folder's own making), in the order
+// of `orderBy`.
+std::vector<QVariantHash> readRecords(CompanyStore& store, const QString& viewId, const QVariantHash& equal,
+                                      const QStringList& fields, const QStringList& orderBy,
+                                      const QString& where = QString());
+// A new record: the fields given, every other one its default.
+void insertRecord(CompanyStore& store, const QString& viewId, const QVariantHash& values);
+bool updateRecord(CompanyStore& store, const QString& viewId, const QVariantHash& key,
+                  const QVariantHash& changes);
+// Adds `amounts` to numeric fields in one statement, so that tills adding at once never lose an addition.
+bool addToRecord(CompanyStore& store, const QString& viewId, const QVariantHash& key,
+                 const QVariantHash& amounts);
+// The sum of a numeric field over the records matching `equal`.
+Money sumOf(CompanyStore& store, const QString& viewId, const QString& field, const QVariantHash& equal);
+
+} // namespace tillbook::engine
