@@ -19,10 +19,12 @@ int createCommand(const QStringList& words);
 int userCommand(const QStringList& words);
 int browseCommand(const QStringList& words);
 int runCommand(const QStringList& words);
+int postBatchCommand(const QStringList& words);
 
 extern const char* const CreateHelp;
 extern const char* const UserHelp;
 extern const char* const BrowseHelp;
 extern const char* const RunHelp;
+extern const char* const PostBatchHelp;
 
 } // namespace tillbook::tool

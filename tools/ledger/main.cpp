@@ -14,11 +14,12 @@ using namespace tillbook::tool;
 
 namespace {
 
-const std::array<Command, 4> Commands = {{
+const std::array<Command, 5> Commands = {{
     {"create", "create a company, empty or a sample one", CreateHelp, createCommand},
     {"user", "add a user or change a password", UserHelp, userCommand},
     {"browse", "write a view's records as CSV", BrowseHelp, browseCommand},
     {"run", "run a script of view operations", RunHelp, runCommand},
+    {"post-batch", "post an open receipt batch", PostBatchHelp, postBatchCommand},
 }};
 
 void printUsage(QTextStream& out) {
