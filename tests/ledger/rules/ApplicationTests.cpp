@@ -1,0 +1,109 @@
+// Applying a receipt to the open-document list: how much each document takes, credit notes, what other
+// unposted entries hold, and the details the entry writes.
+
+#include "RulesTestSupport.h"
+
+namespace tillbook::test {
+namespace {
+
+using ApplicationTest = RulesTest;
+TILLBOOK_RULES_ON_EACH_STORE(ApplicationTest);
+
+QVariantHash line(int entry, int number) {
+    return {{"CODEPAYM", "CA"}, {"CNTBTCH", 1}, {"CNTITEM", entry}, {"CNTLINE", number}};
+}
+
+TEST_P(ApplicationTest, ListHoldsDocumentsWithAmountDueInNumberOrder) {
+    auto session = signIn();
+    Till till(*session);
+    till.newBatch();
+    ASSERT_TRUE(till.openDocument("C1", 1));
+    EXPECT_EQ(till.text("AR0061", "IDINVC"), "CN1");
+    ASSERT_TRUE(till.openDocument("C1", 2));
+    EXPECT_EQ(till.text("AR0061", "IDINVC"), "IN1");
+    EXPECT_EQ(money(till.field("AR0061", "OBSDISCAMT").value()), Money::fromWhole(2)); // before 2025-03-20
+    EXPECT_EQ(till.text("AR0061", "APPLY"), "N");
+    ASSERT_TRUE(till.openDocument("C1", 3));
+    EXPECT_EQ(till.text("AR0061", "IDINVC"), "IN2");
+    EXPECT_FALSE(till.openDocument("C1", 4)); // the paid IN0 is not listed
+}
+
+TEST_P(ApplicationTest, ReceiptPaysWholeThenPartAndLeavesNothingUnapplied) {
+    auto session = signIn();
+    Till till(*session);
+    const qint64 batch = till.newBatch();
+    till.postReceipt(batch, 1, "C1", 120.0, {2, 3});
+    EXPECT_EQ(till.text("AR0042", "CNTITEM"), "1");
+    EXPECT_EQ(money(till.field("AR0042", "REMUNAPLTC").value()), Money());
+    const auto first = record("AR0044", line(1, 1), {"IDINVC", "AMTPAYM", "IDCUST"});
+    const auto second = record("AR0044", line(1, 2), {"IDINVC", "AMTPAYM"});
+    ASSERT_TRUE(first && second);
+    EXPECT_EQ(first->value("IDINVC").toString(), "IN1");
+    EXPECT_EQ(money(first->value("AMTPAYM")), Money::fromWhole(100));
+    EXPECT_EQ(first->value("IDCUST").toString(), "C1");
+    EXPECT_EQ(second->value("IDINVC").toString(), "IN2");
+    EXPECT_EQ(money(second->value("AMTPAYM")), Money::fromWhole(20));
+    EXPECT_EQ(session->errors().count(), 0);
+}
+
+TEST_P(ApplicationTest, CreditNoteAddsToWhatIsLeftToApply) {
+    auto session = signIn();
+    Till till(*session);
+    const qint64 batch = till.newBatch();
+    till.postReceipt(batch, 1, "C1", 70.0, {1, 2, 3}); // CN1 -30, then IN1 takes 100, IN2 nothing
+    EXPECT_EQ(money(record("AR0044", line(1, 1), {"AMTPAYM"})->value("AMTPAYM")), Money::fromWhole(-30));
+    EXPECT_EQ(money(record("AR0044", line(1, 2), {"AMTPAYM"})->value("AMTPAYM")), Money::fromWhole(100));
+    EXPECT_FALSE(record("AR0044", line(1, 3), {"AMTPAYM"}));
+    EXPECT_EQ(money(till.field("AR0042", "AMTPAYMTC").value()), Money::fromWhole(70));
+    ASSERT_EQ(session->errors().count(), 1); // nothing was left for IN2
+    EXPECT_EQ(session->errors().at(0).priority, ErrorPriority::Warning);
+    EXPECT_TRUE(session->errors().at(0).description.contains("IN2"));
+}
+
+TEST_P(ApplicationTest, OtherUnpostedEntriesShowAsPendingAndLimitTheNextApplication) {
+    auto session = signIn();
+    Till till(*session);
+    const qint64 batch = till.newBatch();
+    till.postReceipt(batch, 1, "C1", 60.0, {2});
+
+    auto other = signIn(); // a second till
+    Till second(*other);
+    ASSERT_TRUE(second.openDocument("C1", 2));
+    EXPECT_EQ(second.text("AR0061", "APPLY"), "X");
+    EXPECT_EQ(money(second.field("AR0061", "PNDPAYTOT").value()), Money::fromWhole(60));
+    EXPECT_EQ(money(second.field("AR0061", "PENDNGBAL").value()), Money::fromWhole(40));
+    second.postReceipt(batch, 2, "C1", 100.0, {2});
+    EXPECT_EQ(money(record("AR0044", line(2, 1), {"AMTPAYM"})->value("AMTPAYM")), Money::fromWhole(40));
+    EXPECT_EQ(money(second.field("AR0042", "REMUNAPLTC").value()), Money::fromWhole(60));
+}
+
+TEST_P(ApplicationTest, ApplicationsMadeStaleByAnotherTillAreRefusedWhole) {
+    auto session = signIn();
+    Till till(*session);
+    const qint64 batch = till.newBatch();
+    auto other = signIn();
+    Till second(*other);
+    // The second till builds its list first; the first till then pays IN1 in full.
+    second.field("AR0042", "CNTITEM").putWithoutVerification("0");
+    second.field("AR0041", "CNTBTCH").putWithoutVerification(QString::number(batch));
+    second.view("AR0041").read();
+    second.view("AR0042").init();
+    second.field("AR0042", "IDCUST").setValue("C1");
+    second.field("AR0042", "AMTRMIT").setValue(100);
+    second.field("AR0061", "IDCUST").putWithoutVerification("C1");
+    second.field("AR0061", "AMTRMIT").putWithoutVerification(100);
+    second.view("AR0061").process();
+    till.postReceipt(batch, 1, "C1", 100.0, {2});
+    second.field("AR0061", "CNTKEY").putWithoutVerification("2");
+    ASSERT_TRUE(second.view("AR0061").read());
+    second.field("AR0061", "APPLY").setValue("Y");
+    second.view("AR0061").update();
+    EXPECT_THROW(second.view("AR0042").insert(), LedgerError);
+    EXPECT_EQ(count("AR0042", {{"CNTBTCH", batch}}), 1);
+    EXPECT_EQ(
+        record("AR0041", {{"CODEPYMTYP", "CA"}, {"CNTBTCH", batch}}, {"CNTENTER"})->value("CNTENTER").toInt(),
+        1);
+}
+
+} // namespace
+} // namespace tillbook::test

@@ -1,0 +1,77 @@
+// Posting a batch: documents paid, customers' balances and counts, unapplied cash and prepayments as
+// documents, and a batch that is not open.
+
+#include "RulesTestSupport.h"
+#include "ledger/engine/BatchPosting.h"
+
+namespace tillbook::test {
+namespace {
+
+using PostingTest = RulesTest;
+TILLBOOK_RULES_ON_EACH_STORE(PostingTest);
+
+QVariantHash document(const char* customer, const QString& number) {
+    return {{"IDCUST", customer}, {"IDINVC", number}};
+}
+
+TEST_P(PostingTest, PostingAppliesEntriesAndMakesDocumentsOfWhatIsLeft) {
+    auto session = signIn();
+    Till till(*session);
+    const qint64 batch = till.newBatch();
+    till.postReceipt(batch, 1, "C1", 130.0, {2, 3}); // IN1 100 in full, IN2 30 of 50: nothing unapplied
+    till.postReceipt(batch, 2, "C2", 100.0, {1});    // IN3 80 in full, 20 unapplied
+    till.postPrepayment(batch, "C2", "25", "IN3");
+    till.postMiscReceipt(batch, 10.0, {{"RETAIL", "", "10"}});
+    ASSERT_EQ(session->errors().count(), 0);
+
+    const engine::PostingSummary summary =
+        engine::postBatch(store(), session->errors(), batch, QDate(2025, 3, 15));
+    EXPECT_EQ(summary.entries, 4);
+    EXPECT_EQ(summary.documentsPaid, 2);
+    EXPECT_EQ(summary.documentsCreated, 2);
+
+    const auto in1 = record("AR0036", document("C1", "IN1"), {"AMTDUETC", "SWPAID"});
+    const auto in2 = record("AR0036", document("C1", "IN2"), {"AMTDUETC", "SWPAID"});
+    EXPECT_EQ(money(in1->value("AMTDUETC")), Money());
+    EXPECT_EQ(in1->value("SWPAID").toInt(), 1);
+    EXPECT_EQ(money(in2->value("AMTDUETC")), Money::fromWhole(20));
+    EXPECT_EQ(in2->value("SWPAID").toInt(), 0);
+
+    const auto c1 = record("AR0024", {{"IDCUST", "C1"}}, {"AMTBALDUET", "CNTOPENINV", "CNTINVPAID"});
+    EXPECT_EQ(money(c1->value("AMTBALDUET")), Money::fromWhole(-10)); // 120 - 130
+    EXPECT_EQ(c1->value("CNTOPENINV").toInt(), 2);
+    EXPECT_EQ(c1->value("CNTINVPAID").toInt(), 1);
+    const auto c2 = record("AR0024", {{"IDCUST", "C2"}}, {"AMTBALDUET", "CNTOPENINV", "CNTPPDINVC"});
+    EXPECT_EQ(money(c2->value("AMTBALDUET")), Money::fromWhole(-45)); // 80 - 80 - 20 - 25
+    EXPECT_EQ(c2->value("CNTOPENINV").toInt(), 2);                    // the unapplied cash and the prepayment
+    EXPECT_EQ(c2->value("CNTPPDINVC").toInt(), 1);
+
+    const auto cash = record("AR0036", document("C2", "UC0000001"), {"AMTDUETC", "TRXTYPETXT"});
+    ASSERT_TRUE(cash);
+    EXPECT_EQ(money(cash->value("AMTDUETC")), Money::fromWhole(-20));
+    const auto prepayment =
+        record("AR0036", document("C2", "PP0000001"), {"AMTDUETC", "IDPREPAID", "TRXTYPETXT"});
+    ASSERT_TRUE(prepayment);
+    EXPECT_EQ(money(prepayment->value("AMTDUETC")), Money::fromWhole(-25));
+    EXPECT_EQ(prepayment->value("IDPREPAID").toString(), "IN3");
+    EXPECT_EQ(record("AR0041", {{"CODEPYMTYP", "CA"}, {"CNTBTCH", batch}}, {"BATCHSTAT"})
+                  ->value("BATCHSTAT")
+                  .toInt(),
+              3);
+
+    // Posted: no second posting, no new entries; the paid documents leave the list.
+    EXPECT_THROW(engine::postBatch(store(), session->errors(), batch, QDate(2025, 3, 15)), LedgerError);
+    EXPECT_TRUE(till.openDocument("C1", 1));
+    EXPECT_TRUE(till.openDocument("C1", 2));
+    EXPECT_EQ(till.text("AR0061", "IDINVC"), "IN2");
+    EXPECT_EQ(till.text("AR0061", "APPLY"), "N");
+}
+
+TEST_P(PostingTest, UnknownBatchIsRefused) {
+    auto session = signIn();
+    EXPECT_THROW(engine::postBatch(store(), session->errors(), 42, QDate(2025, 3, 15)), LedgerError);
+    EXPECT_EQ(session->errors().at(0).description, "Batch Number \"42\" does not exist.");
+}
+
+} // namespace
+} // namespace tillbook::test

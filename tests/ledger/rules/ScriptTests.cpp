@@ -1,0 +1,43 @@
+// The run scripts under scripts/ give their expected output, on the sample company, through the tool.
+
+#include "support/TestCompany.h"
+
+#include <QFile>
+#include <QProcess>
+#include <gtest/gtest.h>
+
+namespace tillbook::test {
+namespace {
+
+const QString Scripts = QStringLiteral(TILLBOOK_SOURCE_DIR "/tests/ledger/rules/scripts/");
+
+QString tool(const QStringList& arguments, int expectedExit) {
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("TILLBOOK_TODAY"), QStringLiteral("2025-03-15"));
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral(TILLBOOK_LEDGER_TOOL), arguments);
+    EXPECT_TRUE(process.waitForFinished(120000));
+    EXPECT_EQ(process.exitCode(), expectedExit) << process.readAllStandardError().toStdString();
+    return QString::fromUtf8(process.readAllStandardOutput());
+}
+
+QString expected(const QString& name) {
+    QFile file(Scripts + name);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly | QIODevice::Text)) << name.toStdString();
+    return QString::fromUtf8(file.readAll());
+}
+
+TEST(RunScripts, ReceiptPrepaymentAndMiscReceiptThenPosting) {
+    TestStore store; // SQLite in a temporary folder
+    tool({"create", "DEMO", "--sample", "--customers", "20", "--documents", "120"}, 0);
+    EXPECT_EQ(tool({"run", "DEMO", Scripts + "receipts.script", "--date", "2025-03-15"}, 1).toStdString(),
+              expected("receipts.expected").toStdString());
+    QString posted = tool({"post-batch", "DEMO", "1", "--date", "2025-03-15"}, 0);
+    tool({"post-batch", "DEMO", "1"}, 1);
+    posted += tool({"run", "DEMO", Scripts + "post-batch.script", "--date", "2025-03-15"}, 0);
+    EXPECT_EQ(posted.toStdString(), expected("post-batch.expected").toStdString());
+}
+
+} // namespace
+} // namespace tillbook::test
