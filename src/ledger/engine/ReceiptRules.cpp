@@ -7,11 +7,11 @@
 
 namespace tillbook::engine {
 
-void registerReceiptRules() {
-    registerViewRules(QStringLiteral("AR0041"), [] { return std::make_unique<BatchRules>(); });
-    registerViewRules(QStringLiteral("AR0042"), [] { return std::make_unique<EntryRules>(); });
-    registerViewRules(QStringLiteral("AR0043"), [] { return std::make_unique<MiscLineRules>(); });
-    registerViewRules(QStringLiteral("AR0061"), [] { return std::make_unique<OpenDocumentList>(); });
+void registerReceiptRules(void (*add)(const QString& viewId, ViewRulesFactory factory)) {
+    add(QStringLiteral("AR0041"), [] { return std::make_unique<BatchRules>(); });
+    add(QStringLiteral("AR0042"), [] { return std::make_unique<EntryRules>(); });
+    add(QStringLiteral("AR0043"), [] { return std::make_unique<MiscLineRules>(); });
+    add(QStringLiteral("AR0061"), [] { return std::make_unique<OpenDocumentList>(); });
 }
 
 } // namespace tillbook::engine

@@ -3,8 +3,10 @@
 // The rules of the receipt views: batches (AR0041), entries (AR0042), their miscellaneous lines
 // (AR0043) and the open-document list (AR0061). Registered once, before the first view opens.
 
+#include "ledger/engine/ViewRules.h"
+
 namespace tillbook::engine {
 
-void registerReceiptRules();
+void registerReceiptRules(void (*add)(const QString& viewId, ViewRulesFactory factory));
 
 } // namespace tillbook::engine

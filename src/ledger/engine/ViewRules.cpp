@@ -22,6 +22,18 @@ Registry& registry() {
     return r;
 }
 
+void addFactory(const QString& viewId, ViewRulesFactory factory) {
+    QMutexLocker lock(&registry().mutex);
+    registry().factories.insert(viewId.toUpper(), std::move(factory));
+}
+
+// The ledger's own rules, in place before any view opens or other rules are registered (which then
+// replace them).
+void registerBuiltInRules() {
+    static std::once_flag once;
+    std::call_once(once, [] { registerReceiptRules(addFactory); });
+}
+
 } // namespace
 
 void ViewRules::checkPut(ViewCore& view, int field, const QVariant& value) {
@@ -33,13 +45,12 @@ bool ViewRules::stagesDetails(const ViewCore& view) const {
 }
 
 void registerViewRules(const QString& viewId, ViewRulesFactory factory) {
-    QMutexLocker lock(&registry().mutex);
-    registry().factories.insert(viewId.toUpper(), std::move(factory));
+    registerBuiltInRules();
+    addFactory(viewId, std::move(factory));
 }
 
 std::unique_ptr<ViewRules> makeViewRules(const QString& viewId) {
-    static std::once_flag receiptRules;
-    std::call_once(receiptRules, registerReceiptRules);
+    registerBuiltInRules();
     QMutexLocker lock(&registry().mutex);
     const auto it = registry().factories.constFind(viewId.toUpper());
     if (it != registry().factories.constEnd())
