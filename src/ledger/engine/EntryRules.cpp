@@ -178,6 +178,10 @@ void EntryRules::applyDocuments(ViewCore& view) {
             QStringLiteral("The documents applied are those of customer %1, not of this receipt's "
                            "customer %2; build the list again for %2.")
                 .arg(list->customer(), customer));
+    // Touching the customer's record locks it (PostgreSQL) until commit: tills applying to the same
+    // customer's documents check what is left one after another.
+    addToRecord(view.store(), QStringLiteral("AR0024"), {{QStringLiteral("IDCUST"), customer}},
+                {{QStringLiteral("CNTOPENINV"), 0}});
     const auto pending = pendingApplications(view.store(), customer, 0, 0);
     Money applied;
     int line = 0;

@@ -7,7 +7,7 @@ namespace tillbook::test {
 namespace {
 
 using ApplicationTest = RulesTest;
-TILLBOOK_RULES_ON_EACH_STORE(ApplicationTest);
+TILLBOOK_ON_EACH_STORE(ApplicationTest);
 
 QVariantHash line(int entry, int number) {
     return {{"CODEPAYM", "CA"}, {"CNTBTCH", 1}, {"CNTITEM", entry}, {"CNTLINE", number}};

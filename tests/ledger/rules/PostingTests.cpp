@@ -8,7 +8,7 @@ namespace tillbook::test {
 namespace {
 
 using PostingTest = RulesTest;
-TILLBOOK_RULES_ON_EACH_STORE(PostingTest);
+TILLBOOK_ON_EACH_STORE(PostingTest);
 
 QVariantHash document(const char* customer, const QString& number) {
     return {{"IDCUST", customer}, {"IDINVC", number}};

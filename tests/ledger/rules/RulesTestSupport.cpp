@@ -60,38 +60,26 @@ Money money(const QVariant& v) {
     return engine::moneyOf(v);
 }
 
-std::string storeParamName(const ::testing::TestParamInfo<StoreKind>& info) {
-    return storeName(info.param).toStdString();
-}
-
 void RulesTest::SetUp() {
-    m_testStore = std::make_unique<TestStore>(GetParam());
-    if (!m_testStore->unavailableReason().isEmpty())
-        GTEST_SKIP() << "PostgreSQL is not available: " << m_testStore->unavailableReason().toStdString();
-    m_id = TestStore::uniqueId(QStringLiteral("R"));
-    m_testStore->createEmptyCompany(m_id);
-    m_store = engine::CompanyStore::open(m_id);
-    addCompany(*m_store);
+    EngineTest::SetUp();
+    if (IsSkipped())
+        return;
+    m_company = engine::CompanyStore::open(m_id);
+    addCompany(*m_company);
 }
 
 void RulesTest::TearDown() {
-    m_store.reset();
-    m_testStore.reset();
-}
-
-std::unique_ptr<Session> RulesTest::signIn() {
-    auto session = std::make_unique<Session>();
-    session->open(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"), m_id, QDate(2025, 3, 14));
-    return session;
+    m_company.reset();
+    EngineTest::TearDown();
 }
 
 engine::CompanyStore& RulesTest::store() {
-    return *m_store;
+    return *m_company;
 }
 
 std::optional<QVariantHash> RulesTest::record(const QString& viewId, const QVariantHash& key,
                                               const QStringList& fields) {
-    return engine::readRecord(*m_store, viewId, key, fields);
+    return engine::readRecord(*m_company, viewId, key, fields);
 }
 
 int RulesTest::count(const QString& viewId, const QVariantHash& equal) {
@@ -99,7 +87,7 @@ int RulesTest::count(const QString& viewId, const QVariantHash& equal) {
     QStringList key;
     for (int field : def.primaryKey().fields)
         key << def.fields[size_t(field)].name;
-    return int(engine::readRecords(*m_store, viewId, equal, key, key).size());
+    return int(engine::readRecords(*m_company, viewId, equal, key, key).size());
 }
 
 Till::Till(Session& session) : m_session(session) {

@@ -6,6 +6,7 @@
 #include "ledger/Money.h"
 #include "ledger/Session.h"
 #include "ledger/engine/CompanyStore.h"
+#include "ledger/engine/EngineTestSupport.h" // storeParamName, TILLBOOK_ON_EACH_STORE
 #include "support/TestCompany.h"
 
 #include <QVariantHash>
@@ -18,20 +19,17 @@ namespace tillbook::test {
 // Customer C1: IN1 100.00 (discount 2.00 until 2025-03-20), IN2 50.00, CN1 -30.00, IN0 paid.
 // Customer C2: IN3 80.00. Year 2025 active, 2023 inactive; distribution code RETAIL -> 4000;
 // accounts 4000 and 4100100 (4100-100); bank TDOPER. The session date is 2025-03-14.
-class RulesTest : public ::testing::TestWithParam<StoreKind> {
+class RulesTest : public EngineTest {
 protected:
     void SetUp() override;
     void TearDown() override;
 
-    std::unique_ptr<Session> signIn();
     engine::CompanyStore& store();
     std::optional<QVariantHash> record(const QString& viewId, const QVariantHash& key,
                                        const QStringList& fields);
     int count(const QString& viewId, const QVariantHash& equal);
 
-    std::unique_ptr<TestStore> m_testStore;
-    QString m_id;
-    std::unique_ptr<engine::CompanyStore> m_store;
+    std::unique_ptr<engine::CompanyStore> m_company;
 };
 
 class Till {
@@ -63,10 +61,5 @@ private:
 };
 
 Money money(const QVariant& v);
-std::string storeParamName(const ::testing::TestParamInfo<StoreKind>& info);
-
-#define TILLBOOK_RULES_ON_EACH_STORE(Suite)                                                                  \
-    INSTANTIATE_TEST_SUITE_P(Stores, Suite, ::testing::Values(StoreKind::Sqlite, StoreKind::Postgres),       \
-                             storeParamName)
 
 } // namespace tillbook::test

@@ -12,7 +12,7 @@ namespace tillbook::test {
 namespace {
 
 using SeveralTillsTest = RulesTest;
-TILLBOOK_RULES_ON_EACH_STORE(SeveralTillsTest);
+TILLBOOK_ON_EACH_STORE(SeveralTillsTest);
 
 constexpr int Tills = 4;
 constexpr int EntriesEach = 200;
