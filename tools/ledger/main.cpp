@@ -26,7 +26,7 @@ void printUsage(QTextStream& out) {
     out << "Usage: tillbook-ledger COMMAND [ARGUMENTS]   (tillbook-ledger COMMAND --help for more)\n\n";
     for (const Command& command : Commands)
         out << QStringLiteral("  %1  %2\n")
-                   .arg(QLatin1String(command.name), -8)
+                   .arg(QLatin1String(command.name), -10)
                    .arg(QLatin1String(command.summary));
     out << "\nCompanies are SQLite files ID.sqlite in TILLBOOK_DATA (or the program's data folder); when\n"
            "TILLBOOK_LEDGER_URL is set (postgresql://user:pw@host:port/tillbook_{id}) they are PostgreSQL\n"
