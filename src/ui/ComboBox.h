@@ -20,6 +20,9 @@ public:
 
 signals:
     void Click();
+
+private:
+    int m_indexBeforeInsert = -1;
 };
 
 } // namespace tillbook

@@ -111,6 +111,18 @@ private slots:
         QVERIFY(combo.setProperty("ListIndex", 2));
         QCOMPARE(clicks.last(), 2);
 
+        // Filling an empty list selects nothing and runs no Click.
+        ComboBox fresh;
+        int freshClicks = 0;
+        connect(&fresh, &ComboBox::Click, this, [&] { ++freshClicks; });
+        fresh.addItems({"X", "Y"});
+        fresh.addItem("Z");
+        QCOMPARE(fresh.ListIndex(), -1);
+        QCOMPARE(freshClicks, 0);
+        fresh.setListIndex(0);
+        fresh.addItem("W");
+        QCOMPARE(fresh.ListIndex(), 0);
+
         // The clerk's choice with the keyboard runs Click too.
         combo.show();
         combo.setFocus();
