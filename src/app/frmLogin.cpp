@@ -155,6 +155,12 @@ void frmLogin::cmdOK_Click() {
                          ui->mnuFilePassword->isChecked(), ui->txtPassword->text());
         auto* receipts = new frmCR();
         receipts->setAttribute(Qt::WA_DeleteOnClose);
+        if (!receipts->Form_Load()) {
+            // The company could not be opened (the clerk has been told why): stay here to choose again.
+            delete receipts;
+            unsetCursor();
+            return;
+        }
         receipts->show();
         setAttribute(Qt::WA_DeleteOnClose);
         close();

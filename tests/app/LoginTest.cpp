@@ -4,6 +4,7 @@
 #include "settings/Globals.h"
 #include "support/AnswerMessageBoxes.h"
 #include "support/Grab.h"
+#include "support/SampleCompany.h"
 #include "support/TempSettings.h"
 #include "ui/ComboBox.h"
 
@@ -62,6 +63,7 @@ class LoginTest : public QObject {
     Q_OBJECT
 
     std::unique_ptr<test::TempSettings> settings;
+    std::unique_ptr<test::SampleCompany> company;
 
     void storeTwoUsers(const QString& secondPassword = "PW2") {
         settings->set("Database1/DB1", "SAMINC");
@@ -78,6 +80,12 @@ class LoginTest : public QObject {
     }
 
 private slots:
+    void initTestCase() {
+        company = std::make_unique<test::SampleCompany>();
+        company->addUser("CLERK", "PW2");
+    }
+    void cleanupTestCase() { company.reset(); }
+
     void init() {
         settings = std::make_unique<test::TempSettings>();
         CurrentDatabase = 0;
@@ -212,6 +220,22 @@ private slots:
         QVERIFY(receiptWindow());
         QCOMPARE(settings->raw("ConnectInfo/Save"), QString("False"));
         QCOMPARE(settings->raw("ConnectInfo/SavedPWD"), QString(""));
+    }
+
+    void aCompanyThatCannotBeOpenedKeepsTheClerkHere() {
+        storeTwoUsers();
+        settings->set("Database1/DB1", "NOSUCHCO");
+        rememberConnection("PW2");
+        test::AnswerMessageBoxes answers;
+        Login login;
+        login.leavePassword();
+        login.form->cmdOK_Click();
+        QCOMPARE(answers.asked.size(), 1);
+        QVERIFY(answers.asked[0].prompt.startsWith("The company NOSUCHCO could not be opened."));
+        QCOMPARE(answers.asked[0].icon, vbCritical);
+        QVERIFY(!receiptWindow());
+        QVERIFY(!login.form.isNull());
+        QVERIFY(login.form->isVisible());
     }
 
     void exitSavesTheConnectionTheDatabasesAndTheUsers() {

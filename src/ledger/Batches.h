@@ -1,0 +1,31 @@
+#pragma once
+
+// The receipt batches as the receipt window uses them, all through the kept batch view: the open batches, one
+// batch's figures, a new batch and its bank code, and the company's bank codes.
+
+#include "ledger/Money.h"
+#include "ledger/Session.h"
+
+#include <QDate>
+#include <QStringList>
+
+namespace tillbook {
+
+// The numbers of the open cash-receipt batches, in the view's order. Throws LedgerError.
+QStringList Read_OpenBatches();
+
+// A batch's number of entries as text, its total, and its bank code. Each throws LedgerError.
+QString Count_BatchEntries(const QString& batchNumber);
+Money Read_BatchTotal(const QString& batchNumber);
+QString Get_BatchBank(const QString& batchNumber);
+
+// Inserts a new cash-receipt batch described "ORVA - yyyymmdd" and returns the number the ledger gave it.
+qint64 Create_Batch(const QDate& today);
+
+// Writes the bank code into the batch. Throws LedgerError.
+void Set_BatchBank(const QString& batchNumber, const QString& bankCode);
+
+// The company's bank codes, in the view's order. Throws LedgerError.
+QStringList Load_BankCodes(Session& session);
+
+} // namespace tillbook
