@@ -467,7 +467,7 @@ void frmCR::cboBatch_Click() {
     BatchListIndex = QString::number(ui->cboBatch->ListIndex());
     try {
         const QString entries = Count_BatchEntries(CurrentBatch);
-        const QString total = FormatAmount(Read_BatchTotal(CurrentBatch).roundedToCentsBankers());
+        const QString total = Get_BatchTotal(CurrentBatch);
         BankCode = Get_BatchBank(CurrentBatch);
         Load_EntryList(Int16Of(entries));
         ui->cboEntry->setListIndex(-1);

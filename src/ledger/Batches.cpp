@@ -31,10 +31,11 @@ QString Count_BatchEntries(const QString& batchNumber) {
         .toString();
 }
 
-Money Read_BatchTotal(const QString& batchNumber) {
+QString Get_BatchTotal(const QString& batchNumber) {
     const QVariant total =
         batchField(QStringLiteral("CNTBTCH=") + batchNumber, QStringLiteral("AMTENTER")).value();
-    return total.canConvert<Money>() ? total.value<Money>() : ValMoney(total.toString());
+    const Money amount = total.canConvert<Money>() ? total.value<Money>() : ValMoney(total.toString());
+    return FormatAmount(amount.roundedToCentsBankers());
 }
 
 QString Get_BatchBank(const QString& batchNumber) {

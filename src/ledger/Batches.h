@@ -14,9 +14,10 @@ namespace tillbook {
 // The numbers of the open cash-receipt batches, in the view's order. Throws LedgerError.
 QStringList Read_OpenBatches();
 
-// A batch's number of entries as text, its total, and its bank code. Each throws LedgerError.
+// A batch's number of entries as text, its total rounded to cents and formatted "#,###,##0.00", and its bank
+// code. Each throws LedgerError.
 QString Count_BatchEntries(const QString& batchNumber);
-Money Read_BatchTotal(const QString& batchNumber);
+QString Get_BatchTotal(const QString& batchNumber);
 QString Get_BatchBank(const QString& batchNumber);
 
 // Inserts a new cash-receipt batch described "ORVA - yyyymmdd" and returns the number the ledger gave it.

@@ -179,6 +179,7 @@ FlexGrid::FlexGrid(QWidget* parent) : QTableView(parent), m_cells(new FlexGridCe
     setEditTriggers(NoEditTriggers);
     setSelectionMode(NoSelection);
     setTabKeyNavigation(false); // Tab leaves the grid, as it leaves any other field
+    setAutoScroll(false);       // code that moves the current cell does not scroll; the clerk's moves do
     setWordWrap(false);
     setCornerButtonEnabled(false);
     setHorizontalScrollMode(ScrollPerPixel); // wide columns scroll smoothly; rows scroll whole

@@ -4,7 +4,9 @@
 #include "entry/EntryState.h"
 #include "entry/frmCR.h"
 #include "ledger/Batches.h"
+#include "ledger/LedgerError.h"
 #include "ledger/ReceiptViews.h"
+#include "ledger/dialogs/frmBank.h"
 #include "settings/Globals.h"
 #include "support/AnswerMessageBoxes.h"
 #include "support/Grab.h"
@@ -196,6 +198,39 @@ private slots:
         // First on an empty list selects nothing and does no harm.
         control<QAction>(form, "mnuEntryFirst")->trigger();
         QCOMPARE(combo("cboEntry")->ListIndex(), -1);
+    }
+
+    void aBankCodeThatCannotBeWrittenIsAskedForAgain() {
+        test::AnswerMessageBoxes answers;
+        int attempts = 0;
+        frmBank dialog("7", {"TDOPER", "RBCOPER"}, [&](const QString&) {
+            if (++attempts == 1)
+                throw LedgerError("Batch 7 is being changed by another till.");
+        });
+        dialog.show();
+        auto* ok = dialog.findChild<QPushButton*>("cmdOK");
+        auto* banks = dialog.findChild<ComboBox*>("cboBank");
+        QCOMPARE(banks->count(), 2);
+        QCOMPARE(banks->ListIndex(), -1);
+        QVERIFY(!ok->isEnabled());
+        dialog.reject(); // there is no cancel
+        QVERIFY(dialog.isVisible());
+
+        banks->setListIndex(0);
+        QVERIFY(ok->isEnabled());
+        ok->click();
+        QCOMPARE(attempts, 1);
+        QCOMPARE(answers.asked.size(), 1);
+        QVERIFY(answers.asked[0].prompt.startsWith("The bank code TDOPER could not be written to batch 7."));
+        QVERIFY(answers.asked[0].prompt.contains("Batch 7 is being changed by another till."));
+        QVERIFY(dialog.isVisible());
+        QCOMPARE(dialog.BankCode(), QString());
+
+        banks->setListIndex(1);
+        ok->click();
+        QCOMPARE(attempts, 2);
+        QCOMPARE(dialog.result(), int(QDialog::Accepted));
+        QCOMPARE(dialog.BankCode(), QString("RBCOPER"));
     }
 
     void choosingACustomerShowsItsNumberAddressAndPhone() {

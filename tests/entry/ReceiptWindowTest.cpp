@@ -19,6 +19,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTest>
 
 using namespace tillbook;
@@ -213,6 +214,26 @@ private slots:
             QVERIFY(grid()->TextMatrix(r, 11) == "No" || grid()->TextMatrix(r, 11) == "Yes");
         }
         test::grabToPng(form, "frmCR-prepayment-documents");
+    }
+
+    void aCustomersOpenDocumentsFillTheApplyGrid() {
+        combo("cboCustomers")->setListIndex(0);
+        QCOMPARE(grid()->Cols(), 20);
+        form->Load_OpenDocuments();
+        QVERIFY(grid()->Rows() > 1);
+        for (int r = 1; r < grid()->Rows(); ++r) {
+            QVERIFY(QStringList({"No", "Pend", "Yes"}).contains(grid()->TextMatrix(r, 0)));
+            QVERIFY(!grid()->TextMatrix(r, 2).isEmpty());
+            for (int c = 3; c <= 13; ++c)
+                QVERIFY2(grid()->TextMatrix(r, c).contains(QRegularExpression("^-?[0-9,]+\\.[0-9]{2}$")),
+                         qPrintable(grid()->TextMatrix(r, c)));
+        }
+        grid()->setRow(1);
+        grid()->setCol(3);
+        QCOMPARE(grid()->CellAlignment(), flexAlignRightCenter);
+        grid()->setCol(2);
+        QCOMPARE(grid()->CellAlignment(), flexAlignLeftCenter);
+        test::grabToPng(form, "frmCR-open-documents");
     }
 
     void closingRemembersTheBatchAndTheReceiptStyle() {

@@ -1,6 +1,9 @@
 // Fiscal periods of a receipt date and the conversions of typed codes.
+#include "entry/GridColumnSets.h"
 #include "ledger/CodeChecks.h"
 #include "ledger/FiscalPeriods.h"
+#include "support/QtPrinters.h"
+#include "support/SampleCompany.h"
 
 #include <gtest/gtest.h>
 
@@ -43,4 +46,34 @@ TEST(CodeConversions, HyphensBlanksAndReceiptTypes) {
     EXPECT_EQ(Get_ReceiptTypeIndex(5), 2);
     EXPECT_EQ(Get_ReceiptTypeIndex(3), 0);
     EXPECT_EQ(Get_ReceiptTypeIndex(0), 0);
+}
+
+TEST(CodeConversions, ColumnTextsKeepTheirOwnSpelling) {
+    EXPECT_EQ(TransactionTypeText("31"), "Credit Note - Item Isssued");
+    EXPECT_EQ(TransactionTypeText("35"), "credit Note - Item Entered");
+    EXPECT_EQ(TransactionTypeText("40"), "Interest Charge");
+    EXPECT_EQ(TransactionTypeText("23"), "23");
+    EXPECT_EQ(TransactionTypeText("33"), "33");
+    EXPECT_EQ(DocumentTypeText("4"), "Invoice");
+    EXPECT_EQ(DocumentTypeText("9"), "9");
+    EXPECT_EQ(FullyPaidText("1"), "Yes");
+    EXPECT_EQ(FullyPaidText("0"), "No");
+    EXPECT_EQ(ApplyMarkText("X"), "Pend");
+    EXPECT_EQ(ApplyMarkText("Y"), "Yes");
+    EXPECT_EQ(ApplyMarkText("N"), "No");
+}
+
+TEST(CodeChecks, AgainstTheSampleCompany) {
+    test::SampleCompany company("CHECKS", 5, 20);
+    Session session;
+    session.open("ADMIN", "ADMIN", "CHECKS", QDate(2026, 3, 15));
+    EXPECT_TRUE(Check_DistCode(session, "RETAIL"));
+    EXPECT_FALSE(Check_DistCode(session, "retail"));  // case counts
+    EXPECT_FALSE(Check_DistCode(session, " RETAIL")); // the code is taken as given
+    EXPECT_TRUE(Check_GLAccount(session, "410010"));
+    EXPECT_TRUE(Check_GLAccount(session, "4100-10"));   // hyphens between segments
+    EXPECT_TRUE(Check_GLAccount(session, "  410010 ")); // surrounding blanks
+    EXPECT_TRUE(Check_GLAccount(session, "4100-100"));
+    EXPECT_FALSE(Check_GLAccount(session, "9999"));
+    EXPECT_EQ(Get_PeriodCount(session), 12);
 }
