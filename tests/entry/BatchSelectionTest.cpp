@@ -1,18 +1,12 @@
 // Batches, entries and customers on the receipt window: the remembered batch, a new batch with its bank code,
 // new entries, the list menus, and the customer shown.
-#include "app/SignIn.h"
-#include "entry/EntryState.h"
-#include "entry/frmCR.h"
 #include "ledger/Batches.h"
 #include "ledger/LedgerError.h"
-#include "ledger/ReceiptViews.h"
 #include "ledger/dialogs/frmBank.h"
-#include "settings/Globals.h"
 #include "support/AnswerMessageBoxes.h"
 #include "support/Grab.h"
+#include "support/ReceiptWindow.h"
 #include "support/SampleCompany.h"
-#include "support/TempSettings.h"
-#include "ui/ComboBox.h"
 
 #include <QAction>
 #include <QApplication>
@@ -25,13 +19,6 @@
 using namespace tillbook;
 
 namespace {
-
-template <typename T> T* control(QWidget* form, const char* name) {
-    T* found = form->findChild<T*>(name);
-    if (!found)
-        qFatal("no control %s", name);
-    return found;
-}
 
 // Answers the new-batch dialog when it opens: picks the bank code at `position` and confirms.
 void answerBankDialog(int position, QString* shownBatch = nullptr) {
@@ -56,22 +43,13 @@ class BatchSelectionTest : public QObject {
     Q_OBJECT
 
     std::unique_ptr<test::SampleCompany> company;
-    std::unique_ptr<test::TempSettings> settings;
-    QPointer<frmCR> form;
+    std::unique_ptr<test::ReceiptWindow> window;
 
-    ComboBox* combo(const char* name) { return control<ComboBox>(form, name); }
-    QString text(const char* name) { return control<QLineEdit>(form, name)->text(); }
-
-    void openWindow() {
-        form = new frmCR();
-        QVERIFY(form->Form_Load());
-        form->show();
-        QVERIFY(QTest::qWaitForWindowExposed(form));
-    }
+    void openWindow() { QVERIFY(window->open()); }
     QStringList batchItems() {
         QStringList items;
-        for (int i = 0; i < combo("cboBatch")->count(); ++i)
-            items << combo("cboBatch")->itemText(i);
+        for (int i = 0; i < window->combo("cboBatch")->count(); ++i)
+            items << window->combo("cboBatch")->itemText(i);
         return items;
     }
 
@@ -83,17 +61,10 @@ private slots:
 
     void init() {
         company = std::make_unique<test::SampleCompany>();
-        settings = std::make_unique<test::TempSettings>();
-        SignInDatabaseID = "SAMINC";
-        SignInUser = "ADMIN";
-        SignInPassword = "ADMIN";
-        CurrentDatabase = 1;
-        EntryDirty = false;
+        window = std::make_unique<test::ReceiptWindow>();
     }
     void cleanup() {
-        delete form;
-        Close_Ledger();
-        settings.reset();
+        window.reset();
         company.reset();
     }
 
@@ -102,102 +73,99 @@ private slots:
         // A first batch, so that there are earlier batches to list again.
         QString shown;
         answerBankDialog(0, &shown);
-        form->cmdNewBatch_Click();
+        window->form->cmdNewBatch_Click();
         const QString first = CurrentBatch;
         QCOMPARE(shown, first);
         QCOMPARE(batchItems(), QStringList{first});
 
         answerBankDialog(1);
-        control<QAction>(form, "mnuBatchNew")->trigger();
+        test::control<QAction>(window->form, "mnuBatchNew")->trigger();
         const QString second = CurrentBatch;
         QVERIFY(second.toInt() > first.toInt());
         QCOMPARE(batchItems(), (QStringList{first, first, second}));
-        QCOMPARE(combo("cboBatch")->ListIndex(), 2);
-        QCOMPARE(combo("cboBatch")->currentText(), second);
+        QCOMPARE(window->combo("cboBatch")->ListIndex(), 2);
+        QCOMPARE(window->combo("cboBatch")->currentText(), second);
         QCOMPARE(BatchListIndex, QString("2"));
-        QCOMPARE(text("txtBatchEntries"), QString("Entries:  0"));
-        QCOMPARE(text("txtBatchTotal"), QString("Total:  0.00"));
-        QVERIFY(text("txtBank").startsWith("Bank Code:  "));
+        QCOMPARE(window->text("txtBatchEntries"), QString("Entries:  0"));
+        QCOMPARE(window->text("txtBatchTotal"), QString("Total:  0.00"));
+        QVERIFY(window->text("txtBank").startsWith("Bank Code:  "));
         QVERIFY(!BankCode.isEmpty());
-        QCOMPARE(text("txtBank"), "Bank Code:  " + BankCode);
+        QCOMPARE(window->text("txtBank"), "Bank Code:  " + BankCode);
         QCOMPARE(Get_BatchBank(second), BankCode);
-        QCOMPARE(combo("cboEntry")->count(), 0);
-        QVERIFY(control<QPushButton>(form, "cmdNewEntry")->isEnabled());
+        QCOMPARE(window->combo("cboEntry")->count(), 0);
+        QVERIFY(test::control<QPushButton>(window->form, "cmdNewEntry")->isEnabled());
     }
 
     void theRememberedBatchIsSelectedOnlyWhereItStillStands() {
         openWindow();
         answerBankDialog(0);
-        form->cmdNewBatch_Click();
+        window->form->cmdNewBatch_Click();
         const QString batch = CurrentBatch;
-        delete form;
-        Close_Ledger();
+        window->close();
 
-        settings->set("Database1/BatchInfo/Batch", batch);
-        settings->set("Database1/BatchInfo/Index", "0");
+        window->settings.set("Database1/BatchInfo/Batch", batch);
+        window->settings.set("Database1/BatchInfo/Index", "0");
         openWindow();
-        QCOMPARE(combo("cboBatch")->currentText(), batch);
-        QCOMPARE(text("txtBatchEntries"), QString("Entries:  0"));
-        QCOMPARE(text("txtBatchTotal"), QString("Total:  0.00"));
-        QCOMPARE(combo("cboEntry")->ListIndex(), -1);
-        delete form;
-        Close_Ledger();
+        QCOMPARE(window->combo("cboBatch")->currentText(), batch);
+        QCOMPARE(window->text("txtBatchEntries"), QString("Entries:  0"));
+        QCOMPARE(window->text("txtBatchTotal"), QString("Total:  0.00"));
+        QCOMPARE(window->combo("cboEntry")->ListIndex(), -1);
+        window->close();
 
         // The list position now holds another batch: nothing is selected and the captions stand bare.
-        settings->set("Database1/BatchInfo/Batch", "999");
+        window->settings.set("Database1/BatchInfo/Batch", "999");
         openWindow();
-        QCOMPARE(combo("cboBatch")->ListIndex(), -1);
-        QCOMPARE(text("txtBatchEntries"), QString("Entries:  "));
-        QCOMPARE(text("txtBatchTotal"), QString("Total:  "));
-        QCOMPARE(text("txtBank"), QString("Bank Code:  "));
-        delete form;
-        Close_Ledger();
+        QCOMPARE(window->combo("cboBatch")->ListIndex(), -1);
+        QCOMPARE(window->text("txtBatchEntries"), QString("Entries:  "));
+        QCOMPARE(window->text("txtBatchTotal"), QString("Total:  "));
+        QCOMPARE(window->text("txtBank"), QString("Bank Code:  "));
+        window->close();
 
         // A position beyond the list: the same.
-        settings->set("Database1/BatchInfo/Batch", batch);
-        settings->set("Database1/BatchInfo/Index", "5");
+        window->settings.set("Database1/BatchInfo/Batch", batch);
+        window->settings.set("Database1/BatchInfo/Index", "5");
         openWindow();
-        QCOMPARE(combo("cboBatch")->ListIndex(), -1);
+        QCOMPARE(window->combo("cboBatch")->ListIndex(), -1);
     }
 
     void onlyOneNewEntryAtATimeStandsAtTheEndOfTheList() {
         openWindow();
         answerBankDialog(0);
-        form->cmdNewBatch_Click();
-        form->cmdNewEntry_Click();
-        QCOMPARE(combo("cboEntry")->count(), 1);
-        QCOMPARE(combo("cboEntry")->currentText(), QString("1"));
+        window->form->cmdNewBatch_Click();
+        window->form->cmdNewEntry_Click();
+        QCOMPARE(window->combo("cboEntry")->count(), 1);
+        QCOMPARE(window->combo("cboEntry")->currentText(), QString("1"));
         QCOMPARE(CurrentEntry, QString("1"));
-        QVERIFY(!form->EntryLocked());
-        QVERIFY(control<QWidget>(form, "txtAmount")->isEnabled());
-        QCOMPARE(combo("cboTransType")->ListIndex(), 0);
+        QVERIFY(!window->form->EntryLocked());
+        QVERIFY(test::control<QWidget>(window->form, "txtAmount")->isEnabled());
+        QCOMPARE(window->combo("cboTransType")->ListIndex(), 0);
 
-        control<QAction>(form, "mnuEntryNew")->trigger();
-        QCOMPARE(combo("cboEntry")->count(), 1);
-        QVERIFY(!control<QPushButton>(form, "cmdNewEntry")->isEnabled());
-        QVERIFY(!control<QAction>(form, "mnuEntryNew")->isEnabled());
+        test::control<QAction>(window->form, "mnuEntryNew")->trigger();
+        QCOMPARE(window->combo("cboEntry")->count(), 1);
+        QVERIFY(!test::control<QPushButton>(window->form, "cmdNewEntry")->isEnabled());
+        QVERIFY(!test::control<QAction>(window->form, "mnuEntryNew")->isEnabled());
     }
 
     void previousOnTheFirstAndNextOnTheLastDoNothing() {
         openWindow();
-        ComboBox* customers = combo("cboCustomers");
+        ComboBox* customers = window->combo("cboCustomers");
         QVERIFY(customers->count() > 2);
-        control<QAction>(form, "mnuCustomerFirst")->trigger();
+        test::control<QAction>(window->form, "mnuCustomerFirst")->trigger();
         QCOMPARE(customers->ListIndex(), 0);
-        control<QAction>(form, "mnuCustomerPrevious")->trigger();
+        test::control<QAction>(window->form, "mnuCustomerPrevious")->trigger();
         QCOMPARE(customers->ListIndex(), 0);
-        control<QAction>(form, "mnuCustomerNext")->trigger();
+        test::control<QAction>(window->form, "mnuCustomerNext")->trigger();
         QCOMPARE(customers->ListIndex(), 1);
-        control<QAction>(form, "mnuCustomerLast")->trigger();
+        test::control<QAction>(window->form, "mnuCustomerLast")->trigger();
         QCOMPARE(customers->ListIndex(), customers->count() - 1);
-        control<QAction>(form, "mnuCustomerNext")->trigger();
+        test::control<QAction>(window->form, "mnuCustomerNext")->trigger();
         QCOMPARE(customers->ListIndex(), customers->count() - 1);
-        control<QAction>(form, "mnuCustomerPrevious")->trigger();
+        test::control<QAction>(window->form, "mnuCustomerPrevious")->trigger();
         QCOMPARE(customers->ListIndex(), customers->count() - 2);
 
         // First on an empty list selects nothing and does no harm.
-        control<QAction>(form, "mnuEntryFirst")->trigger();
-        QCOMPARE(combo("cboEntry")->ListIndex(), -1);
+        test::control<QAction>(window->form, "mnuEntryFirst")->trigger();
+        QCOMPARE(window->combo("cboEntry")->ListIndex(), -1);
     }
 
     void aBankCodeThatCannotBeWrittenIsAskedForAgain() {
@@ -235,14 +203,14 @@ private slots:
 
     void choosingACustomerShowsItsNumberAddressAndPhone() {
         openWindow();
-        control<QAction>(form, "mnuCustomerFirst")->trigger();
-        const QString info = control<QPlainTextEdit>(form, "txtCustInfo")->toPlainText();
+        test::control<QAction>(window->form, "mnuCustomerFirst")->trigger();
+        const QString info = test::control<QPlainTextEdit>(window->form, "txtCustInfo")->toPlainText();
         QVERIFY(info.startsWith("Customer ID: "));
         QVERIFY(info.contains("\nAddress: "));
         QVERIFY(info.contains("\n               "));
         QVERIFY(info.contains("\nPhone: "));
-        QCOMPARE(text("txtPayer"), combo("cboCustomers")->currentText());
-        test::grabToPng(form, "frmCR-customer");
+        QCOMPARE(window->text("txtPayer"), window->combo("cboCustomers")->currentText());
+        test::grabToPng(window->form, "frmCR-customer");
     }
 };
 

@@ -1,15 +1,8 @@
 // Saved entries shown again on the receipt window: an ordinary receipt, a prepayment and a miscellaneous
 // receipt, each read back from the ledger, locked and ready to print.
-#include "app/SignIn.h"
-#include "entry/EntryState.h"
-#include "entry/frmCR.h"
-#include "ledger/ReceiptViews.h"
-#include "settings/Globals.h"
 #include "support/Grab.h"
-#include "support/TempSettings.h"
+#include "support/ReceiptWindow.h"
 #include "support/TestCompany.h"
-#include "ui/ComboBox.h"
-#include "ui/FlexGrid.h"
 
 #include <QAction>
 #include <QLineEdit>
@@ -20,13 +13,6 @@
 using namespace tillbook;
 
 namespace {
-
-template <typename T> T* control(QWidget* form, const char* name) {
-    T* found = form->findChild<T*>(name);
-    if (!found)
-        qFatal("no control %s", name);
-    return found;
-}
 
 // Runs the ledger tool; a script that shows refusals on purpose ends with exit code 1.
 bool runTool(const QStringList& arguments, int allowedExitCode = 0) {
@@ -45,27 +31,22 @@ class RecallTest : public QObject {
     Q_OBJECT
 
     std::unique_ptr<test::TestStore> store;
-    std::unique_ptr<test::TempSettings> settings;
-    QPointer<frmCR> form;
-
-    ComboBox* combo(const char* name) { return control<ComboBox>(form, name); }
-    QString text(const char* name) { return control<QLineEdit>(form, name)->text(); }
-    FlexGrid* grid() { return control<FlexGrid>(form, "MSFlexGrid1"); }
+    std::unique_ptr<test::ReceiptWindow> window;
 
     void showEntry(int entry) {
-        combo("cboBatch")->setListIndex(combo("cboBatch")->findText("1"));
-        QCOMPARE(combo("cboBatch")->currentText(), QString("1"));
-        QCOMPARE(text("txtBatchEntries"), QString("Entries:  3"));
-        combo("cboEntry")->setListIndex(entry - 1);
+        window->combo("cboBatch")->setListIndex(window->combo("cboBatch")->findText("1"));
+        QCOMPARE(window->combo("cboBatch")->currentText(), QString("1"));
+        QCOMPARE(window->text("txtBatchEntries"), QString("Entries:  3"));
+        window->combo("cboEntry")->setListIndex(entry - 1);
         QCOMPARE(CurrentEntry, QString::number(entry));
     }
     void expectLockedAndPrintable() {
-        QVERIFY(form->EntryLocked());
+        QVERIFY(window->form->EntryLocked());
         for (const char* field :
              {"txtAmount", "txtDate", "txtEntDesc", "cboCustomers", "cboTransType", "txtPayer"})
-            QVERIFY2(!control<QWidget>(form, field)->isEnabled(), field);
-        QVERIFY(control<QPushButton>(form, "cmdPrint")->isEnabled());
-        QVERIFY(control<QAction>(form, "mnuFilePrint")->isEnabled());
+            QVERIFY2(!test::control<QWidget>(window->form, field)->isEnabled(), field);
+        QVERIFY(test::control<QPushButton>(window->form, "cmdPrint")->isEnabled());
+        QVERIFY(test::control<QAction>(window->form, "mnuFilePrint")->isEnabled());
     }
 
 private slots:
@@ -81,67 +62,55 @@ private slots:
     void cleanupTestCase() { store.reset(); }
 
     void init() {
-        settings = std::make_unique<test::TempSettings>();
-        SignInDatabaseID = "SAMINC";
-        SignInUser = "ADMIN";
-        SignInPassword = "ADMIN";
-        CurrentDatabase = 1;
-        EntryDirty = false;
-        form = new frmCR();
-        QVERIFY(form->Form_Load());
-        form->show();
-        QVERIFY(QTest::qWaitForWindowExposed(form));
+        window = std::make_unique<test::ReceiptWindow>();
+        QVERIFY(window->open());
     }
-    void cleanup() {
-        delete form;
-        Close_Ledger();
-        settings.reset();
-    }
+    void cleanup() { window.reset(); }
 
     void anOrdinaryReceiptWithItsAppliedDocuments() {
         showEntry(1);
-        QCOMPARE(combo("cboTransType")->ListIndex(), 0);
-        QCOMPARE(text("txtAmount"), QString("4,000.00"));
-        QCOMPARE(text("txtDate"), QString("03/15/2025"));
-        QVERIFY(!text("txtUnapplied").isEmpty());
-        QCOMPARE(combo("cboCustomers")->ListIndex() >= 0, true);
-        QCOMPARE(grid()->Cols(), 8);
-        QCOMPARE(grid()->Rows(), 10);
-        QCOMPARE(grid()->TextMatrix(0, 0), QString(" Document Number "));
-        QCOMPARE(grid()->TextMatrix(1, 0), QString("IN0000002"));
-        QCOMPARE(grid()->TextMatrix(2, 0), QString("IN0000006"));
-        QVERIFY(grid()->TextMatrix(1, 5).contains('.'));
-        QCOMPARE(grid()->TextMatrix(3, 0), QString());
+        QCOMPARE(window->combo("cboTransType")->ListIndex(), 0);
+        QCOMPARE(window->text("txtAmount"), QString("4,000.00"));
+        QCOMPARE(window->text("txtDate"), QString("03/15/2025"));
+        QVERIFY(!window->text("txtUnapplied").isEmpty());
+        QCOMPARE(window->combo("cboCustomers")->ListIndex() >= 0, true);
+        QCOMPARE(window->grid()->Cols(), 8);
+        QCOMPARE(window->grid()->Rows(), 10);
+        QCOMPARE(window->grid()->TextMatrix(0, 0), QString(" Document Number "));
+        QCOMPARE(window->grid()->TextMatrix(1, 0), QString("IN0000002"));
+        QCOMPARE(window->grid()->TextMatrix(2, 0), QString("IN0000006"));
+        QVERIFY(window->grid()->TextMatrix(1, 5).contains('.'));
+        QCOMPARE(window->grid()->TextMatrix(3, 0), QString());
         expectLockedAndPrintable();
-        test::grabToPng(form, "frmCR-recall-receipt");
+        test::grabToPng(window->form, "frmCR-recall-receipt");
     }
 
     void aPrepaymentWithItsNumber() {
         showEntry(2);
-        QCOMPARE(combo("cboTransType")->ListIndex(), 1);
-        QCOMPARE(form->windowTitle(), QString("Tillbook - PrePayment Entry"));
-        QCOMPARE(text("txtAmount"), QString("1,250.00"));
-        QCOMPARE(text("txtPrePay"), QString("IN0000018"));
-        QCOMPARE(text("txtPrePayDocNo"), QString("PP0000001"));
-        QVERIFY(combo("cboCustomers")->ListIndex() >= 0);
-        QCOMPARE(grid()->Cols(), 13);
+        QCOMPARE(window->combo("cboTransType")->ListIndex(), 1);
+        QCOMPARE(window->form->windowTitle(), QString("Tillbook - PrePayment Entry"));
+        QCOMPARE(window->text("txtAmount"), QString("1,250.00"));
+        QCOMPARE(window->text("txtPrePay"), QString("IN0000018"));
+        QCOMPARE(window->text("txtPrePayDocNo"), QString("PP0000001"));
+        QVERIFY(window->combo("cboCustomers")->ListIndex() >= 0);
+        QCOMPARE(window->grid()->Cols(), 13);
         expectLockedAndPrintable();
-        test::grabToPng(form, "frmCR-recall-prepayment");
+        test::grabToPng(window->form, "frmCR-recall-prepayment");
     }
 
     void aMiscellaneousReceiptWithItsLines() {
         showEntry(3);
-        QCOMPARE(combo("cboTransType")->ListIndex(), 2);
-        QCOMPARE(text("txtAmount"), QString("1,500.00"));
-        QCOMPARE(combo("cboCustomers")->ListIndex(), -1);
-        QCOMPARE(grid()->Cols(), 5);
-        QCOMPARE(grid()->Rows(), 10);
-        QCOMPARE(grid()->Col(), 0);
-        QVERIFY(!grid()->TextMatrix(1, 0).isEmpty() || !grid()->TextMatrix(1, 1).isEmpty());
-        QVERIFY(!grid()->TextMatrix(2, 2).isEmpty());
-        QCOMPARE(grid()->TextMatrix(3, 0), QString());
+        QCOMPARE(window->combo("cboTransType")->ListIndex(), 2);
+        QCOMPARE(window->text("txtAmount"), QString("1,500.00"));
+        QCOMPARE(window->combo("cboCustomers")->ListIndex(), -1);
+        QCOMPARE(window->grid()->Cols(), 5);
+        QCOMPARE(window->grid()->Rows(), 10);
+        QCOMPARE(window->grid()->Col(), 0);
+        QVERIFY(!window->grid()->TextMatrix(1, 0).isEmpty() || !window->grid()->TextMatrix(1, 1).isEmpty());
+        QVERIFY(!window->grid()->TextMatrix(2, 2).isEmpty());
+        QCOMPARE(window->grid()->TextMatrix(3, 0), QString());
         expectLockedAndPrintable();
-        test::grabToPng(form, "frmCR-recall-misc");
+        test::grabToPng(window->form, "frmCR-recall-misc");
     }
 };
 

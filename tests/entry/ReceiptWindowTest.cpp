@@ -1,17 +1,12 @@
 // The receipt window: what it loads after sign-in, its three modes, the grid's column sets, and closing.
-#include "app/SignIn.h"
-#include "entry/EntryState.h"
+#include "support/ReceiptWindow.h"
+
 #include "entry/GridColumnSets.h"
 #include "entry/frmCR.h"
 #include "ledger/CustomerList.h"
-#include "ledger/ReceiptViews.h"
-#include "settings/Globals.h"
 #include "support/AnswerMessageBoxes.h"
 #include "support/Grab.h"
 #include "support/SampleCompany.h"
-#include "support/TempSettings.h"
-#include "ui/ComboBox.h"
-#include "ui/FlexGrid.h"
 
 #include <QAction>
 #include <QCollator>
@@ -24,31 +19,11 @@
 
 using namespace tillbook;
 
-namespace {
-
-template <typename T> T* control(QWidget* form, const char* name) {
-    T* found = form->findChild<T*>(name);
-    if (!found)
-        qFatal("no control %s", name);
-    return found;
-}
-
-bool shown(QWidget* form, const char* name) {
-    return control<QWidget>(form, name)->isVisibleTo(form);
-}
-
-} // namespace
-
 class ReceiptWindowTest : public QObject {
     Q_OBJECT
 
     std::unique_ptr<test::SampleCompany> company;
-    std::unique_ptr<test::TempSettings> settings;
-    QPointer<frmCR> form;
-
-    ComboBox* combo(const char* name) { return control<ComboBox>(form, name); }
-    QLineEdit* edit(const char* name) { return control<QLineEdit>(form, name); }
-    FlexGrid* grid() { return control<FlexGrid>(form, "MSFlexGrid1"); }
+    std::unique_ptr<test::ReceiptWindow> window;
 
 private slots:
     void initTestCase() {
@@ -59,43 +34,31 @@ private slots:
     void cleanupTestCase() { company.reset(); }
 
     void init() {
-        settings = std::make_unique<test::TempSettings>();
-        SignInDatabaseID = "SAMINC";
-        SignInUser = "ADMIN";
-        SignInPassword = "ADMIN";
-        CurrentDatabase = 1;
-        EntryDirty = false;
-        form = new frmCR();
-        QVERIFY(form->Form_Load());
-        form->show();
-        QVERIFY(QTest::qWaitForWindowExposed(form));
+        window = std::make_unique<test::ReceiptWindow>();
+        QVERIFY(window->open());
     }
-    void cleanup() {
-        delete form;
-        Close_Ledger();
-        settings.reset();
-    }
+    void cleanup() { window.reset(); }
 
     void loadsTheSignedInCompanyInReceiptMode() {
-        QCOMPARE(form->objectName(), QString("frmCR"));
-        QCOMPARE(form->windowTitle(), QString("Tillbook - Receipt Entry"));
-        QCOMPARE(form->size(), QSize(670, 569));
-        QCOMPARE(combo("cboTransType")->ListIndex(), 0);
-        QCOMPARE(form->TransType(), 0);
-        QCOMPARE(edit("txtDate")->text(), QString("03/15/2026"));
-        QCOMPARE(form->DateMask(), QString("__/__/____"));
-        QCOMPARE(combo("cboYear")->currentText(), QString("2026"));
-        QCOMPARE(combo("cboPeriod")->count(), 12);
-        QCOMPARE(combo("cboPeriod")->currentText(), QString("03"));
+        QCOMPARE(window->form->objectName(), QString("frmCR"));
+        QCOMPARE(window->form->windowTitle(), QString("Tillbook - Receipt Entry"));
+        QCOMPARE(window->form->size(), QSize(670, 569));
+        QCOMPARE(window->combo("cboTransType")->ListIndex(), 0);
+        QCOMPARE(window->form->TransType(), 0);
+        QCOMPARE(window->edit("txtDate")->text(), QString("03/15/2026"));
+        QCOMPARE(window->form->DateMask(), QString("__/__/____"));
+        QCOMPARE(window->combo("cboYear")->currentText(), QString("2026"));
+        QCOMPARE(window->combo("cboPeriod")->count(), 12);
+        QCOMPARE(window->combo("cboPeriod")->currentText(), QString("03"));
         // Nothing stored: the three-part receipt.
-        QVERIFY(control<QAction>(form, "mnuFileReceipt3V")->isChecked());
-        QVERIFY(!control<QAction>(form, "mnuFileReceipt2V")->isChecked());
-        QVERIFY(!control<QPushButton>(form, "cmdSave")->isEnabled());
-        test::grabToPng(form, "frmCR-receipt");
+        QVERIFY(test::control<QAction>(window->form, "mnuFileReceipt3V")->isChecked());
+        QVERIFY(!test::control<QAction>(window->form, "mnuFileReceipt2V")->isChecked());
+        QVERIFY(!test::control<QPushButton>(window->form, "cmdSave")->isEnabled());
+        test::grabToPng(window->form, "frmCR-receipt");
     }
 
     void theCustomerListHoldsCustomersWithOpenInvoicesByName() {
-        ComboBox* customers = combo("cboCustomers");
+        ComboBox* customers = window->combo("cboCustomers");
         QVERIFY(customers->count() > 0);
         QCOMPARE(customers->count(), static_cast<int>(Customers.size()));
         QCOMPARE(customers->ListIndex(), -1);
@@ -109,143 +72,149 @@ private slots:
     }
 
     void theThreeModesShowTheirOwnControls() {
-        combo("cboTransType")->setListIndex(1);
-        QCOMPARE(form->windowTitle(), QString("Tillbook - PrePayment Entry"));
-        QVERIFY(!shown(form, "cmdSearch"));
-        QVERIFY(!shown(form, "txtUnapplied") && !shown(form, "lblUnapplied"));
-        QVERIFY(shown(form, "txtPrePay") && shown(form, "lblPrePay"));
-        QVERIFY(shown(form, "txtPrePayDocNo") && shown(form, "lblPrePayDocNo"));
-        QVERIFY(shown(form, "cboCustomers") && shown(form, "lblCustomers") && shown(form, "txtCustInfo"));
-        QVERIFY(!shown(form, "txtDistribution") && !shown(form, "cmdNewInvoice"));
-        QVERIFY(shown(form, "MSFlexGrid1"));
-        test::grabToPng(form, "frmCR-prepayment");
+        window->combo("cboTransType")->setListIndex(1);
+        QCOMPARE(window->form->windowTitle(), QString("Tillbook - PrePayment Entry"));
+        QVERIFY(!window->shown("cmdSearch"));
+        QVERIFY(!window->shown("txtUnapplied") && !window->shown("lblUnapplied"));
+        QVERIFY(window->shown("txtPrePay") && window->shown("lblPrePay"));
+        QVERIFY(window->shown("txtPrePayDocNo") && window->shown("lblPrePayDocNo"));
+        QVERIFY(window->shown("cboCustomers") && window->shown("lblCustomers") &&
+                window->shown("txtCustInfo"));
+        QVERIFY(!window->shown("txtDistribution") && !window->shown("cmdNewInvoice"));
+        QVERIFY(window->shown("MSFlexGrid1"));
+        test::grabToPng(window->form, "frmCR-prepayment");
 
         // Misc. entered from prepayment mode leaves the unapplied amount hidden.
-        control<QAction>(form, "mnuTransMisc")->trigger();
-        QCOMPARE(form->windowTitle(), QString("Tillbook - Misc. Receipt Entry"));
-        QCOMPARE(form->TransType(), 2);
-        QVERIFY(!shown(form, "txtUnapplied"));
-        QVERIFY(shown(form, "txtDistribution") && shown(form, "lblDistribution"));
-        QVERIFY(shown(form, "cmdNewInvoice") && !control<QWidget>(form, "cmdNewInvoice")->isEnabled());
-        QVERIFY(shown(form, "cmdDist") && !control<QWidget>(form, "cmdDist")->isEnabled());
-        QVERIFY(shown(form, "cmdAccount") && !control<QWidget>(form, "cmdAccount")->isEnabled());
-        QVERIFY(!shown(form, "cboCustomers") && !shown(form, "txtCustInfo") && !shown(form, "txtPrePay"));
+        test::control<QAction>(window->form, "mnuTransMisc")->trigger();
+        QCOMPARE(window->form->windowTitle(), QString("Tillbook - Misc. Receipt Entry"));
+        QCOMPARE(window->form->TransType(), 2);
+        QVERIFY(!window->shown("txtUnapplied"));
+        QVERIFY(window->shown("txtDistribution") && window->shown("lblDistribution"));
+        QVERIFY(window->shown("cmdNewInvoice") &&
+                !test::control<QWidget>(window->form, "cmdNewInvoice")->isEnabled());
+        QVERIFY(window->shown("cmdDist") && !test::control<QWidget>(window->form, "cmdDist")->isEnabled());
+        QVERIFY(window->shown("cmdAccount") &&
+                !test::control<QWidget>(window->form, "cmdAccount")->isEnabled());
+        QVERIFY(!window->shown("cboCustomers") && !window->shown("txtCustInfo") &&
+                !window->shown("txtPrePay"));
         QCOMPARE(DistLines, 0);
 
         // Misc. entered from receipt mode leaves it visible under the undistributed amount.
-        control<QAction>(form, "mnuTransReceipt")->trigger();
-        QVERIFY(shown(form, "cmdSearch") && !control<QWidget>(form, "cmdSearch")->isEnabled());
-        QVERIFY(shown(form, "txtUnapplied"));
+        test::control<QAction>(window->form, "mnuTransReceipt")->trigger();
+        QVERIFY(window->shown("cmdSearch") &&
+                !test::control<QWidget>(window->form, "cmdSearch")->isEnabled());
+        QVERIFY(window->shown("txtUnapplied"));
         DistLines = 3;
-        control<QAction>(form, "mnuTransMisc")->trigger();
-        QVERIFY(shown(form, "txtUnapplied") && shown(form, "lblUnapplied"));
-        QVERIFY(shown(form, "txtDistribution"));
+        test::control<QAction>(window->form, "mnuTransMisc")->trigger();
+        QVERIFY(window->shown("txtUnapplied") && window->shown("lblUnapplied"));
+        QVERIFY(window->shown("txtDistribution"));
         QCOMPARE(DistLines, 0);
-        test::grabToPng(form, "frmCR-misc");
+        test::grabToPng(window->form, "frmCR-misc");
     }
 
     void choosingTheSameModeAsksAboutUnsavedWorkAndEmptiesTheEntry() {
         test::AnswerMessageBoxes answers(vbNo);
-        edit("txtAmount")->setText("125.00");
-        edit("txtEntDesc")->setText("Counter sale");
+        window->edit("txtAmount")->setText("125.00");
+        window->edit("txtEntDesc")->setText("Counter sale");
         EntryDirty = true;
-        combo("cboTransType")->setListIndex(0);
+        window->combo("cboTransType")->setListIndex(0);
         QCOMPARE(answers.asked.size(), 1);
         QCOMPARE(answers.asked[0].prompt, QString("Do you want to save the current entry?"));
         QCOMPARE(answers.asked[0].title, QString("Unsaved Entry"));
         QCOMPARE(answers.asked[0].buttons, vbYesNo);
         QCOMPARE(answers.asked[0].icon, vbExclamation);
         QVERIFY(!EntryDirty);
-        QCOMPARE(edit("txtEntDesc")->text(), QString());
-        QCOMPARE(edit("txtAmount")->text(), QString());
+        QCOMPARE(window->edit("txtEntDesc")->text(), QString());
+        QCOMPARE(window->edit("txtAmount")->text(), QString());
         // Not dirty: no question.
-        combo("cboTransType")->setListIndex(0);
+        window->combo("cboTransType")->setListIndex(0);
         QCOMPARE(answers.asked.size(), 1);
     }
 
     void decliningToSaveGivesTheWholeAmountBackAsUnapplied() {
         test::AnswerMessageBoxes answers(vbNo);
-        edit("txtAmount")->setText("1,250.00");
-        edit("txtUnapplied")->setText("0.00");
+        window->edit("txtAmount")->setText("1,250.00");
+        window->edit("txtUnapplied")->setText("0.00");
         EntryDirty = true;
-        form->Prompt_SaveEntry();
-        QCOMPARE(edit("txtUnapplied")->text(), QString("1,250.00"));
+        window->form->Prompt_SaveEntry();
+        QCOMPARE(window->edit("txtUnapplied")->text(), QString("1,250.00"));
         QVERIFY(!EntryDirty);
     }
 
     void theGridTakesTheColumnSetOfTheMode() {
-        form->Set_GridHeaders();
-        QCOMPARE(grid()->Cols(), 20);
-        QCOMPARE(grid()->Rows(), 10);
-        QCOMPARE(grid()->TextMatrix(0, 0), QString("Apply "));
-        QCOMPARE(grid()->TextMatrix(0, 5), QString(" Discount Available"));
-        QCOMPARE(grid()->TextMatrix(0, 19), QString(" Payment Number"));
-        combo("cboTransType")->setListIndex(1);
-        form->Set_GridHeaders();
-        QCOMPARE(grid()->Cols(), 13);
-        QCOMPARE(grid()->TextMatrix(0, 2), QString("     Sales Order No     "));
-        combo("cboTransType")->setListIndex(2);
-        form->Set_GridHeaders();
-        QCOMPARE(grid()->Cols(), 5);
-        QCOMPARE(grid()->TextMatrix(0, 0), QString("  Dist Code             "));
-        QCOMPARE(grid()->Rows(), 10);
+        window->form->Set_GridHeaders();
+        QCOMPARE(window->grid()->Cols(), 20);
+        QCOMPARE(window->grid()->Rows(), 10);
+        QCOMPARE(window->grid()->TextMatrix(0, 0), QString("Apply "));
+        QCOMPARE(window->grid()->TextMatrix(0, 5), QString(" Discount Available"));
+        QCOMPARE(window->grid()->TextMatrix(0, 19), QString(" Payment Number"));
+        window->combo("cboTransType")->setListIndex(1);
+        window->form->Set_GridHeaders();
+        QCOMPARE(window->grid()->Cols(), 13);
+        QCOMPARE(window->grid()->TextMatrix(0, 2), QString("     Sales Order No     "));
+        window->combo("cboTransType")->setListIndex(2);
+        window->form->Set_GridHeaders();
+        QCOMPARE(window->grid()->Cols(), 5);
+        QCOMPARE(window->grid()->TextMatrix(0, 0), QString("  Dist Code             "));
+        QCOMPARE(window->grid()->Rows(), 10);
     }
 
     void aCustomersDocumentsShowTheirTextsAndAmounts() {
-        combo("cboTransType")->setListIndex(1);
+        window->combo("cboTransType")->setListIndex(1);
         // A customer with documents due.
         int withDocuments = -1;
-        for (int i = 0; i < combo("cboCustomers")->count() && withDocuments < 0; ++i) {
-            form->Set_GridHeaders();
-            combo("cboCustomers")->setCurrentIndex(i);
-            form->Load_CustomerDocuments();
-            if (grid()->Rows() > 1 && !grid()->TextMatrix(1, 0).isEmpty())
+        for (int i = 0; i < window->combo("cboCustomers")->count() && withDocuments < 0; ++i) {
+            window->form->Set_GridHeaders();
+            window->combo("cboCustomers")->setCurrentIndex(i);
+            window->form->Load_CustomerDocuments();
+            if (window->grid()->Rows() > 1 && !window->grid()->TextMatrix(1, 0).isEmpty())
                 withDocuments = i;
         }
         QVERIFY(withDocuments >= 0);
-        const int rows = grid()->Rows();
+        const int rows = window->grid()->Rows();
         for (int r = 1; r < rows; ++r) {
-            const QString type = grid()->TextMatrix(r, 5);
+            const QString type = window->grid()->TextMatrix(r, 5);
             QVERIFY2(type.contains(" - ") || type == "Interest Charge" || type.toInt() > 0, qPrintable(type));
-            QVERIFY(
-                QStringList({"Invoice", "Debit Note", "Credit Note"}).contains(grid()->TextMatrix(r, 6)) ||
-                grid()->TextMatrix(r, 6).toInt() > 0);
-            QVERIFY(grid()->TextMatrix(r, 9).contains('.'));
-            QVERIFY(grid()->TextMatrix(r, 11) == "No" || grid()->TextMatrix(r, 11) == "Yes");
+            QVERIFY(QStringList({"Invoice", "Debit Note", "Credit Note"})
+                        .contains(window->grid()->TextMatrix(r, 6)) ||
+                    window->grid()->TextMatrix(r, 6).toInt() > 0);
+            QVERIFY(window->grid()->TextMatrix(r, 9).contains('.'));
+            QVERIFY(window->grid()->TextMatrix(r, 11) == "No" || window->grid()->TextMatrix(r, 11) == "Yes");
         }
-        test::grabToPng(form, "frmCR-prepayment-documents");
+        test::grabToPng(window->form, "frmCR-prepayment-documents");
     }
 
     void aCustomersOpenDocumentsFillTheApplyGrid() {
-        combo("cboCustomers")->setListIndex(0);
-        QCOMPARE(grid()->Cols(), 20);
-        form->Load_OpenDocuments();
-        QVERIFY(grid()->Rows() > 1);
-        for (int r = 1; r < grid()->Rows(); ++r) {
-            QVERIFY(QStringList({"No", "Pend", "Yes"}).contains(grid()->TextMatrix(r, 0)));
-            QVERIFY(!grid()->TextMatrix(r, 2).isEmpty());
+        window->combo("cboCustomers")->setListIndex(0);
+        QCOMPARE(window->grid()->Cols(), 20);
+        window->form->Load_OpenDocuments();
+        QVERIFY(window->grid()->Rows() > 1);
+        for (int r = 1; r < window->grid()->Rows(); ++r) {
+            QVERIFY(QStringList({"No", "Pend", "Yes"}).contains(window->grid()->TextMatrix(r, 0)));
+            QVERIFY(!window->grid()->TextMatrix(r, 2).isEmpty());
             for (int c = 3; c <= 13; ++c)
-                QVERIFY2(grid()->TextMatrix(r, c).contains(QRegularExpression("^-?[0-9,]+\\.[0-9]{2}$")),
-                         qPrintable(grid()->TextMatrix(r, c)));
+                QVERIFY2(
+                    window->grid()->TextMatrix(r, c).contains(QRegularExpression("^-?[0-9,]+\\.[0-9]{2}$")),
+                    qPrintable(window->grid()->TextMatrix(r, c)));
         }
-        grid()->setRow(1);
-        grid()->setCol(3);
-        QCOMPARE(grid()->CellAlignment(), flexAlignRightCenter);
-        grid()->setCol(2);
-        QCOMPARE(grid()->CellAlignment(), flexAlignLeftCenter);
-        test::grabToPng(form, "frmCR-open-documents");
+        window->grid()->setRow(1);
+        window->grid()->setCol(3);
+        QCOMPARE(window->grid()->CellAlignment(), flexAlignRightCenter);
+        window->grid()->setCol(2);
+        QCOMPARE(window->grid()->CellAlignment(), flexAlignLeftCenter);
+        test::grabToPng(window->form, "frmCR-open-documents");
     }
 
     void closingRemembersTheBatchAndTheReceiptStyle() {
         CurrentBatch = "12";
         BatchListIndex = "3";
-        control<QAction>(form, "mnuFileReceipt2V")->setChecked(true);
-        control<QAction>(form, "mnuFileReceipt3V")->setChecked(false);
-        control<QPushButton>(form, "cmdClose")->click();
-        QCOMPARE(settings->raw("Database1/BatchInfo/Batch"), QString("12"));
-        QCOMPARE(settings->raw("Database1/BatchInfo/Index"), QString("3"));
-        QCOMPARE(settings->raw("ReceiptStyle/2panel"), QString("True"));
-        QCOMPARE(settings->raw("ReceiptStyle/3panel"), QString("False"));
+        test::control<QAction>(window->form, "mnuFileReceipt2V")->setChecked(true);
+        test::control<QAction>(window->form, "mnuFileReceipt3V")->setChecked(false);
+        test::control<QPushButton>(window->form, "cmdClose")->click();
+        QCOMPARE(window->settings.raw("Database1/BatchInfo/Batch"), QString("12"));
+        QCOMPARE(window->settings.raw("Database1/BatchInfo/Index"), QString("3"));
+        QCOMPARE(window->settings.raw("ReceiptStyle/2panel"), QString("True"));
+        QCOMPARE(window->settings.raw("ReceiptStyle/3panel"), QString("False"));
     }
 };
 

