@@ -2,9 +2,9 @@
 // read from every record. The view is measured against the same rows read by a plain Qt SQL query
 // and by the sqlite3 C interface, in the same run on the same file.
 
+#include "BenchCompany.h"
 #include "ledger/Session.h"
 #include "ledger/engine/CompanyStore.h"
-#include "ledger/engine/SampleCompany.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -23,25 +23,7 @@ const char* const RawSelect =
     "SELECT \"IDCUST\",\"NAMECUST\",\"TEXTSTRE1\",\"TEXTSTRE2\",\"TEXTPHON1\" FROM \"ARCUS\" "
     "WHERE \"CNTOPENINV\" > 0 ORDER BY \"IDCUST\"";
 
-struct SampleFile {
-    QTemporaryDir dir;
-    QString path;
-    SampleFile() {
-        qputenv("TILLBOOK_DATA", dir.path().toUtf8());
-        qunsetenv("TILLBOOK_LEDGER_URL");
-        engine::SampleOptions options;
-        options.customers = 100000;
-        options.documents = 400000;
-        options.today = QDate(2025, 3, 14);
-        engine::createSampleCompany(QStringLiteral("BENCH"), options, true);
-        path = QDir(dir.path()).filePath(QStringLiteral("BENCH.sqlite"));
-    }
-};
-
-SampleFile& sample() {
-    static SampleFile file;
-    return file;
-}
+using bench::sample;
 
 void ViewBrowseFetch(benchmark::State& state) {
     sample();

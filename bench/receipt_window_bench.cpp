@@ -3,11 +3,11 @@
 // its list. Measured against the floor of the same work: the same customer rows read by a plain query and
 // sorted by their collation keys, in the same run on the same file.
 
+#include "BenchCompany.h"
 #include "app/SignIn.h"
 #include "entry/frmCR.h"
 #include "ledger/NameCollation.h"
 #include "ledger/ReceiptViews.h"
-#include "ledger/engine/SampleCompany.h"
 #include "settings/Globals.h"
 
 #include <QApplication>
@@ -23,27 +23,7 @@ namespace {
 
 using namespace tillbook;
 
-struct SampleFile {
-    QTemporaryDir dir;
-    QString path;
-    SampleFile() {
-        qputenv("TILLBOOK_DATA", dir.path().toUtf8());
-        qputenv("TILLBOOK_SETTINGS", QDir(dir.path()).filePath(QStringLiteral("settings.ini")).toUtf8());
-        qputenv("TILLBOOK_TODAY", "2025-03-14");
-        qunsetenv("TILLBOOK_LEDGER_URL");
-        engine::SampleOptions options;
-        options.customers = 100000;
-        options.documents = 400000;
-        options.today = QDate(2025, 3, 14);
-        engine::createSampleCompany(QStringLiteral("BENCH"), options, true);
-        path = QDir(dir.path()).filePath(QStringLiteral("BENCH.sqlite"));
-    }
-};
-
-SampleFile& sample() {
-    static SampleFile file;
-    return file;
-}
+using bench::sample;
 
 void SignInToReadyReceiptWindow(benchmark::State& state) {
     sample();
