@@ -61,6 +61,20 @@ void showGrid(FlexGrid& grid, int rows, int cols, QSize size = {320, 200}) {
         qWarning("the grid was not shown");
 }
 
+// A form with a grid and, beside it, the editor that form code lays over the grid's current cell.
+struct GridWithEditor {
+    GridWithEditor(QSize formSize, const QRect& gridGeometry, const QString& format, int rows) {
+        form.resize(formSize);
+        grid->setGeometry(gridGeometry);
+        grid->setFormatString(format);
+        grid->setRows(rows);
+    }
+
+    QWidget form;
+    FlexGrid* grid = new FlexGrid(&form);
+    QLineEdit* editor = new QLineEdit(&form);
+};
+
 const QString distributionFormat =
     "^  Dist Code             |^         Account                    |^    Amount         |"
     "^ Reference              |^              Description                  ";
@@ -382,15 +396,11 @@ private slots:
     }
 
     void editorLaidOverTheCellCoversIt() {
-        QWidget form;
-        form.resize(420, 260);
-        auto* grid = new FlexGrid(&form);
-        grid->setGeometry(10, 20, 330, 170);
-        auto* editor = new QLineEdit(&form);
+        GridWithEditor setup({420, 260}, {10, 20, 330, 170},
+                             "^Apply |^ Type |^ Document Number |^ Balance |^ Applied |^ Date |^ Due |^ Ref ",
+                             60);
+        auto& [form, grid, editor] = setup;
         editor->setFrame(false);
-        grid->setFormatString(
-            "^Apply |^ Type |^ Document Number |^ Balance |^ Applied |^ Date |^ Due |^ Ref ");
-        grid->setRows(60);
         form.show();
         QVERIFY(QTest::qWaitForWindowExposed(&form));
 
@@ -421,15 +431,12 @@ private slots:
     }
 
     void currentCellShowsWithoutFocus() {
-        QWidget form;
-        form.resize(560, 230);
-        auto* grid = new FlexGrid(&form);
-        grid->setGeometry(10, 10, 540, 180);
-        auto* editor = new QLineEdit(&form);
+        GridWithEditor setup(
+            {560, 230}, {10, 10, 540, 180},
+            "^Apply |^ Document Type |^ Document Number |^ Pending Balance |^ Applied Amount |^ Due Date ",
+            12);
+        auto& [form, grid, editor] = setup;
         editor->setGeometry(10, 196, 200, 24);
-        grid->setFormatString(
-            "^Apply |^ Document Type |^ Document Number |^ Pending Balance |^ Applied Amount |^ Due Date ");
-        grid->setRows(12);
         const QStringList types{"Invoice", "Invoice", "Credit Note", "Invoice", "Debit Note"};
         for (int row = 1; row <= types.size(); ++row) {
             grid->setTextMatrix(row, 1, types[row - 1]);
