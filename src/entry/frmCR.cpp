@@ -749,32 +749,27 @@ void frmCR::fillGridLines(const std::vector<QStringList>& lines, int kind) {
         Add_GridRow(line, ++row, static_cast<int>(line.size()) - 1, kind);
 }
 
-void frmCR::Load_AppliedDocuments() {
+void frmCR::loadEntryLines(View& detailView, int cols, const QString& format, const QStringList& fields,
+                           int kind, const QString& what) {
     FlexGrid* grid = ui->MSFlexGrid1;
     grid->Clear();
-    grid->setCols(8);
-    grid->setFormatString(AppliedDocumentsFormat);
+    grid->setCols(cols);
+    grid->setFormatString(format);
     try {
-        fillGridLines(Read_EntryLines(*ReceiptDetailView, CurrentBatch, CurrentEntry, AppliedDocumentsFields),
-                      GridRowAppliedDocument);
+        fillGridLines(Read_EntryLines(detailView, CurrentBatch, CurrentEntry, fields), kind);
     } catch (const LedgerError& error) {
-        reportLedgerError(QStringLiteral("The entry's applied documents could not be read."),
-                          error.description());
+        reportLedgerError(QStringLiteral("The entry's %1 could not be read.").arg(what), error.description());
     }
 }
 
+void frmCR::Load_AppliedDocuments() {
+    loadEntryLines(*ReceiptDetailView, 8, AppliedDocumentsFormat, AppliedDocumentsFields,
+                   GridRowAppliedDocument, QStringLiteral("applied documents"));
+}
+
 void frmCR::Load_Distributions() {
-    FlexGrid* grid = ui->MSFlexGrid1;
-    grid->Clear();
-    grid->setCols(5);
-    grid->setFormatString(DistributionFormat);
-    try {
-        fillGridLines(Read_EntryLines(*ReceiptMiscView, CurrentBatch, CurrentEntry, DistributionFields),
-                      GridRowReceipt);
-    } catch (const LedgerError& error) {
-        reportLedgerError(QStringLiteral("The entry's distribution lines could not be read."),
-                          error.description());
-    }
+    loadEntryLines(*ReceiptMiscView, 5, DistributionFormat, DistributionFields, GridRowReceipt,
+                   QStringLiteral("distribution lines"));
 }
 
 } // namespace tillbook

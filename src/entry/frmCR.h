@@ -11,6 +11,8 @@ class frmCR;
 
 namespace tillbook {
 
+class View;
+
 // The receipt-entry window, where the clerk chooses a batch, an entry and a customer and keys receipts of
 // three kinds: receipts applied to open documents, prepayments and miscellaneous receipts.
 class frmCR : public QMainWindow {
@@ -102,6 +104,9 @@ private:
     void showBatchFigures(const QString& entries, const QString& total, const QString& bank);
     void setEntryFieldsEnabled(bool enabled);
     void fillGridLines(const std::vector<QStringList>& lines, int kind);
+    // Shows an entry's lines from a detail view in the grid, with the given column set.
+    void loadEntryLines(View& detailView, int cols, const QString& format, const QStringList& fields,
+                        int kind, const QString& what);
 
     std::unique_ptr<Ui::frmCR> ui;
     int m_transType = 0;

@@ -58,22 +58,14 @@ int keyCodeOf(const QKeyEvent* event) {
     }
 }
 
-// The character a key press types, as a code; 0 when it types none.
+// The character a key press types, as a code; 0 when it types none. Backspace, Enter and Escape type their
+// control characters; Tab types none (it moves the focus).
 int keyAsciiOf(const QKeyEvent* event) {
-    switch (event->key()) {
-    case Qt::Key_Backspace:
-        return vbKeyBack;
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        return vbKeyReturn;
-    case Qt::Key_Escape:
-        return vbKeyEscape;
-    case Qt::Key_Tab:
-    case Qt::Key_Backtab:
+    const int code = keyCodeOf(event);
+    if (code == vbKeyBack || code == vbKeyReturn || code == vbKeyEscape)
+        return code;
+    if (code == vbKeyTab)
         return 0;
-    default:
-        break;
-    }
     const QString text = event->text();
     if (text.size() != 1 || text[0].unicode() < 0x20 || text[0].unicode() == 0x7F)
         return 0;
