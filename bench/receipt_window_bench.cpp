@@ -4,10 +4,9 @@
 // sorted by their collation keys, in the same run on the same file.
 
 #include "BenchCompany.h"
-#include "app/SignIn.h"
 #include "entry/frmCR.h"
-#include "ledger/NameCollation.h"
-#include "ledger/ReceiptViews.h"
+#include "fetching/NameCollation.h"
+#include "fetching/ReceiptViews.h"
 #include "settings/Globals.h"
 
 #include <QApplication>

@@ -8,5 +8,7 @@ int main(int argc, char** argv) {
     QApplication::setOrganizationName(QStringLiteral("ORVA"));
     QApplication::setApplicationName(QStringLiteral("ORVA Tillbook"));
     tillbook::Start_Main();
-    return QApplication::exec();
+    const int status = QApplication::exec();
+    tillbook::End_Main();
+    return status;
 }

@@ -1,6 +1,7 @@
 #include "app/Start.h"
 
 #include "app/frmLogin.h"
+#include "fetching/ReceiptViews.h"
 
 namespace tillbook {
 
@@ -8,6 +9,10 @@ void Start_Main() {
     auto* login = new frmLogin();
     login->setAttribute(Qt::WA_DeleteOnClose);
     login->show();
+}
+
+void End_Main() {
+    Close_Ledger();
 }
 
 } // namespace tillbook

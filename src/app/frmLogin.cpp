@@ -1,6 +1,6 @@
 #include "app/frmLogin.h"
 
-#include "app/SignIn.h"
+#include "app/NewDialogFlags.h"
 #include "entry/frmCR.h"
 #include "settings/Registry.h"
 #include "ui/Events.h"

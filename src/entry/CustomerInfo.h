@@ -2,7 +2,7 @@
 
 // What the receipt window shows of the chosen customer.
 
-#include "ledger/CustomerList.h"
+#include "fetching/CustomerList.h"
 
 namespace tillbook {
 

@@ -13,6 +13,10 @@ namespace tillbook {
 
 class View;
 
+// The receipt window's fixed size.
+constexpr int FormWidthTwips = 10050;
+constexpr int FormHeightTwips = 8535;
+
 // The receipt-entry window, where the clerk chooses a batch, an entry and a customer and keys receipts of
 // three kinds: receipts applied to open documents, prepayments and miscellaneous receipts.
 class frmCR : public QMainWindow {
@@ -38,6 +42,8 @@ public slots:
     void cmdClose_Click();
     void mnuFileClose_Click();
     void cmdSave_Click();
+    void mnuHelpContents_Click();
+    void Form_Resize();
 
     void Clear_Entry();
     void Prompt_SaveEntry();
@@ -95,12 +101,16 @@ public slots:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     void connectHandlers();
+    void connectSelection();
     void setModeControls(int mode);
     // Shows a ledger failure to the clerk and clears the session's error list.
     void reportLedgerError(const QString& what, const QString& description);
+    void setNewEntryEnabled(bool enabled);
     void showBatchFigures(const QString& entries, const QString& total, const QString& bank);
     void setEntryFieldsEnabled(bool enabled);
     void fillGridLines(const std::vector<QStringList>& lines, int kind);

@@ -1,7 +1,7 @@
 #include "settings/Registry.h"
 
 #include "settings/SettingsStore.h"
-#include "ui/Formats.h"
+#include "ledger/Formats.h"
 
 namespace tillbook {
 

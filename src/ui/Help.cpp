@@ -3,18 +3,20 @@
 #include "ui/Forms.h"
 #include "ui/Platform.h"
 
-#include <QDesktopServices>
-#include <QUrl>
-
 namespace tillbook {
 
-void ShowHelp() {
+QString HelpCommandLine() {
 #ifdef Q_OS_WIN
-    Shell(QStringLiteral("hh.exe ") + ProgramFolder().replace(u'/', u'\\') +
-          QStringLiteral("\\Tillbook Help.chm"));
+    return QStringLiteral("hh.exe ") + ProgramFolder().replace(u'/', u'\\') +
+           QStringLiteral("\\Tillbook Help.chm");
 #else
-    QDesktopServices::openUrl(QUrl::fromLocalFile(ProgramFolder() + QStringLiteral("/help/index.html")));
+    // The desktop's opener shows the user's guide in the browser; the path is quoted, as it may hold blanks.
+    return QStringLiteral("xdg-open \"") + ProgramFolder() + QStringLiteral("/help/index.html\"");
 #endif
+}
+
+void ShowHelp() {
+    Shell(HelpCommandLine());
 }
 
 } // namespace tillbook

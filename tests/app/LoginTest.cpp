@@ -1,5 +1,4 @@
 // The sign-in window: what it shows at start, which password it checks, and what a sign-in and an exit store.
-#include "app/SignIn.h"
 #include "app/frmLogin.h"
 #include "settings/Globals.h"
 #include "support/AnswerMessageBoxes.h"

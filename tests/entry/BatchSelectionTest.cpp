@@ -1,8 +1,8 @@
 // Batches, entries and customers on the receipt window: the remembered batch, a new batch with its bank code,
 // new entries, the list menus, and the customer shown.
-#include "ledger/Batches.h"
+#include "fetching/Batches.h"
 #include "ledger/LedgerError.h"
-#include "ledger/dialogs/frmBank.h"
+#include "entry/dialogs/frmBank.h"
 #include "support/AnswerMessageBoxes.h"
 #include "support/Grab.h"
 #include "support/ReceiptWindow.h"

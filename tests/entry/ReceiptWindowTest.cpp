@@ -3,7 +3,7 @@
 
 #include "entry/GridColumnSets.h"
 #include "entry/frmCR.h"
-#include "ledger/CustomerList.h"
+#include "fetching/CustomerList.h"
 #include "support/AnswerMessageBoxes.h"
 #include "support/Grab.h"
 #include "support/SampleCompany.h"

@@ -3,10 +3,8 @@
 // The receipt window as the clerk gets it after signing in as ADMIN to company SAMINC (database slot 1), with
 // its settings in a temporary file, and its controls found by name.
 
-#include "app/SignIn.h"
-#include "entry/EntryState.h"
 #include "entry/frmCR.h"
-#include "ledger/ReceiptViews.h"
+#include "fetching/ReceiptViews.h"
 #include "settings/Globals.h"
 #include "support/TempSettings.h"
 #include "ui/ComboBox.h"

@@ -1,4 +1,4 @@
-#include "ledger/dialogs/frmBank.h"
+#include "entry/dialogs/frmBank.h"
 
 #include "ledger/LedgerError.h"
 #include "ui/Forms.h"

@@ -1,4 +1,4 @@
-#include "ledger/CustomerList.h"
+#include "fetching/CustomerList.h"
 
 #include "ledger/View.h"
 

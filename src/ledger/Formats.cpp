@@ -1,4 +1,4 @@
-#include "ui/Formats.h"
+#include "ledger/Formats.h"
 
 #include <QLocale>
 #include <QRegularExpression>

@@ -1,7 +1,7 @@
-#include "ledger/Batches.h"
+#include "fetching/Batches.h"
 
-#include "ledger/ReceiptViews.h"
-#include "ui/Formats.h"
+#include "fetching/ReceiptViews.h"
+#include "ledger/Formats.h"
 
 namespace tillbook {
 

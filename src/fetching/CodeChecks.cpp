@@ -1,4 +1,4 @@
-#include "ledger/CodeChecks.h"
+#include "fetching/CodeChecks.h"
 
 #include "ledger/LedgerError.h"
 #include "ledger/View.h"
@@ -18,7 +18,9 @@ bool anyRecordHas(Session& session, const QString& viewId, const QString& ledger
                 return true;
         }
     } catch (const LedgerError&) {
-        // The session's error list keeps the failure for whoever reads it.
+        // The failure is answered here as "not found"; left on the session's list it would reappear in a
+        // later posting's error trap.
+        session.errors().clear();
     }
     return false;
 }

@@ -1,5 +1,5 @@
 // Reading typed numbers, showing amounts and dates.
-#include "ui/Formats.h"
+#include "ledger/Formats.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The order of the customer list.
-#include "ledger/CustomerList.h"
+#include "fetching/CustomerList.h"
 #include "support/QtPrinters.h"
 
 #include <gtest/gtest.h>

@@ -1,20 +1,12 @@
-#include "ledger/ReceiptRecall.h"
+#include "fetching/ReceiptRecall.h"
 
-#include "ledger/ReceiptViews.h"
-#include "ui/Formats.h"
+#include "fetching/FieldValues.h"
+#include "fetching/ReceiptViews.h"
+#include "ledger/Formats.h"
 
 namespace tillbook {
 
 namespace {
-
-QString text(View& view, const QString& field) {
-    return VariantText(view.fields().item(field).value());
-}
-
-Money money(View& view, const QString& field) {
-    const QVariant value = view.fields().item(field).value();
-    return value.canConvert<Money>() ? value.value<Money>() : ValMoney(value.toString());
-}
 
 std::vector<QStringList> readLines(View& view, const QString& filter, const QStringList& fields) {
     std::vector<QStringList> lines;
@@ -22,7 +14,7 @@ std::vector<QStringList> readLines(View& view, const QString& filter, const QStr
     while (view.fetch()) {
         QStringList line;
         for (const QString& field : fields)
-            line << text(view, field);
+            line << FieldText(view, field);
         lines.push_back(line);
     }
     return lines;
@@ -41,20 +33,20 @@ RecalledReceipt Read_Receipt(const QString& batch, const QString& entry) {
     ReceiptHeaderView->fetch();
     View& header = *ReceiptHeaderView;
     RecalledReceipt receipt;
-    receipt.description = text(header, QStringLiteral("TEXTRMIT"));
+    receipt.description = FieldText(header, QStringLiteral("TEXTRMIT"));
     receipt.receiptType = header.fields().item(QStringLiteral("RMITTYPE")).value().toInt();
-    receipt.customerNumber = text(header, QStringLiteral("IDCUST"));
-    receipt.amount = money(header, QStringLiteral("AMTRMIT"));
-    receipt.date = text(header, QStringLiteral("DATERMIT"));
-    receipt.fiscalYear = text(header, QStringLiteral("FISCYR"));
-    receipt.fiscalPeriod = text(header, QStringLiteral("FISCPER"));
-    receipt.receiptNumber = text(header, QStringLiteral("IDRMIT"));
-    receipt.payer = text(header, QStringLiteral("TEXTPAYOR"));
-    receipt.unapplied = money(header, QStringLiteral("REMUNAPLTC"));
-    receipt.documentNumber = text(header, QStringLiteral("DOCNBR"));
+    receipt.customerNumber = FieldText(header, QStringLiteral("IDCUST"));
+    receipt.amount = FieldMoney(header, QStringLiteral("AMTRMIT"));
+    receipt.date = FieldText(header, QStringLiteral("DATERMIT"));
+    receipt.fiscalYear = FieldText(header, QStringLiteral("FISCYR"));
+    receipt.fiscalPeriod = FieldText(header, QStringLiteral("FISCPER"));
+    receipt.receiptNumber = FieldText(header, QStringLiteral("IDRMIT"));
+    receipt.payer = FieldText(header, QStringLiteral("TEXTPAYOR"));
+    receipt.unapplied = FieldMoney(header, QStringLiteral("REMUNAPLTC"));
+    receipt.documentNumber = FieldText(header, QStringLiteral("DOCNBR"));
     ReceiptDetailView->browse(filter, true);
     ReceiptDetailView->fetch();
-    receipt.firstLineNumber = text(*ReceiptDetailView, QStringLiteral("IDINVC"));
+    receipt.firstLineNumber = FieldText(*ReceiptDetailView, QStringLiteral("IDINVC"));
     return receipt;
 }
 

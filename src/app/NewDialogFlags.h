@@ -1,15 +1,8 @@
 #pragma once
 
-// What a successful sign-in hands to the receipt window, and the flags that the new database and user dialog
-// shares with the sign-in window.
-
-#include <QString>
+// The flags that the new database and user dialog shares with the sign-in window.
 
 namespace tillbook {
-
-inline QString SignInDatabaseID;
-inline QString SignInUser;
-inline QString SignInPassword;
 
 inline bool ReturnFromNew = false; // the new database/user dialog has just closed
 inline bool DatabasesChanged =

@@ -1,7 +1,7 @@
 // Fiscal periods of a receipt date and the conversions of typed codes.
 #include "entry/GridColumnSets.h"
-#include "ledger/CodeChecks.h"
-#include "ledger/FiscalPeriods.h"
+#include "fetching/CodeChecks.h"
+#include "fetching/FiscalPeriods.h"
 #include "support/QtPrinters.h"
 #include "support/SampleCompany.h"
 

@@ -1,4 +1,4 @@
-#include "ledger/NameCollation.h"
+#include "fetching/NameCollation.h"
 
 namespace tillbook {
 

@@ -1,5 +1,5 @@
-#include "ledger/CustomerList.h"
-#include "ledger/NameCollation.h"
+#include "fetching/CustomerList.h"
+#include "fetching/NameCollation.h"
 
 #include <QCollatorSortKey>
 

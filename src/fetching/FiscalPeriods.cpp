@@ -1,7 +1,7 @@
-#include "ledger/FiscalPeriods.h"
+#include "fetching/FiscalPeriods.h"
 
+#include "ledger/Formats.h"
 #include "ledger/View.h"
-#include "ui/Formats.h"
 
 namespace tillbook {
 

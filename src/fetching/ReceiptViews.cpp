@@ -1,4 +1,4 @@
-#include "ledger/ReceiptViews.h"
+#include "fetching/ReceiptViews.h"
 
 namespace tillbook {
 

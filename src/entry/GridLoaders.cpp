@@ -1,0 +1,189 @@
+// The receipt window: the grid's column sets and the loaders of its rows, and a saved entry shown again.
+#include "entry/GridColumnSets.h"
+#include "entry/frmCR.h"
+#include "fetching/CodeChecks.h"
+#include "fetching/CustomerList.h"
+#include "fetching/OpenDocuments.h"
+#include "fetching/ReceiptRecall.h"
+#include "fetching/ReceiptViews.h"
+#include "ledger/Formats.h"
+#include "ledger/LedgerError.h"
+#include "settings/Globals.h"
+#include "ui/FlexGrid.h"
+#include "ui_frmCR.h"
+
+namespace tillbook {
+
+// ---- The grid ----
+
+void frmCR::Set_GridHeaders() {
+    FlexGrid* grid = ui->MSFlexGrid1;
+    grid->Clear();
+    switch (ui->cboTransType->ListIndex()) {
+    case 0:
+        grid->setCols(20);
+        grid->setFormatString(ApplyGridFormat);
+        break;
+    case 1:
+        grid->setCols(13);
+        grid->setFormatString(CustomerDocumentsFormat);
+        break;
+    case 2:
+        grid->setCols(5);
+        grid->setFormatString(DistributionFormat);
+        break;
+    default:
+        break;
+    }
+    grid->setRows(10);
+}
+
+void frmCR::Load_OpenDocuments() {
+    const int position = ui->cboCustomers->ListIndex();
+    if (position < 0 || position >= static_cast<int>(Customers.size()))
+        return;
+    const int lastColumn = ui->MSFlexGrid1->Cols() - 1;
+    int n = 0;
+    try {
+        Read_OpenDocuments(Customers[static_cast<size_t>(position)].Id, ApplyGridFields,
+                           [&](QStringList row) {
+                               row[0] = ApplyMarkText(row[0]);
+                               row[1] = row[1] == u"1" ? QStringLiteral("Invoice") : QString();
+                               Add_GridRow(row, ++n, lastColumn, GridRowReceipt);
+                           });
+    } catch (const LedgerError& error) {
+        reportLedgerError(QStringLiteral("The customer's open documents could not be read."),
+                          error.description());
+    }
+}
+
+void frmCR::Load_CustomerDocuments() {
+    const int position = ui->cboCustomers->ListIndex();
+    if (position < 0 || position >= static_cast<int>(Customers.size()))
+        return;
+    int rows = 0;
+    try {
+        Read_CustomerDocuments(Customers[static_cast<size_t>(position)].Id, CustomerDocumentsFields,
+                               [&](QStringList row) {
+                                   row[5] = TransactionTypeText(row[5]);
+                                   row[6] = DocumentTypeText(row[6]);
+                                   row[9] = FormatAmount(ValMoney(row[9]));
+                                   row[10] = FormatAmount(ValMoney(row[10]));
+                                   row[11] = FullyPaidText(row[11]);
+                                   Add_GridRow(row, ++rows, static_cast<int>(row.size()) - 1, GridRowReceipt);
+                               });
+    } catch (const LedgerError& error) {
+        reportLedgerError(QStringLiteral("The customer's documents could not be read."), error.description());
+    }
+}
+
+void frmCR::Add_GridRow(const QStringList& values, int row, int lastColumn, int kind) {
+    FlexGrid* grid = ui->MSFlexGrid1;
+    grid->setRows(row + 1);
+    const int mode = ui->cboTransType->ListIndex();
+    for (int c = 0; c <= lastColumn && c < values.size(); ++c) {
+        const QString& value = values[c];
+        if (mode == 1 || mode == 2) {
+            grid->setTextMatrix(row, c, value);
+        } else if (kind == GridRowAppliedDocument) {
+            grid->setTextMatrix(row, c, c <= 1 ? value.trimmed() : FormatAmount(ValMoney(value)));
+        } else if (c <= 2 || c >= 14) {
+            grid->setTextMatrix(row, c, value.trimmed());
+        } else {
+            grid->setTextMatrix(row, c, FormatAmount(ValMoney(value)));
+            grid->setRow(row);
+            grid->setCol(c);
+            grid->setCellAlignment(flexAlignRightCenter);
+        }
+    }
+}
+
+bool frmCR::Is_GridCellEmpty(int row, int column) const {
+    return ui->MSFlexGrid1->TextMatrix(row, column).isEmpty();
+}
+
+// ---- A saved entry ----
+
+void frmCR::Load_Receipt() {
+    RecalledReceipt receipt;
+    try {
+        receipt = Read_Receipt(CurrentBatch, CurrentEntry);
+    } catch (const LedgerError& error) {
+        reportLedgerError(
+            QStringLiteral("Entry %1 of batch %2 could not be read.").arg(CurrentEntry, CurrentBatch),
+            error.description());
+        return;
+    }
+    ui->txtEntDesc->setText(receipt.description);
+    ui->cboTransType->setListIndex(Get_ReceiptTypeIndex(receipt.receiptType));
+    ui->txtAmount->setText(FormatAmount(receipt.amount.roundedToCentsBankers()));
+    ui->txtDate->setText(receipt.date);
+    int year = ui->cboYear->findText(receipt.fiscalYear);
+    if (year < 0) {
+        ui->cboYear->addItem(receipt.fiscalYear);
+        year = ui->cboYear->ListCount() - 1;
+    }
+    ui->cboYear->setListIndex(year);
+    // A period that is not listed leaves the selection as it was.
+    if (const int period = ui->cboPeriod->findText(receipt.fiscalPeriod); period >= 0)
+        ui->cboPeriod->setListIndex(period);
+    ui->txtReceiptNum->setText(receipt.receiptNumber);
+    ui->txtPayer->setText(receipt.payer);
+    const QString unapplied = FormatAmount(receipt.unapplied.roundedToCentsBankers());
+    ui->txtUnapplied->setText(unapplied);
+    ui->txtDistribution->setText(unapplied);
+    ui->txtPrePay->setText(receipt.documentNumber);
+    ui->txtPrePayDocNo->setText(receipt.firstLineNumber);
+    Select_Customer(receipt.customerNumber, receipt.receiptType);
+    Load_ReceiptLines(receipt.receiptType);
+}
+
+void frmCR::Load_ReceiptLines(int receiptType) {
+    switch (receiptType) {
+    case 1:
+        Load_AppliedDocuments();
+        ui->MSFlexGrid1->setRows(10);
+        break;
+    case 2:
+        Load_CustomerDocuments();
+        break;
+    case 5:
+        Load_Distributions();
+        ui->MSFlexGrid1->setRows(10);
+        ui->MSFlexGrid1->setCol(0);
+        break;
+    default:
+        break;
+    }
+}
+
+void frmCR::fillGridLines(const std::vector<QStringList>& lines, int kind) {
+    int row = 0;
+    for (const QStringList& line : lines)
+        Add_GridRow(line, ++row, static_cast<int>(line.size()) - 1, kind);
+}
+
+void frmCR::loadEntryLines(View& detailView, int cols, const QString& format, const QStringList& fields,
+                           int kind, const QString& what) {
+    FlexGrid* grid = ui->MSFlexGrid1;
+    grid->Clear();
+    grid->setCols(cols);
+    grid->setFormatString(format);
+    try {
+        fillGridLines(Read_EntryLines(detailView, CurrentBatch, CurrentEntry, fields), kind);
+    } catch (const LedgerError& error) {
+        reportLedgerError(QStringLiteral("The entry's %1 could not be read.").arg(what), error.description());
+    }
+}
+
+void frmCR::Load_AppliedDocuments() {
+    loadEntryLines(*ReceiptDetailView, 8, AppliedDocumentsFormat, AppliedDocumentsFields,
+                   GridRowAppliedDocument, QStringLiteral("applied documents"));
+}
+
+void frmCR::Load_Distributions() {
+    loadEntryLines(*ReceiptMiscView, 5, DistributionFormat, DistributionFields, GridRowReceipt,
+                   QStringLiteral("distribution lines"));
+}
+
+} // namespace tillbook

@@ -1,0 +1,328 @@
+// The receipt window: batches, entries and customers chosen, and the First/Previous/Next/Last menus.
+#include "entry/CustomerInfo.h"
+#include "entry/dialogs/frmBank.h"
+#include "entry/frmCR.h"
+#include "fetching/Batches.h"
+#include "fetching/CustomerList.h"
+#include "fetching/ReceiptViews.h"
+#include "ledger/Formats.h"
+#include "ledger/LedgerError.h"
+#include "settings/Globals.h"
+#include "settings/Registry.h"
+#include "ui/Events.h"
+#include "ui/Platform.h"
+#include "ui_frmCR.h"
+
+namespace tillbook {
+
+void frmCR::connectSelection() {
+    connect(ui->cboBatch, &ComboBox::Click, this, &frmCR::cboBatch_Click);
+    onGotFocus(ui->cboBatch, [this] { cboBatch_GotFocus(); });
+    connect(ui->cmdNewBatch, &QPushButton::clicked, this, &frmCR::cmdNewBatch_Click);
+    connect(ui->mnuBatchNew, &QAction::triggered, this, &frmCR::mnuBatchNew_Click);
+    connect(ui->cboEntry, &ComboBox::Click, this, &frmCR::cboEntry_Click);
+    onLostFocus(ui->cboEntry, [this] { cboEntry_LostFocus(); });
+    connect(ui->cmdNewEntry, &QPushButton::clicked, this, &frmCR::cmdNewEntry_Click);
+    connect(ui->mnuEntryNew, &QAction::triggered, this, &frmCR::mnuEntryNew_Click);
+    connect(ui->cboCustomers, &ComboBox::Click, this, &frmCR::cboCustomers_Click);
+    connect(ui->mnuBatchFirst, &QAction::triggered, this, &frmCR::mnuBatchFirst_Click);
+    connect(ui->mnuBatchPrevious, &QAction::triggered, this, &frmCR::mnuBatchPrevious_Click);
+    connect(ui->mnuBatchNext, &QAction::triggered, this, &frmCR::mnuBatchNext_Click);
+    connect(ui->mnuBatchLast, &QAction::triggered, this, &frmCR::mnuBatchLast_Click);
+    connect(ui->mnuEntryFirst, &QAction::triggered, this, &frmCR::mnuEntryFirst_Click);
+    connect(ui->mnuEntryPrevious, &QAction::triggered, this, &frmCR::mnuEntryPrevious_Click);
+    connect(ui->mnuEntryNext, &QAction::triggered, this, &frmCR::mnuEntryNext_Click);
+    connect(ui->mnuEntryLast, &QAction::triggered, this, &frmCR::mnuEntryLast_Click);
+    connect(ui->mnuCustomerFirst, &QAction::triggered, this, &frmCR::mnuCustomerFirst_Click);
+    connect(ui->mnuCustomerPrevious, &QAction::triggered, this, &frmCR::mnuCustomerPrevious_Click);
+    connect(ui->mnuCustomerNext, &QAction::triggered, this, &frmCR::mnuCustomerNext_Click);
+    connect(ui->mnuCustomerLast, &QAction::triggered, this, &frmCR::mnuCustomerLast_Click);
+}
+
+void frmCR::Select_Customer(const QString& customerNumber, int receiptType) {
+    if (receiptType == 5) {
+        ui->cboCustomers->setListIndex(-1);
+        return;
+    }
+    const int position = Find_Customer(Customers, customerNumber);
+    if (position >= 0)
+        ui->cboCustomers->setListIndex(position);
+}
+
+// ---- Batches ----
+
+void frmCR::showBatchFigures(const QString& entries, const QString& total, const QString& bank) {
+    ui->txtBatchEntries->setText(QStringLiteral("Entries:  ") + entries);
+    ui->txtBatchTotal->setText(QStringLiteral("Total:  ") + total);
+    ui->txtBank->setText(QStringLiteral("Bank Code:  ") + bank);
+    // Show the captions, not the ends of the texts.
+    for (QLineEdit* display : {ui->txtBatchEntries, ui->txtBatchTotal, ui->txtBank})
+        display->setCursorPosition(0);
+}
+
+void frmCR::Load_Batches() {
+    try {
+        ui->cboBatch->addItems(Read_OpenBatches());
+    } catch (const LedgerError& error) {
+        reportLedgerError(QStringLiteral("The receipt batches could not be read."), error.description());
+    }
+}
+
+void frmCR::Get_BatchNumber() {
+    Load_Batches();
+    Load_BatchInfo();
+    const QString rememberedBatch = CurrentBatch;
+    const int position = Int16Of(BatchListIndex);
+    if (BatchListIndex != u"-1" && position >= 0 && position < ui->cboBatch->ListCount()) {
+        ui->cboBatch->setListIndex(position);
+        if (ui->cboBatch->currentText() == rememberedBatch) {
+            // The batch click has read the batch's figures and its entries.
+            return;
+        }
+    }
+    ui->cboBatch->setListIndex(-1);
+    showBatchFigures(QString(), QString(), QString());
+    setNewEntryEnabled(false);
+}
+
+void frmCR::cboBatch_Click() {
+    Clear_Entry();
+    if (ui->cboBatch->ListIndex() < 0)
+        return;
+    CurrentBatch = ui->cboBatch->currentText();
+    BatchListIndex = QString::number(ui->cboBatch->ListIndex());
+    try {
+        const QString entries = Count_BatchEntries(CurrentBatch);
+        const QString total = Get_BatchTotal(CurrentBatch);
+        BankCode = Get_BatchBank(CurrentBatch);
+        Load_EntryList(Int16Of(entries));
+        ui->cboEntry->setListIndex(-1);
+        showBatchFigures(entries, total, BankCode);
+    } catch (const LedgerError& error) {
+        // Nothing of the previous batch stays on show, and no entry can be started in a batch not read.
+        ui->cboEntry->clear();
+        EntryIsNew.clear();
+        showBatchFigures(QString(), QString(), QString());
+        setNewEntryEnabled(false);
+        reportLedgerError(QStringLiteral("Batch %1 could not be read.").arg(CurrentBatch),
+                          error.description());
+        return;
+    }
+    setNewEntryEnabled(true);
+}
+
+void frmCR::setNewEntryEnabled(bool enabled) {
+    ui->cmdNewEntry->setEnabled(enabled);
+    ui->mnuEntryNew->setEnabled(enabled);
+}
+
+void frmCR::cboBatch_GotFocus() {
+    if (EntryDirty)
+        return;
+    Lock_Entry();
+    ui->cmdPrint->setEnabled(false);
+}
+
+void frmCR::cmdNewBatch_Click() {
+    qint64 number = 0;
+    try {
+        number = Create_Batch(Today());
+    } catch (const LedgerError& error) {
+        reportLedgerError(QStringLiteral("A new batch could not be created."), error.description());
+        return;
+    }
+    CurrentBatch = QString::number(number);
+    QStringList banks;
+    try {
+        banks = Load_BankCodes(*LedgerSession);
+    } catch (const LedgerError& error) {
+        reportLedgerError(QStringLiteral("The bank codes could not be read."), error.description());
+    }
+    frmBank bank(
+        CurrentBatch, banks, [batch = CurrentBatch](const QString& code) { Set_BatchBank(batch, code); },
+        this);
+    bank.exec();
+    BankCode = bank.BankCode();
+    if (BankCode.isEmpty()) {
+        MsgBox(
+            QStringLiteral("Batch %1 has no bank code. Choose it again with a new batch, or give it one in "
+                           "the ledger before posting.")
+                .arg(CurrentBatch),
+            vbOKOnly + vbExclamation, QStringLiteral("Tillbook - Bank"));
+    }
+    CurrentEntry = QStringLiteral("0");
+    showBatchFigures(QStringLiteral("0"), QStringLiteral("0.00"), BankCode);
+    // The open batches are added again behind those already listed, the new one among them.
+    Load_Batches();
+    ui->cboBatch->setListIndex(ui->cboBatch->ListCount() - 1);
+    ui->cboEntry->setFocus(Qt::OtherFocusReason);
+}
+
+void frmCR::mnuBatchNew_Click() {
+    cmdNewBatch_Click();
+}
+
+// ---- Entries ----
+
+void frmCR::Load_EntryList(int count) {
+    ui->cboEntry->clear();
+    QStringList numbers;
+    for (int i = 1; i <= count; ++i)
+        numbers << QString::number(i);
+    ui->cboEntry->addItems(numbers);
+    EntryIsNew.assign(static_cast<size_t>(std::max(count, 0)), false);
+}
+
+void frmCR::cboEntry_Click() {
+    const int position = ui->cboEntry->ListIndex();
+    if (position < 0 || EntryIsNew.empty() || position >= static_cast<int>(EntryIsNew.size()))
+        return;
+    if (!EntryIsNew[static_cast<size_t>(position)]) {
+        CurrentEntry = QString::number(position + 1);
+        Load_Receipt();
+        Lock_Entry();
+        ui->cmdPrint->setEnabled(true);
+        ui->mnuFilePrint->setEnabled(true);
+    } else {
+        Unlock_Entry();
+    }
+}
+
+void frmCR::cboEntry_LostFocus() {
+    const int position = ui->cboEntry->ListIndex();
+    if (position >= 0 && position < static_cast<int>(EntryIsNew.size()) &&
+        EntryIsNew[static_cast<size_t>(position)])
+        Unlock_Entry();
+}
+
+void frmCR::cmdNewEntry_Click() {
+    EntryDirty = false;
+    if (ui->cboEntry->ListCount() == 0 || EntryIsNew.empty() || !EntryIsNew.back()) {
+        Unlock_Entry();
+        EntryIsNew.push_back(true);
+        CurrentEntry = QString::number(EntryIsNew.size());
+        ui->cboEntry->addItem(CurrentEntry);
+        ui->cboEntry->setListIndex(ui->cboEntry->ListCount() - 1);
+        ui->cboTransType->setListIndex(0);
+        Clear_Entry();
+    } else {
+        // Only one new entry at a time stands at the end of the list.
+        setNewEntryEnabled(false);
+    }
+}
+
+void frmCR::mnuEntryNew_Click() {
+    cmdNewEntry_Click();
+}
+
+void frmCR::setEntryFieldsEnabled(bool enabled) {
+    const QList<QWidget*> fields = {
+        ui->cmdNewInvoice,  ui->cmdSearch, ui->txtEntDesc,   ui->cboTransType,    ui->cboCustomers,
+        ui->txtCustInfo,    ui->txtAmount, ui->txtDate,      ui->cboYear,         ui->cboPeriod,
+        ui->txtReceiptNum,  ui->txtPayer,  ui->txtUnapplied, ui->txtDistribution, ui->txtPrePay,
+        ui->txtPrePayDocNo, ui->txtFloat};
+    for (QWidget* field : fields)
+        field->setEnabled(enabled);
+    if (m_transType == 2) {
+        ui->cmdDist->setEnabled(enabled);
+        ui->cmdAccount->setEnabled(enabled);
+    }
+}
+
+void frmCR::Lock_Entry() {
+    setEntryFieldsEnabled(false);
+    m_entryLocked = true;
+    ui->cmdPrint->setEnabled(true);
+}
+
+void frmCR::Unlock_Entry() {
+    setEntryFieldsEnabled(true);
+    m_entryLocked = false;
+    ui->cmdPrint->setEnabled(false);
+}
+
+// ---- Customers ----
+
+void frmCR::cboCustomers_Click() {
+    const int position = ui->cboCustomers->ListIndex();
+    if (position < 0)
+        return;
+    Set_GridHeaders();
+    if (m_transType == 0) {
+        Show_CustomerInfo(position);
+        if (Val(ui->txtAmount->text()) > 0)
+            ui->cmdSearch->setEnabled(true);
+    } else if (m_transType == 1) {
+        Load_CustomerDocuments();
+        Show_CustomerInfo(position);
+    }
+    ApplyCount = 0;
+}
+
+void frmCR::Show_CustomerInfo(int position) {
+    if (position < 0 || position >= static_cast<int>(Customers.size()))
+        return;
+    const CustomerRecord& customer = Customers[static_cast<size_t>(position)];
+    ui->txtPayer->setText(customer.Name);
+    ui->txtCustInfo->setPlainText(CustomerInfoText(customer));
+}
+
+// ---- First, Previous, Next and Last over the three lists ----
+
+namespace {
+
+void selectFirst(ComboBox* list) {
+    list->setListIndex(0);
+}
+void selectLast(ComboBox* list) {
+    list->setListIndex(list->ListCount() - 1);
+}
+void selectNext(ComboBox* list) {
+    if (list->ListIndex() < list->ListCount() - 1)
+        list->setListIndex(list->ListIndex() + 1);
+}
+void selectPrevious(ComboBox* list) {
+    if (list->ListIndex() >= 1)
+        list->setListIndex(list->ListIndex() - 1);
+}
+
+} // namespace
+
+void frmCR::mnuBatchFirst_Click() {
+    selectFirst(ui->cboBatch);
+}
+void frmCR::mnuBatchPrevious_Click() {
+    selectPrevious(ui->cboBatch);
+}
+void frmCR::mnuBatchNext_Click() {
+    selectNext(ui->cboBatch);
+}
+void frmCR::mnuBatchLast_Click() {
+    selectLast(ui->cboBatch);
+}
+void frmCR::mnuEntryFirst_Click() {
+    selectFirst(ui->cboEntry);
+}
+void frmCR::mnuEntryPrevious_Click() {
+    selectPrevious(ui->cboEntry);
+}
+void frmCR::mnuEntryNext_Click() {
+    selectNext(ui->cboEntry);
+}
+void frmCR::mnuEntryLast_Click() {
+    selectLast(ui->cboEntry);
+}
+void frmCR::mnuCustomerFirst_Click() {
+    selectFirst(ui->cboCustomers);
+}
+void frmCR::mnuCustomerPrevious_Click() {
+    selectPrevious(ui->cboCustomers);
+}
+void frmCR::mnuCustomerNext_Click() {
+    selectNext(ui->cboCustomers);
+}
+void frmCR::mnuCustomerLast_Click() {
+    selectLast(ui->cboCustomers);
+}
+
+} // namespace tillbook

@@ -1,0 +1,17 @@
+#pragma once
+
+// A view field's current value as the forms use it: text (amounts without trailing zeros, dates in the short
+// date form) or exact money.
+
+#include "ledger/Money.h"
+
+#include <QString>
+
+namespace tillbook {
+
+class View;
+
+QString FieldText(View& view, const QString& field);
+Money FieldMoney(View& view, const QString& field);
+
+} // namespace tillbook

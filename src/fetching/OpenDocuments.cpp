@@ -1,0 +1,58 @@
+#include "fetching/OpenDocuments.h"
+
+#include "fetching/FieldValues.h"
+#include "fetching/ReceiptViews.h"
+
+namespace tillbook {
+
+namespace {
+
+const QString FilterOpenReceiptBatches =
+    QStringLiteral("CODEPYMTYP = \"CA\" AND (BATCHSTAT < 3 OR BATCHSTAT >= 6)");
+
+} // namespace
+
+void Read_OpenDocuments(const QString& customer, const QStringList& fields, const DocumentRowSink& row) {
+    BatchView->browse(FilterOpenReceiptBatches, true);
+    BatchView->fetch();
+    ReceiptPostView->clear();
+    Field& customerField = ReceiptPostView->fields().item(QStringLiteral("IDCUST"));
+    Field& key = ReceiptPostView->fields().item(QStringLiteral("CNTKEY"));
+    customerField.putWithoutVerification(customer);
+    ReceiptPostView->process();
+    ReceiptPostView->order(0);
+    for (int n = 1;; ++n) {
+        key.putWithoutVerification(QString::number(n));
+        if (!ReceiptPostView->read())
+            return;
+        QStringList values;
+        values.reserve(fields.size());
+        for (const QString& field : fields) {
+            if (field == u"DOCTYPE") {
+                values << FieldText(*ReceiptHeaderView, field);
+                continue;
+            }
+            const QString value = FieldText(*ReceiptPostView, field);
+            if (field == u"APPLY" && (value == u"X" || value == u"N"))
+                ReceiptHeaderView->clear();
+            values << value;
+        }
+        row(values);
+    }
+}
+
+void Read_CustomerDocuments(const QString& customer, const QStringList& fields, const DocumentRowSink& row) {
+    DocumentView->clear();
+    DocumentView->browse(QStringLiteral("IDCUST =") + customer, true);
+    while (DocumentView->fetch()) {
+        if (!(FieldMoney(*DocumentView, QStringLiteral("AMTDUETC")) > Money()))
+            continue;
+        QStringList values;
+        values.reserve(fields.size());
+        for (const QString& field : fields)
+            values << FieldText(*DocumentView, field);
+        row(values);
+    }
+}
+
+} // namespace tillbook
