@@ -50,6 +50,7 @@ void frmCR::Load_OpenDocuments() {
                                row[0] = ApplyMarkText(row[0]);
                                row[1] = row[1] == u"1" ? QStringLiteral("Invoice") : QString();
                                Add_GridRow(row, ++n, lastColumn, GridRowReceipt);
+                               markApplyCell(n, false);
                            });
     } catch (const LedgerError& error) {
         reportLedgerError(QStringLiteral("The customer's open documents could not be read."),

@@ -57,6 +57,8 @@ void frmCR::connectHandlers() {
     connect(ui->mnuHelpContents, &QAction::triggered, this, &frmCR::mnuHelpContents_Click);
 
     connectSelection();
+    connectApplicationGrid();
+    connectSaving();
 }
 
 bool frmCR::Form_Load() {
@@ -196,9 +198,6 @@ void frmCR::Prompt_SaveEntry() {
         ui->txtUnapplied->setText(ui->txtAmount->text());
     }
 }
-
-// Saving an entry comes with the posting procedures.
-void frmCR::cmdSave_Click() {}
 
 // ---- Closing ----
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "posting/Posting.h"
+
 #include <QMainWindow>
 #include <QStringList>
 #include <memory>
@@ -93,6 +95,16 @@ public slots:
     void mnuCustomerNext_Click();
     void mnuCustomerLast_Click();
 
+    // The application grid: applying and unapplying, the prepayment's document, the search.
+    void MSFlexGrid1_DblClick();
+    void Apply_Document(int row);
+    void Unapply_Document(int row);
+    void Make_ReceiptNumber();
+    void cmdSearch_Click();
+
+    // Saving an entry.
+    void mnuFileSave_Click();
+
     // A saved entry shown again.
     void Load_Receipt();
     void Load_ReceiptLines(int receiptType);
@@ -107,6 +119,17 @@ protected:
 private:
     void connectHandlers();
     void connectSelection();
+    void connectApplicationGrid();
+    void connectSaving();
+    void setSaveEnabled(bool enabled);
+    // Marks a row's Apply cell as applied, or takes the mark away.
+    void markApplyCell(int row, bool applied);
+    // What posting reads from the window.
+    PostingInput postingInput() const;
+    // After a save: the batch's figures, the entry list, and the saved entry read back and locked.
+    void showSavedEntry();
+    // After a failed save: the grid loaded again so that the clerk can correct the entry.
+    void reloadAfterFailedSave();
     void setModeControls(int mode);
     // Shows a ledger failure to the clerk and clears the session's error list.
     void reportLedgerError(const QString& what, const QString& description);
@@ -123,6 +146,7 @@ private:
     QString m_dateMask;
     bool m_closing = false;
     bool m_entryLocked = false;
+    bool m_saving = false; // a save is under way: a second one must not start
 };
 
 // Kinds of rows written by Add_GridRow.

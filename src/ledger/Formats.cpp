@@ -150,15 +150,18 @@ QDate ParseShortDate(const QString& text) {
     return QDate::fromString(text.trimmed(), pattern);
 }
 
+QString FormatPlain(Money amount) {
+    QString text = amount.toPlainString(3);
+    while (text.endsWith(u'0'))
+        text.chop(1);
+    if (text.endsWith(u'.'))
+        text.chop(1);
+    return text == u"-0" ? QStringLiteral("0") : text;
+}
+
 QString VariantText(const QVariant& value) {
-    if (value.metaType() == QMetaType::fromType<Money>()) {
-        QString text = value.value<Money>().toPlainString(3);
-        while (text.endsWith(u'0'))
-            text.chop(1);
-        if (text.endsWith(u'.'))
-            text.chop(1);
-        return text == u"-0" ? QStringLiteral("0") : text;
-    }
+    if (value.metaType() == QMetaType::fromType<Money>())
+        return FormatPlain(value.value<Money>());
     if (value.metaType() == QMetaType::fromType<QDate>()) {
         const QDate date = value.toDate();
         return date.isValid() ? FormatShortDate(date) : QString();

@@ -29,6 +29,8 @@ Money Strip_Commas(const QString& text);
 
 // "#,###,##0.00": thousands separators, two decimals, at least "0.00"; half away from zero.
 QString FormatAmount(Money amount);
+// A plain number without thousands separators or trailing zeros: "1234.5", "400", "-0.25".
+QString FormatPlain(Money amount);
 // A whole number with leading zeros to `width` digits: "0000", "000", "00".
 QString FormatDigits(std::int64_t value, int width);
 

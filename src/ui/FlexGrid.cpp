@@ -1,6 +1,8 @@
 #include "ui/FlexGrid.h"
 
 #include <QAbstractTableModel>
+#include <QBrush>
+#include <QFont>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QList>
@@ -61,6 +63,8 @@ public:
     struct Cell {
         QString text;
         int alignment = flexAlignLeftCenter;
+        bool bold = false;
+        QColor back; // invalid: the grid's own background
     };
 
     explicit FlexGridCells(QObject* parent) : QAbstractTableModel(parent), m_rows(2) {}
@@ -85,6 +89,16 @@ public:
         if (cell(row, col).alignment == alignment)
             return;
         writable(row, col).alignment = alignment;
+        changed(row, col);
+    }
+
+    void setLook(int row, int col, bool bold, const QColor& back) {
+        const Cell& c = cell(row, col);
+        if (c.bold == bold && c.back == back)
+            return;
+        Cell& w = writable(row, col);
+        w.bold = bold;
+        w.back = back;
         changed(row, col);
     }
 
@@ -150,6 +164,13 @@ private:
             return c.text;
         if (role == Qt::TextAlignmentRole)
             return qtAlignmentOf(c.alignment).toInt();
+        if (role == Qt::FontRole && c.bold) {
+            QFont font;
+            font.setBold(true);
+            return font;
+        }
+        if (role == Qt::BackgroundRole && c.back.isValid())
+            return QBrush(c.back);
         return {};
     }
 
@@ -165,7 +186,8 @@ private:
             emit headerDataChanged(Qt::Horizontal, col, col);
         } else {
             const QModelIndex at = index(row - 1, col);
-            emit dataChanged(at, at, {Qt::DisplayRole, Qt::TextAlignmentRole});
+            emit dataChanged(at, at,
+                             {Qt::DisplayRole, Qt::TextAlignmentRole, Qt::FontRole, Qt::BackgroundRole});
         }
     }
 
@@ -293,6 +315,22 @@ int FlexGrid::CellAlignment() const {
 void FlexGrid::setCellAlignment(int alignment) {
     if (alignment >= flexAlignLeftTop && alignment <= flexAlignRightBottom)
         m_cells->setAlignment(m_row, m_col, alignment);
+}
+
+bool FlexGrid::CellFontBold() const {
+    return m_cells->cell(m_row, m_col).bold;
+}
+
+void FlexGrid::setCellFontBold(bool bold) {
+    m_cells->setLook(m_row, m_col, bold, CellBackColor());
+}
+
+QColor FlexGrid::CellBackColor() const {
+    return m_cells->cell(m_row, m_col).back;
+}
+
+void FlexGrid::setCellBackColor(const QColor& color) {
+    m_cells->setLook(m_row, m_col, CellFontBold(), color);
 }
 
 int FlexGrid::TopRow() const {

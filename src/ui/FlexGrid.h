@@ -11,6 +11,7 @@
 // cannot make a header cell current: clicks on the header row, and on the blank area below the last row, do
 // nothing.
 
+#include <QColor>
 #include <QString>
 #include <QTableView>
 
@@ -39,6 +40,8 @@ class FlexGrid : public QTableView {
     Q_PROPERTY(QString FormatString READ FormatString WRITE setFormatString)
     Q_PROPERTY(int CellAlignment READ CellAlignment WRITE setCellAlignment)
     Q_PROPERTY(int TopRow READ TopRow WRITE setTopRow)
+    Q_PROPERTY(bool CellFontBold READ CellFontBold WRITE setCellFontBold)
+    Q_PROPERTY(QColor CellBackColor READ CellBackColor WRITE setCellBackColor)
 
 public:
     // A new grid has 2 rows (the header and one data row) and 2 columns; the current cell is row 1, column 0.
@@ -85,6 +88,12 @@ public:
     // left-aligned (flexAlignLeftCenter); code right-aligns amounts itself.
     int CellAlignment() const;
     void setCellAlignment(int alignment);
+
+    // The current cell's look: bold text and a background colour (an invalid colour is the grid's own).
+    bool CellFontBold() const;
+    void setCellFontBold(bool bold);
+    QColor CellBackColor() const;
+    void setCellBackColor(const QColor& color);
 
     // The current cell's rectangle in pixels, relative to the grid's own top-left corner: an editor placed at
     // the grid's position plus (CellLeft, CellTop), with the size (CellWidth, CellHeight), in the grid's

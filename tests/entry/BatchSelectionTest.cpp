@@ -1,9 +1,10 @@
 // Batches, entries and customers on the receipt window: the remembered batch, a new batch with its bank code,
 // new entries, the list menus, and the customer shown.
+#include "entry/dialogs/frmBank.h"
 #include "fetching/Batches.h"
 #include "ledger/LedgerError.h"
-#include "entry/dialogs/frmBank.h"
 #include "support/AnswerMessageBoxes.h"
+#include "support/BankDialog.h"
 #include "support/Grab.h"
 #include "support/ReceiptWindow.h"
 #include "support/SampleCompany.h"
@@ -18,26 +19,7 @@
 
 using namespace tillbook;
 
-namespace {
-
-// Answers the new-batch dialog when it opens: picks the bank code at `position` and confirms.
-void answerBankDialog(int position, QString* shownBatch = nullptr) {
-    QTimer::singleShot(0, [position, shownBatch] {
-        QWidget* dialog = QApplication::activeModalWidget();
-        if (!dialog || dialog->objectName() != "frmBank")
-            qFatal("the bank dialog is not open");
-        test::grabToPng(dialog, "frmBank");
-        if (shownBatch)
-            *shownBatch = dialog->findChild<QLineEdit*>("txtBatchNum")->text();
-        auto* ok = dialog->findChild<QPushButton*>("cmdOK");
-        if (ok->isEnabled())
-            qFatal("OK is enabled before a bank code is chosen");
-        dialog->findChild<ComboBox*>("cboBank")->setListIndex(position);
-        ok->click();
-    });
-}
-
-} // namespace
+using test::answerBankDialog;
 
 class BatchSelectionTest : public QObject {
     Q_OBJECT

@@ -1,0 +1,134 @@
+// The receipt window: applying a receipt to the customer's open documents, picking the document of a
+// prepayment, the document search and the receipt number.
+#include "entry/ApplyRules.h"
+#include "entry/frmCR.h"
+#include "ledger/Formats.h"
+#include "settings/Globals.h"
+#include "ui/FlexGrid.h"
+#include "ui/Platform.h"
+#include "ui_frmCR.h"
+
+namespace tillbook {
+
+namespace {
+
+constexpr int ApplyColumn = 0;
+constexpr int DocumentNumberColumn = 2;
+constexpr int AppliedAmountColumn = 4;
+constexpr int NetBalanceColumn = 8;
+
+const QString AppliedText = QStringLiteral("Yes");
+
+} // namespace
+
+void frmCR::connectApplicationGrid() {
+    connect(ui->MSFlexGrid1, &FlexGrid::DblClick, this, &frmCR::MSFlexGrid1_DblClick);
+    connect(ui->cmdSearch, &QPushButton::clicked, this, &frmCR::cmdSearch_Click);
+}
+
+void frmCR::setSaveEnabled(bool enabled) {
+    ui->cmdSave->setEnabled(enabled);
+    ui->mnuFileSave->setEnabled(enabled);
+}
+
+void frmCR::MSFlexGrid1_DblClick() {
+    if (m_entryLocked)
+        return;
+    FlexGrid* grid = ui->MSFlexGrid1;
+    const int row = grid->Row();
+    switch (ui->cboTransType->ListIndex()) {
+    case 0:
+        // Only the Apply column of a row that holds a document applies or unapplies.
+        if (grid->Col() != ApplyColumn || grid->TextMatrix(row, DocumentNumberColumn).isEmpty())
+            return;
+        if (grid->TextMatrix(row, ApplyColumn) != AppliedText) {
+            if (!(Strip_Commas(ui->txtUnapplied->text()) > Money())) {
+                MsgBox(QStringLiteral("The unapplied amount must be greater than $0.00."), vbOKOnly,
+                       QStringLiteral("Invalid Entry"));
+                return;
+            }
+            Apply_Document(row);
+            EntryDirty = true;
+            ++ApplyCount;
+            setSaveEnabled(true);
+        } else {
+            Unapply_Document(row);
+            --ApplyCount;
+            if (ApplyCount < 1) {
+                EntryDirty = false;
+                setSaveEnabled(false);
+            }
+        }
+        break;
+    case 1: {
+        const QString amount = ui->txtAmount->text();
+        if (amount == u"0.00" || amount.isEmpty())
+            return;
+        Make_ReceiptNumber();
+        setSaveEnabled(true);
+        ui->txtPrePay->setText(grid->Text());
+        EntryDirty = true;
+        break;
+    }
+    default:
+        break;
+    }
+}
+
+void frmCR::Apply_Document(int row) {
+    FlexGrid* grid = ui->MSFlexGrid1;
+    const Application result = ApplyToDocument(Strip_Commas(ui->txtUnapplied->text()),
+                                               Strip_Commas(grid->TextMatrix(row, NetBalanceColumn)));
+    ui->txtUnapplied->setText(FormatAmount(result.unapplied));
+    grid->setTextMatrix(row, AppliedAmountColumn, FormatAmount(result.applied));
+    grid->setTextMatrix(row, NetBalanceColumn, FormatAmount(result.net));
+    AppliedRows{ApplyKeys, AppliedMarks}.add(ApplyCount, row, grid->TextMatrix(row, ApplyColumn));
+    grid->setTextMatrix(row, ApplyColumn, AppliedText);
+    markApplyCell(row, true);
+}
+
+void frmCR::Unapply_Document(int row) {
+    FlexGrid* grid = ui->MSFlexGrid1;
+    const Application result = UnapplyFromDocument(Strip_Commas(ui->txtUnapplied->text()),
+                                                   Strip_Commas(grid->TextMatrix(row, AppliedAmountColumn)),
+                                                   Strip_Commas(grid->TextMatrix(row, NetBalanceColumn)));
+    grid->setTextMatrix(row, AppliedAmountColumn, QStringLiteral("0.00"));
+    // The restored net balance is written as a plain number, unlike the other amounts.
+    grid->setTextMatrix(row, NetBalanceColumn, FormatPlain(result.net));
+    ui->txtUnapplied->setText(FormatAmount(result.unapplied));
+    const QString mark = AppliedRows{ApplyKeys, AppliedMarks}.remove(ApplyCount, row);
+    grid->setTextMatrix(row, ApplyColumn, mark);
+    markApplyCell(row, false);
+}
+
+void frmCR::markApplyCell(int row, bool applied) {
+    FlexGrid* grid = ui->MSFlexGrid1;
+    const int oldRow = grid->Row();
+    const int oldCol = grid->Col();
+    const QSignalBlocker quiet(grid); // marking a cell is no move of the clerk's
+    grid->setRow(row);
+    grid->setCol(ApplyColumn);
+    grid->setCellFontBold(applied);
+    grid->setCellBackColor(applied ? QColor(0xc8, 0xe6, 0xc9) : QColor());
+    grid->setRow(oldRow);
+    grid->setCol(oldCol);
+}
+
+void frmCR::Make_ReceiptNumber() {
+    ui->txtReceiptNum->setText(ReceiptNumberText(CurrentBatch, CurrentEntry, Today()));
+}
+
+void frmCR::cmdSearch_Click() {
+    // A new search starts the applications afresh: the receipt's whole amount is unapplied again.
+    if (ApplyCount > 0) {
+        ApplyCount = 0;
+        AppliedRows{ApplyKeys, AppliedMarks}.reset();
+        EntryDirty = false;
+        setSaveEnabled(false);
+        ui->txtUnapplied->setText(ui->txtAmount->text());
+    }
+    Load_OpenDocuments();
+    Make_ReceiptNumber();
+}
+
+} // namespace tillbook

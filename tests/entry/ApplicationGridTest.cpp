@@ -1,0 +1,164 @@
+// Applying a receipt in the grid of the receipt window: the figures of each application, the refusal when
+// nothing is left, unapplying in the middle, what the grid ignores, and the prepayment's pick.
+#include "settings/Globals.h"
+#include "support/AnswerMessageBoxes.h"
+#include "support/BankDialog.h"
+#include "support/Grab.h"
+#include "support/ReceiptWindow.h"
+#include "support/SampleCompany.h"
+
+#include <QAction>
+#include <QPushButton>
+#include <QTest>
+
+using namespace tillbook;
+
+class ApplicationGridTest : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<test::SampleCompany> company;
+    std::unique_ptr<test::ReceiptWindow> window;
+
+    FlexGrid* grid() const { return window->grid(); }
+    void dblClick(int row, int col) {
+        grid()->setRow(row);
+        grid()->setCol(col);
+        window->form->MSFlexGrid1_DblClick();
+    }
+    bool saveEnabled() const {
+        return window->enabled("cmdSave") && window->form->findChild<QAction*>("mnuFileSave")->isEnabled();
+    }
+
+    // A new entry in a new batch with the first customer chosen in the given mode and the documents searched.
+    void startEntry(int mode) {
+        QVERIFY(window->open());
+        test::answerBankDialog(0);
+        window->form->cmdNewBatch_Click();
+        window->form->cmdNewEntry_Click();
+        window->combo("cboTransType")->setListIndex(mode);
+        window->combo("cboCustomers")->setListIndex(0);
+        if (mode == 0)
+            window->form->cmdSearch_Click();
+        QVERIFY(!grid()->TextMatrix(3, mode == 0 ? 2 : 0).isEmpty()); // three documents to work with
+    }
+
+private slots:
+    void initTestCase() {
+        qputenv("TILLBOOK_TODAY", "2026-03-15");
+        qputenv("TILLBOOK_SHORT_DATE", "MM/dd/yyyy");
+    }
+    void init() {
+        // Customers with many documents, so that the first one has at least three.
+        company = std::make_unique<test::SampleCompany>(QStringLiteral("SAMINC"), 5, 200);
+        window = std::make_unique<test::ReceiptWindow>();
+    }
+    void cleanup() {
+        window.reset();
+        company.reset();
+    }
+
+    void twoApplicationsUseTheReceiptUpAndAThirdIsRefused() {
+        startEntry(0);
+        QCOMPARE(window->text("txtReceiptNum"),
+                 QString("%1-001-20260315").arg(CurrentBatch.rightJustified(4, '0')));
+        grid()->setTextMatrix(1, 8, "100.00");
+        grid()->setTextMatrix(2, 8, "400.00");
+        window->edit("txtAmount")->setText("250.00");
+        window->edit("txtUnapplied")->setText("250.00");
+        QVERIFY(!saveEnabled());
+
+        dblClick(1, 0);
+        QCOMPARE(grid()->TextMatrix(1, 0), QString("Yes"));
+        QVERIFY(grid()->property("CellFontBold").isValid());
+        QCOMPARE(grid()->TextMatrix(1, 4), QString("100.00"));
+        QCOMPARE(grid()->TextMatrix(1, 8), QString("0.00"));
+        QCOMPARE(window->text("txtUnapplied"), QString("150.00"));
+        QVERIFY(saveEnabled());
+        QVERIFY(EntryDirty);
+
+        dblClick(2, 0);
+        QCOMPARE(grid()->TextMatrix(2, 4), QString("150.00"));
+        QCOMPARE(grid()->TextMatrix(2, 8), QString("250.00"));
+        QCOMPARE(window->text("txtUnapplied"), QString("0.00"));
+        QCOMPARE(ApplyCount, 2);
+        QCOMPARE(ApplyKeys, (std::vector<int>{1, 2}));
+        test::grabToPng(window->form, "frmCR-applied");
+
+        {
+            test::AnswerMessageBoxes boxes;
+            const QString before = grid()->TextMatrix(3, 0);
+            dblClick(3, 0);
+            QCOMPARE(boxes.asked.size(), 1);
+            QCOMPARE(boxes.asked[0].prompt, QString("The unapplied amount must be greater than $0.00."));
+            QCOMPARE(boxes.asked[0].title, QString("Invalid Entry"));
+            QCOMPARE(boxes.asked[0].buttons, vbOKOnly);
+            QCOMPARE(grid()->TextMatrix(3, 0), before);
+            QCOMPARE(ApplyCount, 2);
+        }
+
+        // Unapplying the second gives its net balance back as a plain number.
+        dblClick(2, 0);
+        QCOMPARE(grid()->TextMatrix(2, 8), QString("400"));
+        QCOMPARE(grid()->TextMatrix(2, 4), QString("0.00"));
+        QCOMPARE(window->text("txtUnapplied"), QString("150.00"));
+        QCOMPARE(ApplyCount, 1);
+        QVERIFY(saveEnabled());
+
+        dblClick(1, 0);
+        QCOMPARE(ApplyCount, 0);
+        QVERIFY(!saveEnabled());
+        QVERIFY(!EntryDirty);
+        QCOMPARE(window->text("txtUnapplied"), QString("250.00"));
+    }
+
+    void unapplyingTheMiddleOfThreeKeepsTheOthersInOrder() {
+        startEntry(0);
+        for (int row = 1; row <= 3; ++row)
+            grid()->setTextMatrix(row, 8, "10.00");
+        window->edit("txtUnapplied")->setText("1,000.00");
+        const QString middleMark = grid()->TextMatrix(2, 0);
+        dblClick(1, 0);
+        dblClick(2, 0);
+        dblClick(3, 0);
+        QCOMPARE(window->text("txtUnapplied"), QString("970.00"));
+        dblClick(2, 0);
+        QCOMPARE(ApplyKeys, (std::vector<int>{1, 3}));
+        QCOMPARE(grid()->TextMatrix(2, 0), middleMark);
+        QCOMPARE(grid()->TextMatrix(3, 0), QString("Yes"));
+        QCOMPARE(window->text("txtUnapplied"), QString("980.00"));
+    }
+
+    void otherColumnsEmptyRowsAndALockedEntryIgnoreADoubleClick() {
+        startEntry(0);
+        window->edit("txtUnapplied")->setText("50.00");
+        dblClick(1, 2);
+        grid()->setRows(grid()->Rows() + 1);
+        dblClick(grid()->Rows() - 1, 0); // a row without a document
+        QCOMPARE(ApplyCount, 0);
+        window->form->Lock_Entry();
+        dblClick(1, 0);
+        QCOMPARE(ApplyCount, 0);
+        QCOMPARE(grid()->TextMatrix(1, 0) == "Yes", false);
+    }
+
+    void aPrepaymentPicksTheDocumentOnlyWithAnAmount() {
+        startEntry(1);
+        window->edit("txtAmount")->setText("");
+        dblClick(1, 0);
+        QVERIFY(window->text("txtPrePay").isEmpty());
+        window->edit("txtAmount")->setText("0.00");
+        dblClick(1, 0);
+        QVERIFY(window->text("txtPrePay").isEmpty());
+        QVERIFY(!saveEnabled());
+
+        window->edit("txtAmount")->setText("75.00");
+        dblClick(2, 0);
+        QCOMPARE(window->text("txtPrePay"), grid()->TextMatrix(2, 0));
+        QVERIFY(!window->text("txtReceiptNum").isEmpty());
+        QVERIFY(saveEnabled());
+        QVERIFY(EntryDirty);
+    }
+};
+
+QTEST_MAIN(ApplicationGridTest)
+#include "ApplicationGridTest.moc"
