@@ -102,16 +102,7 @@ void frmCR::Unapply_Document(int row) {
 }
 
 void frmCR::markApplyCell(int row, bool applied) {
-    FlexGrid* grid = ui->MSFlexGrid1;
-    const int oldRow = grid->Row();
-    const int oldCol = grid->Col();
-    const QSignalBlocker quiet(grid); // marking a cell is no move of the clerk's
-    grid->setRow(row);
-    grid->setCol(ApplyColumn);
-    grid->setCellFontBold(applied);
-    grid->setCellBackColor(applied ? QColor(0xc8, 0xe6, 0xc9) : QColor());
-    grid->setRow(oldRow);
-    grid->setCol(oldCol);
+    ui->MSFlexGrid1->setCellLook(row, ApplyColumn, applied, applied ? QColor(0xc8, 0xe6, 0xc9) : QColor());
 }
 
 void frmCR::Make_ReceiptNumber() {

@@ -92,9 +92,7 @@ void frmCR::Add_GridRow(const QStringList& values, int row, int lastColumn, int 
             grid->setTextMatrix(row, c, value.trimmed());
         } else {
             grid->setTextMatrix(row, c, FormatAmount(ValMoney(value)));
-            grid->setRow(row);
-            grid->setCol(c);
-            grid->setCellAlignment(flexAlignRightCenter);
+            grid->setCellAlignment(row, c, flexAlignRightCenter);
         }
     }
 }

@@ -317,20 +317,18 @@ void FlexGrid::setCellAlignment(int alignment) {
         m_cells->setAlignment(m_row, m_col, alignment);
 }
 
-bool FlexGrid::CellFontBold() const {
-    return m_cells->cell(m_row, m_col).bold;
+void FlexGrid::setCellAlignment(int row, int col, int alignment) {
+    if (contains(row, col) && alignment >= flexAlignLeftTop && alignment <= flexAlignRightBottom)
+        m_cells->setAlignment(row, col, alignment);
 }
 
-void FlexGrid::setCellFontBold(bool bold) {
-    m_cells->setLook(m_row, m_col, bold, CellBackColor());
+bool FlexGrid::CellBold(int row, int col) const {
+    return contains(row, col) && m_cells->cell(row, col).bold;
 }
 
-QColor FlexGrid::CellBackColor() const {
-    return m_cells->cell(m_row, m_col).back;
-}
-
-void FlexGrid::setCellBackColor(const QColor& color) {
-    m_cells->setLook(m_row, m_col, CellFontBold(), color);
+void FlexGrid::setCellLook(int row, int col, bool bold, const QColor& back) {
+    if (contains(row, col))
+        m_cells->setLook(row, col, bold, back);
 }
 
 int FlexGrid::TopRow() const {

@@ -40,8 +40,6 @@ class FlexGrid : public QTableView {
     Q_PROPERTY(QString FormatString READ FormatString WRITE setFormatString)
     Q_PROPERTY(int CellAlignment READ CellAlignment WRITE setCellAlignment)
     Q_PROPERTY(int TopRow READ TopRow WRITE setTopRow)
-    Q_PROPERTY(bool CellFontBold READ CellFontBold WRITE setCellFontBold)
-    Q_PROPERTY(QColor CellBackColor READ CellBackColor WRITE setCellBackColor)
 
 public:
     // A new grid has 2 rows (the header and one data row) and 2 columns; the current cell is row 1, column 0.
@@ -89,11 +87,11 @@ public:
     int CellAlignment() const;
     void setCellAlignment(int alignment);
 
-    // The current cell's look: bold text and a background colour (an invalid colour is the grid's own).
-    bool CellFontBold() const;
-    void setCellFontBold(bool bold);
-    QColor CellBackColor() const;
-    void setCellBackColor(const QColor& color);
+    // Any cell's alignment and look (bold text, a background colour; an invalid colour is the grid's own),
+    // without making it current: filling a grid moves no cell and raises no cell events.
+    void setCellAlignment(int row, int col, int alignment);
+    bool CellBold(int row, int col) const;
+    void setCellLook(int row, int col, bool bold, const QColor& back);
 
     // The current cell's rectangle in pixels, relative to the grid's own top-left corner: an editor placed at
     // the grid's position plus (CellLeft, CellTop), with the size (CellWidth, CellHeight), in the grid's

@@ -69,7 +69,7 @@ private slots:
 
         dblClick(1, 0);
         QCOMPARE(grid()->TextMatrix(1, 0), QString("Yes"));
-        QVERIFY(grid()->property("CellFontBold").isValid());
+        QVERIFY(grid()->CellBold(1, 0));
         QCOMPARE(grid()->TextMatrix(1, 4), QString("100.00"));
         QCOMPARE(grid()->TextMatrix(1, 8), QString("0.00"));
         QCOMPARE(window->text("txtUnapplied"), QString("150.00"));
@@ -106,6 +106,7 @@ private slots:
 
         dblClick(1, 0);
         QCOMPARE(ApplyCount, 0);
+        QVERIFY(!grid()->CellBold(1, 0));
         QVERIFY(!saveEnabled());
         QVERIFY(!EntryDirty);
         QCOMPARE(window->text("txtUnapplied"), QString("250.00"));
