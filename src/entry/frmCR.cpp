@@ -57,6 +57,7 @@ void frmCR::connectHandlers() {
     connect(ui->mnuHelpContents, &QAction::triggered, this, &frmCR::mnuHelpContents_Click);
 
     connectSelection();
+    connectAmountAndDate();
 }
 
 bool frmCR::Form_Load() {
@@ -112,6 +113,7 @@ void frmCR::mnuTransMisc_Click() {
 void frmCR::cboTransType_Click() {
     Prompt_SaveEntry();
     Clear_Entry();
+    m_amountOnFocus = Money();
     const int mode = ui->cboTransType->ListIndex();
     setModeControls(mode);
     ui->MSFlexGrid1->setVisible(true);
@@ -170,6 +172,7 @@ void frmCR::Clear_Entry() {
     Load_FiscalYears(today);
     Load_FiscalPeriods(today);
     ui->txtAmount->clear();
+    DecimalTyped = false;
     ui->txtReceiptNum->clear();
     ui->txtPayer->clear();
     ui->txtUnapplied->clear();
