@@ -13,6 +13,9 @@ void frmCR::connectAmountAndDate() {
     onKeyPress(ui->txtAmount, [this](int& keyAscii) { txtAmount_KeyPress(keyAscii); });
     onLostFocus(ui->txtAmount, [this] { txtAmount_LostFocus(); });
 
+    // The date is keyed only: a paste from the context menu or a drop would go round its mask.
+    ui->txtDate->setContextMenuPolicy(Qt::NoContextMenu);
+    ui->txtDate->setAcceptDrops(false);
     onGotFocus(ui->txtDate, [this] { txtDate_GotFocus(); });
     connect(ui->txtDate, &QLineEdit::textChanged, this, &frmCR::txtDate_Change);
     onKeyPress(ui->txtDate, [this](int& keyAscii) { txtDate_KeyPress(keyAscii); });

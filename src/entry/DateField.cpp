@@ -35,15 +35,21 @@ void frmCR::txtDate_KeyPress(int& keyAscii) {
     }
 }
 
-void frmCR::txtDate_KeyUp(int keyCode, int /*shift*/) {
-    // Only the keys the field takes are finished here: the Tab that enters the field, arrows and refused
-    // letters leave it as it is.
-    if (keyCode != vbKeyBack && (keyCode < '0' || keyCode > '9'))
+void frmCR::txtDate_KeyUp(int keyCode, int shift) {
+    QLineEdit* field = ui->txtDate;
+    MaskedDate date;
+    if (keyCode == vbKeyBack || (keyCode >= '0' && keyCode <= '9')) {
+        date = FinishDateKey(field->text(), m_dateMask, m_datePos, m_dateTyping);
+    } else if (keyCode == vbKeyDelete || (shift & vbCtrlMask) || !FitsDateMask(field->text(), m_dateMask)) {
+        // Delete, cut, paste or undo went round the mask: the digits are laid back into it.
+        date = ReshapeDate(field->text(), m_dateMask);
+    } else {
+        // The Tab that enters the field, arrows and refused letters leave it as it is.
         return;
-    const MaskedDate date = FinishDateKey(ui->txtDate->text(), m_dateMask, m_datePos, m_dateTyping);
+    }
     m_datePos = date.pos;
-    ui->txtDate->setText(date.text);
-    ui->txtDate->setCursorPosition(date.pos);
+    field->setText(date.text);
+    field->setCursorPosition(date.pos);
 }
 
 void frmCR::txtDate_LostFocus() {

@@ -60,6 +60,35 @@ MaskedDate FinishDateKey(const QString& text, const QString& mask, int datePos, 
     return result;
 }
 
+bool FitsDateMask(const QString& text, const QString& mask) {
+    if (text.size() != mask.size())
+        return false;
+    for (qsizetype i = 0; i < mask.size(); ++i) {
+        const bool place = mask[i] == u'_';
+        if (place ? !(text[i] == u'_' || (text[i] >= u'0' && text[i] <= u'9')) : text[i] != mask[i])
+            return false;
+    }
+    return true;
+}
+
+MaskedDate ReshapeDate(const QString& text, const QString& mask) {
+    MaskedDate result{mask, 0};
+    qsizetype place = 0;
+    for (const QChar c : text) {
+        if (c < u'0' || c > u'9')
+            continue;
+        while (place < mask.size() && mask[place] != u'_')
+            ++place;
+        if (place == mask.size())
+            break;
+        result.text[place++] = c;
+        result.pos = static_cast<int>(place);
+    }
+    if (result.pos > 0 && result.pos < mask.size() && mask[result.pos] != u'_')
+        ++result.pos;
+    return result;
+}
+
 QVariant DateValueOf(const QString& text) {
     const QDate date = ParseShortDate(text);
     if (date.isValid())

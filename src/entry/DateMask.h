@@ -29,6 +29,13 @@ struct MaskedDate {
 // before the separator goes too. Separators are whatever the mask holds besides "_".
 MaskedDate FinishDateKey(const QString& text, const QString& mask, int datePos, bool dateTyping);
 
+// True when the text has the mask's shape: its length, its separators in place, digits or "_" elsewhere.
+bool FitsDateMask(const QString& text, const QString& mask);
+
+// Lays the digits of a text that lost the mask's shape (a Delete, a cut or a paste) into the mask's places in
+// their order; the position follows the last of them, past a separator after it.
+MaskedDate ReshapeDate(const QString& text, const QString& mask);
+
 // The value handed to the ledger for the date field's text: the date, when the text is one in the short date
 // form; otherwise the text as typed, which the ledger refuses in its own words.
 QVariant DateValueOf(const QString& text);

@@ -141,6 +141,27 @@ TEST(DateMask, OtherSeparatorsAndOrders) {
     EXPECT_EQ(typeDate(text, mask, "228", pos, typing), "2026-02-28");
 }
 
+TEST(DateMask, EditsAroundTheKeysAreLaidBackIntoTheMask) {
+    const QString mask = "__/__/____";
+    EXPECT_TRUE(FitsDateMask("12/0_/____", mask));
+    EXPECT_FALSE(FitsDateMask("1/01/2000", mask));  // a digit deleted
+    EXPECT_FALSE(FitsDateMask("12-01-2000", mask)); // separators moved
+    EXPECT_FALSE(FitsDateMask("12/ab/2000", mask));
+    // Deleted inside: the later digits move up; the caret follows the last digit, past a separator.
+    MaskedDate date = ReshapeDate("1/01/2000", mask);
+    EXPECT_EQ(date.text, "10/12/000_");
+    EXPECT_EQ(date.pos, 9);
+    date = ReshapeDate("2026-03-1", mask);
+    EXPECT_EQ(date.text, "20/26/031_");
+    date = ReshapeDate("1203 and more 2026 99", mask);
+    EXPECT_EQ(date.text, "12/03/2026");
+    EXPECT_EQ(date.pos, 10);
+    date = ReshapeDate("12", mask);
+    EXPECT_EQ(date.text, "12/__/____");
+    EXPECT_EQ(date.pos, 3);
+    EXPECT_EQ(ReshapeDate("", mask).pos, 0);
+}
+
 TEST(DateMask, TheLedgerGetsADateOrTheTextAsTyped) {
     qputenv("TILLBOOK_SHORT_DATE", "dd/MM/yyyy");
     EXPECT_EQ(DateValueOf("31/01/2026"), QVariant(QDate(2026, 1, 31)));
