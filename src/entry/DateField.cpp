@@ -37,16 +37,16 @@ void frmCR::txtDate_KeyPress(int& keyAscii) {
 
 void frmCR::txtDate_KeyUp(int keyCode, int shift) {
     QLineEdit* field = ui->txtDate;
+    const bool taken = keyCode == vbKeyBack || (keyCode >= '0' && keyCode <= '9');
+    const bool aroundTheKeys = keyCode == vbKeyDelete || (shift & vbCtrlMask);
     MaskedDate date;
-    if (keyCode == vbKeyBack || (keyCode >= '0' && keyCode <= '9')) {
+    if (taken)
         date = FinishDateKey(field->text(), m_dateMask, m_datePos, m_dateTyping);
-    } else if (keyCode == vbKeyDelete || (shift & vbCtrlMask) || !FitsDateMask(field->text(), m_dateMask)) {
-        // Delete, cut, paste or undo went round the mask: the digits are laid back into it.
+    else if (!aroundTheKeys && FitsDateMask(field->text(), m_dateMask))
+        return; // the Tab that enters the field, arrows and refused letters leave it as it is
+    // Delete, cut, paste or a word erased at once went round the mask: its digits are laid back into it.
+    if (!taken || !FitsDateMask(date.text, m_dateMask))
         date = ReshapeDate(field->text(), m_dateMask);
-    } else {
-        // The Tab that enters the field, arrows and refused letters leave it as it is.
-        return;
-    }
     m_datePos = date.pos;
     field->setText(date.text);
     field->setCursorPosition(date.pos);

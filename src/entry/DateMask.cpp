@@ -48,7 +48,7 @@ MaskedDate FinishDateKey(const QString& text, const QString& mask, int datePos, 
     MaskedDate result;
     if (dateTyping) {
         result.text = text.left(pos) + mask.right(length - pos);
-        if (pos < length && result.text[pos] != u'_')
+        if (pos < length && pos < result.text.size() && result.text[pos] != u'_')
             ++pos;
     } else {
         const auto [p1, p2] = separatorPositions(mask);

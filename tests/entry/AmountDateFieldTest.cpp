@@ -117,6 +117,8 @@ private slots:
         QTest::keyClick(date, Qt::Key_Delete);
         QCOMPARE(date->text(), QString("10/22/026_"));
         QCOMPARE(window->form->DatePos(), 9);
+        QTest::keyClick(date, Qt::Key_Backspace, Qt::ControlModifier); // a word at once
+        QCOMPARE(date->text(), QString("10/22/____"));
         test::grabToPng(window->form, "frmCR-date-typed");
 
         // Left half typed, the ledger refuses it; typed over, it is taken.
