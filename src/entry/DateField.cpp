@@ -17,8 +17,9 @@ void frmCR::txtDate_Change() {}
 
 void frmCR::txtDate_KeyPress(int& keyAscii) {
     QLineEdit* field = ui->txtDate;
-    // Typing over the whole date, selected as the field is entered, keys it again from its start.
-    if (field->hasSelectedText() && field->selectedText().size() == field->text().size())
+    // A digit or Backspace over the whole date (selected as the field is entered) keys it from its start.
+    const bool keyed = keyAscii == vbKeyBack || (keyAscii >= '0' && keyAscii <= '9');
+    if (keyed && field->hasSelectedText() && field->selectedText().size() == field->text().size())
         m_datePos = 0;
     switch (PressDateKey(keyAscii, static_cast<int>(m_dateMask.size()), m_datePos, m_dateTyping)) {
     case DateKey::Typed:
