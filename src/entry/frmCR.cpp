@@ -59,6 +59,7 @@ void frmCR::connectHandlers() {
     connectSelection();
     connectApplicationGrid();
     connectSaving();
+    connectAmountAndDate();
 }
 
 bool frmCR::Form_Load() {
@@ -114,6 +115,7 @@ void frmCR::mnuTransMisc_Click() {
 void frmCR::cboTransType_Click() {
     Prompt_SaveEntry();
     Clear_Entry();
+    m_amountOnFocus = Money();
     const int mode = ui->cboTransType->ListIndex();
     setModeControls(mode);
     ui->MSFlexGrid1->setVisible(true);
@@ -172,6 +174,7 @@ void frmCR::Clear_Entry() {
     Load_FiscalYears(today);
     Load_FiscalPeriods(today);
     ui->txtAmount->clear();
+    DecimalTyped = false;
     ui->txtReceiptNum->clear();
     ui->txtPayer->clear();
     ui->txtUnapplied->clear();

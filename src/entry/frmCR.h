@@ -1,6 +1,7 @@
 #pragma once
 
 #include "posting/Posting.h"
+#include "ledger/Money.h"
 
 #include <QMainWindow>
 #include <QStringList>
@@ -110,6 +111,32 @@ public slots:
     void Load_ReceiptLines(int receiptType);
     void Load_AppliedDocuments();
     void Load_Distributions();
+
+    // ---- The amount and date fields ----
+public:
+    Money AmountOnFocus() const { return m_amountOnFocus; }
+    int DatePos() const { return m_datePos; }
+    bool DateTyping() const { return m_dateTyping; }
+
+public slots:
+    void txtAmount_GotFocus();
+    void txtAmount_KeyPress(int& keyAscii);
+    void txtAmount_LostFocus();
+    // The remaining amount (undistributed when `distribution`, else unapplied) after the amount changed since
+    // the field took the focus, formatted for the screen.
+    QString Adjust_Remaining(bool distribution);
+    void txtDate_GotFocus();
+    void txtDate_Change();
+    void txtDate_KeyPress(int& keyAscii);
+    void txtDate_KeyUp(int keyCode, int shift);
+    void txtDate_LostFocus();
+
+private:
+    void connectAmountAndDate();
+    Money m_amountOnFocus;     // the amount when its field last took the focus
+    int m_datePos = 0;         // characters of the date field filled; the caret stands after them
+    bool m_dateTyping = false; // the last key in the date field was a digit, not Backspace
+    // ---- end of the amount and date fields ----
 
 protected:
     void closeEvent(QCloseEvent* event) override;

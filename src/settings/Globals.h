@@ -43,6 +43,7 @@ inline std::vector<int> ApplyKeys; // the "CNTKEY" of each applied document
 inline std::vector<QString> AppliedMarks;
 
 inline Money ReceiptAmount;         // the entry's amount, commas removed
+inline bool DecimalTyped = false;   // a decimal point has been typed into the amount
 inline std::int16_t DistLines = 0;  // distribution lines of a miscellaneous receipt
 inline std::int16_t FinderKind = 0; // 1 distribution codes, 2 G/L accounts
 inline bool PostOK = false;         // the last posting succeeded

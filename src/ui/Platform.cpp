@@ -18,6 +18,11 @@ std::function<void(const QString&)>& shellRecorder() {
     return instance;
 }
 
+std::function<void()>& beepRecorder() {
+    static std::function<void()> instance;
+    return instance;
+}
+
 QMessageBox::Icon iconOf(int icon) {
     switch (icon) {
     case vbCritical:
@@ -102,6 +107,18 @@ void Shell(const QString& commandLine) {
 
 void setShellRecorder(std::function<void(const QString&)> recorder) {
     shellRecorder() = std::move(recorder);
+}
+
+void Beep() {
+    if (beepRecorder()) {
+        beepRecorder()();
+        return;
+    }
+    QApplication::beep();
+}
+
+void setBeepRecorder(std::function<void()> recorder) {
+    beepRecorder() = std::move(recorder);
 }
 
 } // namespace tillbook

@@ -1,7 +1,7 @@
 #pragma once
 
-// The two places where the program meets the desktop: modal message boxes and starting other programs.
-// Both have a hook so that tests answer message boxes and record command lines instead of waiting on them.
+// Where the program meets the desktop: modal message boxes, starting other programs and the beep. Each has a
+// hook so that tests answer message boxes and record command lines and beeps instead of waiting on them.
 
 #include <QString>
 #include <functional>
@@ -49,5 +49,11 @@ void Shell(const QString& commandLine);
 // While a recorder is set, nothing is started: the recorder receives the command line. An empty function
 // removes it.
 void setShellRecorder(std::function<void(const QString&)> recorder);
+
+// Sounds the warning beep of a refused key.
+void Beep();
+
+// While a recorder is set, no sound is made: the recorder is called instead. An empty function removes it.
+void setBeepRecorder(std::function<void()> recorder);
 
 } // namespace tillbook

@@ -1,0 +1,69 @@
+// The receipt window: the masked date field, and the fiscal year and period that follow the date keyed.
+#include "entry/DateMask.h"
+#include "entry/frmCR.h"
+#include "fetching/ReceiptDate.h"
+#include "ledger/LedgerError.h"
+#include "ui/Events.h"
+#include "ui/Platform.h"
+#include "ui_frmCR.h"
+
+#include <QDate>
+
+namespace tillbook {
+
+void frmCR::txtDate_GotFocus() {}
+
+void frmCR::txtDate_Change() {}
+
+void frmCR::txtDate_KeyPress(int& keyAscii) {
+    QLineEdit* field = ui->txtDate;
+    // A digit or Backspace over the whole date (selected as the field is entered) keys it from its start.
+    const bool keyed = keyAscii == vbKeyBack || (keyAscii >= '0' && keyAscii <= '9');
+    if (keyed && field->hasSelectedText() && field->selectedText().size() == field->text().size())
+        m_datePos = 0;
+    switch (PressDateKey(keyAscii, static_cast<int>(m_dateMask.size()), m_datePos, m_dateTyping)) {
+    case DateKey::Typed:
+        // The key edits where the typed part ends, wherever a click has put the caret.
+        field->setCursorPosition(m_dateTyping ? m_datePos - 1 : m_datePos);
+        break;
+    case DateKey::Dropped:
+        keyAscii = 0;
+        break;
+    case DateKey::Refused:
+        keyAscii = 0;
+        Beep();
+        break;
+    }
+}
+
+void frmCR::txtDate_KeyUp(int keyCode, int shift) {
+    QLineEdit* field = ui->txtDate;
+    const bool taken = keyCode == vbKeyBack || (keyCode >= '0' && keyCode <= '9');
+    const bool aroundTheKeys = keyCode == vbKeyDelete || (shift & vbCtrlMask);
+    MaskedDate date;
+    if (taken)
+        date = FinishDateKey(field->text(), m_dateMask, m_datePos, m_dateTyping);
+    else if (!aroundTheKeys && FitsDateMask(field->text(), m_dateMask))
+        return; // the Tab that enters the field, arrows and refused letters leave it as it is
+    // Delete, cut, paste or a word erased at once went round the mask: its digits are laid back into it.
+    if (!taken || !FitsDateMask(date.text, m_dateMask))
+        date = ReshapeDate(field->text(), m_dateMask);
+    m_datePos = date.pos;
+    field->setText(date.text);
+    field->setCursorPosition(date.pos);
+}
+
+void frmCR::txtDate_LostFocus() {
+    const QVariant value = DateValueOf(ui->txtDate->text());
+    // An impossible date finds no fiscal year or period of its own; the ledger then refuses it by name.
+    const QDate date = value.typeId() == QMetaType::QDate ? value.toDate() : QDate();
+    Load_FiscalYears(date);
+    Load_FiscalPeriods(date);
+    try {
+        Put_ReceiptDate(value);
+    } catch (const LedgerError& error) {
+        reportLedgerError(QStringLiteral("The receipt date could not be taken."), error.description());
+    }
+}
+
+} // namespace tillbook

@@ -1,0 +1,14 @@
+#pragma once
+
+// The receipt date handed to the kept receipt header view as the clerk leaves the date field.
+
+#include <QVariant>
+
+namespace tillbook {
+
+// A verified put of "DATERMIT" on the receipt header view: a date, or text the ledger reads as one. Throws
+// LedgerError when the ledger refuses it (an impossible date among them). Does nothing while no company is
+// open.
+void Put_ReceiptDate(const QVariant& date);
+
+} // namespace tillbook

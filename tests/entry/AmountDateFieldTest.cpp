@@ -1,0 +1,162 @@
+// The receipt window's amount and date fields typed into as a clerk does: the remaining amounts and buttons
+// on leaving the amount; the date mask with real keys, and the fiscal lists and the ledger's date on leaving,
+// impossible dates and a day-first form included.
+#include "support/AnswerMessageBoxes.h"
+#include "support/Grab.h"
+#include "support/ReceiptWindow.h"
+#include "support/SampleCompany.h"
+#include "ui/Platform.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QTest>
+
+using namespace tillbook;
+
+class AmountDateFieldTest : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<test::SampleCompany> company;
+    std::unique_ptr<test::ReceiptWindow> window;
+    int beeps = 0;
+
+    // Tabs into a field, which selects its text, types the keys and tabs out when asked.
+    QLineEdit* type(const char* name, const QString& keys, bool leave = true) {
+        window->form->activateWindow();
+        if (!QTest::qWaitForWindowActive(window->form))
+            qFatal("the receipt window does not become active");
+        QLineEdit* field = window->edit(name);
+        field->setFocus(Qt::TabFocusReason);
+        QTest::keyClicks(field, keys);
+        if (leave)
+            window->edit("txtEntDesc")->setFocus(Qt::TabFocusReason);
+        return field;
+    }
+    bool saveEnabled() const {
+        return window->enabled("cmdSave") && test::control<QAction>(window->form, "mnuFileSave")->isEnabled();
+    }
+    QDate headerDate() const { return ReceiptHeaderView->fields().item("DATERMIT").value().toDate(); }
+
+private slots:
+    void initTestCase() {
+        qputenv("TILLBOOK_TODAY", "2026-03-15");
+        company = std::make_unique<test::SampleCompany>();
+        setBeepRecorder([this] { ++beeps; });
+    }
+    void cleanupTestCase() {
+        setBeepRecorder({});
+        company.reset();
+    }
+    void init() {
+        qputenv("TILLBOOK_SHORT_DATE", "MM/dd/yyyy");
+        window = std::make_unique<test::ReceiptWindow>();
+        QVERIFY(window->open());
+    }
+    void cleanup() { window.reset(); }
+
+    void theRemainingAmountsAndButtonsFollowTheAmount() {
+        QCOMPARE(type("txtAmount", "12.5.0")->text(), QString("12.50"));
+        QCOMPARE(window->text("txtUnapplied"), QString("12.50"));
+        QVERIFY(!window->enabled("cmdSearch")); // no customer yet
+
+        // 30.00 applied out of 100.00, changed to 80.00; Save waits for the amount to be applied again.
+        window->combo("cboCustomers")->setListIndex(0);
+        window->edit("txtAmount")->setText("100.00");
+        window->edit("txtUnapplied")->setText("70.00");
+        window->form->findChild<QWidget*>("cmdSave")->setEnabled(true);
+        QLineEdit* amount = type("txtAmount", "8", false);
+        QVERIFY(!saveEnabled());
+        QCOMPARE(window->form->AmountOnFocus(), Money::fromWhole(100));
+        type("txtAmount", "0");
+        QCOMPARE(amount->text(), QString("80.00"));
+        QCOMPARE(window->text("txtUnapplied"), QString("50.00"));
+        QCOMPARE(ReceiptAmount, Money::fromWhole(80));
+        QVERIFY(window->enabled("cmdSearch"));
+        test::grabToPng(window->form, "frmCR-amount-changed");
+
+        // Emptied: "0.00", and neither save, search nor a new line.
+        type("txtAmount", "\b");
+        QCOMPARE(amount->text(), QString("0.00"));
+        QCOMPARE(window->text("txtUnapplied"), QString("-30.00"));
+        QVERIFY(!saveEnabled() && !window->enabled("cmdSearch") && !window->enabled("cmdNewInvoice"));
+
+        // A new mode counts from zero again and allows a point.
+        DecimalTyped = true;
+        window->combo("cboTransType")->setListIndex(2);
+        QVERIFY(!DecimalTyped);
+        QCOMPARE(window->form->AmountOnFocus(), Money());
+        type("txtAmount", "1,250.5");
+        QCOMPARE(window->text("txtDistribution"), QString("1,250.50"));
+        QVERIFY(window->enabled("cmdNewInvoice"));
+
+        // A picked prepayment keeps Save, even on a dropped key.
+        window->combo("cboTransType")->setListIndex(1);
+        window->edit("txtPrePay")->setText("IN0000012");
+        type("txtAmount", "x", false);
+        QVERIFY(saveEnabled());
+    }
+
+    void theDateMaskWithRealKeys() {
+        QLineEdit* date = type("txtDate", "1201", false);
+        QCOMPARE(date->text(), QString("12/01/____"));
+        QCOMPARE(date->cursorPosition(), 6);
+        QTest::keyClicks(date, "20009a/");
+        QCOMPARE(date->text(), QString("12/01/2000"));
+        QCOMPARE(beeps, 2); // the letter and the slash; the ninth digit is dropped quietly
+
+        // Backspace after a separator; then a refused key erases nothing, nor does a click move the typing.
+        QTest::keyClicks(date, "\b\b\b\b\b");
+        QCOMPARE(date->text(), QString("12/0_/____"));
+        QTest::keyClick(date, Qt::Key_Q);
+        date->setCursorPosition(9);
+        QTest::keyClicks(date, "22026");
+        QCOMPARE(date->text(), QString("12/02/2026"));
+        // Delete goes round the keys: the digits are laid back into the mask.
+        date->setCursorPosition(1);
+        QTest::keyClick(date, Qt::Key_Delete);
+        QCOMPARE(date->text(), QString("10/22/026_"));
+        QCOMPARE(window->form->DatePos(), 9);
+        QTest::keyClick(date, Qt::Key_Backspace, Qt::ControlModifier); // a word at once
+        QCOMPARE(date->text(), QString("10/22/____"));
+        test::grabToPng(window->form, "frmCR-date-typed");
+
+        // Left half typed, the ledger refuses it; typed over, it is taken.
+        test::AnswerMessageBoxes answers;
+        window->edit("txtEntDesc")->setFocus(Qt::TabFocusReason);
+        QCOMPARE(answers.asked.size(), 1);
+        type("txtDate", "12022026");
+        QCOMPARE(answers.asked.size(), 1);
+        QCOMPARE(window->combo("cboYear")->currentText(), QString("2026"));
+        QCOMPARE(window->combo("cboPeriod")->currentText(), QString("12"));
+        QCOMPARE(headerDate(), QDate(2026, 12, 2));
+    }
+
+    void anImpossibleDateIsRefusedByTheLedgerWithAClearMessage() {
+        test::AnswerMessageBoxes answers;
+        const QDate before = headerDate();
+        for (const QString& keys : {QString("02312026"), QString("00000000")}) {
+            type("txtDate", keys);
+            QVERIFY(window->combo("cboYear")->count() > 0);
+            QCOMPARE(window->combo("cboPeriod")->ListIndex(), -1);
+            QCOMPARE(headerDate(), before);
+        }
+        QCOMPARE(answers.asked.size(), 2);
+        QCOMPARE(answers.asked[0].title, QString("Tillbook - Receipt Entry"));
+        QVERIFY2(answers.asked[0].prompt.contains("\"02/31/2026\" is not a valid date"),
+                 qPrintable(answers.asked[0].prompt));
+        QVERIFY(answers.asked[1].prompt.contains("\"00/00/0000\""));
+        QCOMPARE(LedgerSession->errors().count(), 0);
+        // Keyed again correctly in a day-first form, the date is taken.
+        qputenv("TILLBOOK_SHORT_DATE", "dd/MM/yyyy");
+        window->combo("cboTransType")->setListIndex(0);
+        QCOMPARE(window->text("txtDate"), QString("15/03/2026"));
+        QCOMPARE(type("txtDate", "31012026")->text(), QString("31/01/2026"));
+        QCOMPARE(answers.asked.size(), 2);
+        QCOMPARE(window->combo("cboPeriod")->currentText(), QString("01"));
+        QCOMPARE(headerDate(), QDate(2026, 1, 31));
+    }
+};
+
+QTEST_MAIN(AmountDateFieldTest)
+#include "AmountDateFieldTest.moc"
