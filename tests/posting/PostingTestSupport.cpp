@@ -2,6 +2,7 @@
 
 #include "fetching/Batches.h"
 #include "fetching/OpenDocuments.h"
+#include "fetching/ReceiptRecall.h"
 #include "fetching/ReceiptViews.h"
 #include "ledger/Formats.h"
 #include "settings/Globals.h"
@@ -17,6 +18,28 @@ void restoreEnv(const char* name, const QByteArray& saved) {
         qunsetenv(name);
     else
         qputenv(name, saved);
+}
+
+// A customer whose open-document list starts with `count` invoices, and those invoices.
+QString customerWithInvoices(int count, std::vector<OpenInvoice>& invoices) {
+    const auto customers = LedgerSession->openView(QStringLiteral("AR0024"), QStringLiteral("AR"));
+    customers->browse(QStringLiteral("CNTOPENINV>0"), true);
+    while (customers->fetch()) {
+        const QString customer = customers->fields().item(QStringLiteral("IDCUST")).value().toString();
+        invoices.clear();
+        bool invoicesFirst = true;
+        Read_OpenDocuments(customer, {"CNTKEY", "IDINVC", "AMTDUE", "TRXTYPE"}, [&](const QStringList& row) {
+            if (int(invoices.size()) >= count)
+                return;
+            const Money due = Strip_Commas(row[2]);
+            invoicesFirst = invoicesFirst && row[3] == u"1" && due > Money();
+            invoices.push_back({row[0].toInt(), row[1], due});
+        });
+        if (invoicesFirst && int(invoices.size()) == count)
+            return customer;
+    }
+    ADD_FAILURE() << "no customer of the sample has " << count << " invoices first in its list";
+    return {};
 }
 
 } // namespace
@@ -46,7 +69,7 @@ void PostingTest::TearDown() {
     restoreEnv("TILLBOOK_TODAY", m_savedToday);
 }
 
-PostingInput PostingTest::keyed() const {
+PostingInput PostingTest::keyed(int invoices) {
     PostingInput input;
     input.batch = m_batch;
     input.entry = QStringLiteral("1");
@@ -56,31 +79,9 @@ PostingInput PostingTest::keyed() const {
     input.cboPeriod = QStringLiteral("03 ");
     input.cboYear = QStringLiteral(" 2026");
     input.txtPayer = QStringLiteral(" Ann Payer ");
+    if (invoices > 0)
+        input.customer = customerWithInvoices(invoices, m_invoices);
     return input;
-}
-
-QString PostingTest::customerWithInvoices(int count, std::vector<OpenInvoice>& invoices) {
-    const auto customers = LedgerSession->openView(QStringLiteral("AR0024"), QStringLiteral("AR"));
-    customers->browse(QStringLiteral("CNTOPENINV>0"), true);
-    while (customers->fetch()) {
-        const QString customer = customers->fields().item(QStringLiteral("IDCUST")).value().toString();
-        invoices.clear();
-        bool invoicesFirst = true;
-        Read_OpenDocuments(customer,
-                           {QStringLiteral("CNTKEY"), QStringLiteral("IDINVC"), QStringLiteral("AMTDUE"),
-                            QStringLiteral("TRXTYPE")},
-                           [&](const QStringList& row) {
-                               if (int(invoices.size()) >= count)
-                                   return;
-                               const Money due = Strip_Commas(row[2]);
-                               invoicesFirst = invoicesFirst && row[3] == u"1" && due > Money();
-                               invoices.push_back({row[0].toInt(), row[1], due});
-                           });
-        if (invoicesFirst && int(invoices.size()) == count)
-            return customer;
-    }
-    ADD_FAILURE() << "no customer of the sample has " << count << " invoices first in its list";
-    return {};
 }
 
 std::vector<QStringList> PostingTest::records(const QString& viewId, const QString& filter,
@@ -97,18 +98,17 @@ std::vector<QStringList> PostingTest::records(const QString& viewId, const QStri
     return found;
 }
 
-int PostingTest::entries() {
-    return int(records(QStringLiteral("AR0042"), QStringLiteral("CNTBTCH=") + m_batch, {}).size());
-}
-
-int PostingTest::lines(const QString& viewId) {
-    return int(records(viewId, QStringLiteral("CNTBTCH=") + m_batch, {}).size());
+std::vector<QStringList> PostingTest::entry(const QString& viewId, const QStringList& fields) {
+    return records(viewId, EntryFilter(m_batch, QStringLiteral("1")), fields);
 }
 
 QStringList PostingTest::batchFigures() {
-    const auto found = records(QStringLiteral("AR0041"), QStringLiteral("CNTBTCH=") + m_batch,
-                               {QStringLiteral("CNTENTER"), QStringLiteral("AMTENTER")});
-    return found.empty() ? QStringList() : found.front();
+    return records(QStringLiteral("AR0041"), QStringLiteral("CNTBTCH=") + m_batch, {"CNTENTER", "AMTENTER"})
+        .at(0);
+}
+
+int PostingTest::inBatch(const QString& viewId) {
+    return int(records(viewId, QStringLiteral("CNTBTCH=") + m_batch, {}).size());
 }
 
 QStringList PostingTest::prompts() const {

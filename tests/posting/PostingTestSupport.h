@@ -27,24 +27,27 @@ protected:
     void SetUp() override;
     void TearDown() override;
 
-    // The header fields a clerk keys, dated today in the current fiscal period.
-    PostingInput keyed() const;
-    // A customer whose open-document list starts with at least `count` invoices, and those invoices.
-    QString customerWithInvoices(int count, std::vector<OpenInvoice>& invoices);
+    // The header fields a clerk keys, dated today in the current fiscal period; with `invoices`, for a
+    // customer whose open-document list starts with that many invoices (kept in m_invoices).
+    PostingInput keyed(int invoices = 0);
 
-    // What the ledger holds, read through views of their own: the named fields of each matching record.
-    std::vector<QStringList> records(const QString& viewId, const QString& filter, const QStringList& fields);
-    // The batch's entries, lines of each kind, entry count and total as stored.
-    int entries();
-    int lines(const QString& viewId);
-    QStringList batchFigures(); // CNTENTER, AMTENTER
+    // What the ledger holds, read through views of their own: the fields of entry 1 of the batch, of its
+    // lines in a detail view, the batch's entry count and total, and how many records of a view the batch
+    // has.
+    std::vector<QStringList> entry(const QString& viewId, const QStringList& fields);
+    QStringList batchFigures();
+    int inBatch(const QString& viewId);
 
     QStringList prompts() const; // the message boxes shown, in order
 
     std::unique_ptr<SampleCompany> m_company;
     std::unique_ptr<AnswerMessageBoxes> m_boxes;
     QString m_batch;
+    std::vector<OpenInvoice> m_invoices;
     QByteArray m_savedShortDate, m_savedToday;
+
+private:
+    std::vector<QStringList> records(const QString& viewId, const QString& filter, const QStringList& fields);
 };
 
 } // namespace tillbook::test
