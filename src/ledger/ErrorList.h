@@ -1,7 +1,8 @@
 #pragma once
 
 // The session's list of errors, warnings and messages, in the order they arose. Callers read it after
-// an operation and clear it; the engine only appends.
+// an operation and clear it; the engine only appends. An operation that warns still does its work, and
+// then reports the warning to its caller as a failure of that priority.
 
 #include "ledger/LedgerError.h"
 
@@ -29,6 +30,9 @@ public:
     // Appends a warning or a message without failing.
     void warn(const QString& description) { append(description, ErrorPriority::Warning); }
     void note(const QString& description) { append(description, ErrorPriority::Message); }
+    // Throws the first warning or message appended from entry `since` on, if any: how an operation that
+    // has done its work tells its caller that something deserves a look.
+    void reportWarnings(int since) const;
 
 private:
     QList<ErrorEntry> m_entries;

@@ -1,7 +1,8 @@
 #pragma once
 
-// A small sample company in a temporary data folder, for tests of the program's windows. Its users are ADMIN
-// (password ADMIN) and any others a test adds.
+// A small sample company in a temporary data folder (or, when asked, on the throwaway PostgreSQL server), for
+// tests of the program's windows and procedures. Its users are ADMIN (password ADMIN) and any others a test
+// adds.
 
 #include "ledger/engine/CompanyStore.h"
 #include "ledger/engine/SampleCompany.h"
@@ -11,9 +12,12 @@ namespace tillbook::test {
 
 class SampleCompany {
 public:
+    // On PostgreSQL the company outlives the test: give it an ID of TestStore::uniqueId.
     explicit SampleCompany(const QString& id = QStringLiteral("SAMINC"), int customers = 30,
-                           int documents = 200)
-        : m_id(id) {
+                           int documents = 200, StoreKind kind = StoreKind::Sqlite)
+        : m_store(kind), m_id(id) {
+        if (!m_store.unavailableReason().isEmpty())
+            return;
         engine::SampleOptions options;
         options.customers = customers;
         options.documents = documents;
@@ -23,6 +27,8 @@ public:
 
     QString id() const { return m_id; }
     QString dataFolder() const { return m_store.dataFolder(); }
+    // Empty when the company was made; otherwise why its store cannot be used (for GTEST_SKIP).
+    QString unavailableReason() const { return m_store.unavailableReason(); }
 
     void addUser(const QString& name, const QString& password) {
         engine::CompanyStore::open(m_id)->setUser(name, password);

@@ -112,6 +112,25 @@ TEST_F(LedgerToolTest, StopOnErrorEndsTheScript) {
     EXPECT_FALSE(result.out.contains("not reached"));
 }
 
+TEST_F(LedgerToolTest, AWarnedOperationIsPrintedAndCountsAsDone) {
+    const ToolResult result = runTool({"run", "SAMINC", "-", "--stop-on-error"}, R"(open b AR0041
+open h AR0042
+compose b h
+compose h b
+put-unverified b CODEPYMTYP CA CNTBTCH 0
+insert b
+init h
+put h IDCUST 0001 DATERMIT 2025-05-02 AMTRMIT 10
+insert h
+echo written
+)");
+    EXPECT_EQ(result.exitCode, 0) << result.out.toStdString();
+    EXPECT_TRUE(
+        result.out.endsWith("! Warning (1): Receipt date 2025-05-02 is outside fiscal period 03 of 2025.\n"
+                            "written\n"))
+        << result.out.toStdString();
+}
+
 TEST_F(LedgerToolTest, BadInputIsRefusedClearly) {
     EXPECT_EQ(runTool({"create", "SAMINC"}).exitCode, 1); // exists already
     EXPECT_TRUE(runTool({"create", "SAMINC"}).err.contains("already exists"));

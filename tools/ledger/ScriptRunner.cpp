@@ -24,8 +24,9 @@ int ScriptRunner::run(QTextStream& script) {
         bool ok = true;
         try {
             ok = runLine(words);
-        } catch (const LedgerError&) {
-            ok = false;
+        } catch (const LedgerError& e) {
+            // A warning or message is printed, but the operation was done.
+            ok = e.priority() == ErrorPriority::Warning || e.priority() == ErrorPriority::Message;
         }
         printNewErrors();
         if (!ok) {

@@ -1,17 +1,28 @@
 #pragma once
 
 // Runs one operation of a session or view so that every failure reaches the caller the same way: as a
-// LedgerError that is also on the session's error list.
+// LedgerError that is also on the session's error list. An operation whose rules warned is done, and
+// then throws the warning, so that the caller sees it as its status and may go on.
 
 #include "ledger/ErrorList.h"
 #include "ledger/engine/StoreError.h"
 #include "ledger/filter/Filter.h"
 
+#include <type_traits>
+
 namespace tillbook::engine {
 
 template <typename Operation> auto guarded(ErrorList& errors, Operation operation) -> decltype(operation()) {
+    const int before = errors.count();
     try {
-        return operation();
+        if constexpr (std::is_void_v<decltype(operation())>) {
+            operation();
+            errors.reportWarnings(before);
+        } else {
+            auto result = operation();
+            errors.reportWarnings(before);
+            return result;
+        }
     } catch (const LedgerError&) {
         throw; // already on the list
     } catch (const StoreError& e) {

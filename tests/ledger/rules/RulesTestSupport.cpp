@@ -157,7 +157,12 @@ void Till::postReceipt(qint64 batch, qint64 expectedEntry, const QString& custom
         field("AR0061", "CNTKEY").putWithoutVerification(QString::number(key));
         post.read();
         field("AR0061", "APPLY").setValue("Y");
-        post.update();
+        try {
+            post.update();
+        } catch (const LedgerError& e) {
+            if (e.priority() != ErrorPriority::Warning)
+                throw; // a warning is shown and the posting goes on
+        }
     }
     view("AR0042").insert();
 }

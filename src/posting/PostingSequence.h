@@ -1,0 +1,53 @@
+#pragma once
+
+// A posting procedure as the list of its ledger statements, run in order under the error trap: a statement
+// that fails shows the session's errors, and the next statement runs unless the trap stopped the posting.
+// Building the list first keeps each procedure a plain reading of its steps.
+
+#include "ledger/View.h"
+
+#include <QString>
+#include <QVariant>
+#include <functional>
+#include <vector>
+
+namespace tillbook {
+
+class PostingSequence {
+public:
+    // Field values: a verified put (the ledger checks the value) or a put without verification.
+    void put(View& view, const char* field, const QVariant& value);
+    void putUnverified(View& view, const char* field, const QVariant& value);
+
+    void order(View& view, int keyNumber);
+    void browse(View& view, const QString& filter, bool ascending);
+    void fetch(View& view);
+    void read(View& view);
+    void init(View& view);
+    void process(View& view);
+    void update(View& view);
+    void insert(View& view);
+    // Any other statement.
+    void then(std::function<void()> statement);
+
+    // Starts from an empty error list and runs the statements until the end or until the trap stops.
+    void run() const;
+
+private:
+    std::vector<std::function<void()>> m_statements;
+};
+
+// Whether the ledger session and the receipt views are open; when not, tells the clerk, clears PostOK and
+// answers false.
+bool ReceiptViewsReady();
+
+// The value put in DATERMIT: the date typed in the short date form, or, when the text is no such date, the
+// text itself, so that the ledger refuses it with its own message.
+QVariant DateValue(const QString& txtDate);
+
+// The steps every posting starts with: the batch positioned by its number.
+void PositionBatch(PostingSequence& steps, const QString& batch);
+// After the header is positioned: a fresh open-document list and the detail view in key order.
+void ResetPostViews(PostingSequence& steps);
+
+} // namespace tillbook
