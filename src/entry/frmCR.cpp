@@ -18,6 +18,7 @@
 #include "ui/Forms.h"
 #include "ui/Help.h"
 #include "ui/Platform.h"
+#include "ui/frmAbout.h"
 #include "ui/frmWorking.h"
 #include "ui_frmCR.h"
 
@@ -55,6 +56,7 @@ void frmCR::connectHandlers() {
     connect(ui->cmdClose, &QPushButton::clicked, this, &frmCR::cmdClose_Click);
     connect(ui->mnuFileClose, &QAction::triggered, this, &frmCR::mnuFileClose_Click);
     connect(ui->mnuHelpContents, &QAction::triggered, this, &frmCR::mnuHelpContents_Click);
+    connect(ui->mnuHelpAbout, &QAction::triggered, this, &frmCR::mnuHelpAbout_Click);
 
     connectSelection();
 }
@@ -204,6 +206,10 @@ void frmCR::cmdSave_Click() {}
 
 void frmCR::mnuHelpContents_Click() {
     ShowHelp();
+}
+
+void frmCR::mnuHelpAbout_Click() {
+    ShowAbout(this);
 }
 
 void frmCR::cmdClose_Click() {
