@@ -1,6 +1,7 @@
 #include "app/frmLogin.h"
 
 #include "app/NewDialogFlags.h"
+#include "app/frmNew.h"
 #include "entry/frmCR.h"
 #include "settings/Registry.h"
 #include "ui/Events.h"
@@ -41,7 +42,10 @@ frmLogin::frmLogin(QWidget* parent) : QMainWindow(parent), ui(std::make_unique<U
     Form_Load();
 }
 
-frmLogin::~frmLogin() = default;
+frmLogin::~frmLogin() {
+    // A dialog still open goes with the sign-in window.
+    delete m_new;
+}
 
 void frmLogin::Form_Load() {
     FixFormSize(this, 7920, 3330);

@@ -257,12 +257,12 @@ void frmCR::changeEvent(QEvent* event) {
 void frmCR::Load_Customers() {
     std::vector<CustomerRecord> customers;
     try {
-        customers = Read_Customers(*LedgerSession);
+        customers = Read_Customers(*LedgerSession, frmWorking::ShownProgress());
     } catch (const LedgerError& error) {
         reportLedgerError(QStringLiteral("The customer list could not be read."), error.description());
         return;
     }
-    Sort_Customers(customers);
+    Sort_Customers(customers, frmWorking::ShownProgress());
     Customers = std::move(customers);
     Fill_CustomerCombo(static_cast<int>(Customers.size()));
 }
