@@ -24,9 +24,16 @@ QString GetKeyValue(const QString& keyPath, const QString& valueName, bool& foun
     // Text values come back as text and 32-bit numbers as numbers; other kinds count as found but empty.
     if (!found)
         return QString();
-    if (value.typeId() == QMetaType::QString || value.canConvert<qlonglong>())
+    switch (value.typeId()) {
+    case QMetaType::QString:
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
         return value.toString();
-    return QString();
+    default:
+        return QString();
+    }
 }
 
 QString SysInfoCommandLine(const QStringList& /*searchPaths*/) {
