@@ -47,7 +47,6 @@ void frmNew::Set_NewDatabase() {
     ui->fraDB->setTitle(QStringLiteral("New Database ID"));
     ui->txtNewDB->setReadOnly(false);
     ui->txtNewDB->setFocusPolicy(Qt::StrongFocus);
-    ui->txtNewDB->setBackgroundRole(QPalette::Base);
     ui->txtNewDB->setPalette(QPalette());
     setWindowTitle(QStringLiteral("Tillbook - New Database ID"));
 }
