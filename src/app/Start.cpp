@@ -2,10 +2,15 @@
 
 #include "app/frmLogin.h"
 #include "fetching/ReceiptViews.h"
+#include "ui/ProgramIcon.h"
+
+#include <QApplication>
 
 namespace tillbook {
 
 void Start_Main() {
+    // Every window of the program carries its icon.
+    QApplication::setWindowIcon(ProgramIcon());
     auto* login = new frmLogin();
     login->setAttribute(Qt::WA_DeleteOnClose);
     login->show();

@@ -1,12 +1,14 @@
 #include "app/frmLogin.h"
 
 #include "app/NewDialogFlags.h"
+#include "app/frmNew.h"
 #include "entry/frmCR.h"
 #include "settings/Registry.h"
 #include "ui/Events.h"
 #include "ui/Forms.h"
 #include "ui/Help.h"
 #include "ui/Platform.h"
+#include "ui/frmAbout.h"
 #include "ui_frmLogin.h"
 
 #include <QCoreApplication>
@@ -24,6 +26,7 @@ frmLogin::frmLogin(QWidget* parent) : QMainWindow(parent), ui(std::make_unique<U
     connect(ui->mnuFileOK, &QAction::triggered, this, &frmLogin::mnuFileOK_Click);
     connect(ui->mnuFileExit, &QAction::triggered, this, &frmLogin::mnuFileExit_Click);
     connect(ui->mnuHelpLogin, &QAction::triggered, this, &frmLogin::mnuHelpLogin_Click);
+    connect(ui->mnuHelpAbout, &QAction::triggered, this, &frmLogin::mnuHelpAbout_Click);
     connect(ui->mnuAddNewDB, &QAction::triggered, this, &frmLogin::mnuAddNewDB_Click);
     connect(ui->mnuAddNewUser, &QAction::triggered, this, &frmLogin::mnuAddNewUser_Click);
     connect(ui->mnuDeleteDB, &QAction::triggered, this, &frmLogin::mnuDeleteDB_Click);
@@ -39,7 +42,10 @@ frmLogin::frmLogin(QWidget* parent) : QMainWindow(parent), ui(std::make_unique<U
     Form_Load();
 }
 
-frmLogin::~frmLogin() = default;
+frmLogin::~frmLogin() {
+    // A dialog still open goes with the sign-in window.
+    delete m_new;
+}
 
 void frmLogin::Form_Load() {
     FixFormSize(this, 7920, 3330);
@@ -71,21 +77,29 @@ void frmLogin::Form_Activate() {
     }
 }
 
-void frmLogin::Load_DatabaseCombo() {
+void frmLogin::fillDatabaseList() {
     ui->cboDatabase->clear();
     for (const QString& id : DatabaseIDs) {
         if (!id.isEmpty())
             ui->cboDatabase->addItem(id);
     }
-    ui->cboDatabase->setListIndex(CurrentDatabase - 1);
 }
 
-void frmLogin::Load_UserCombo() {
+void frmLogin::fillUserList() {
     ui->cboUser->clear();
     for (const UserRecord& user : Users) {
         if (!user.UserName.isEmpty())
             ui->cboUser->addItem(user.UserName);
     }
+}
+
+void frmLogin::Load_DatabaseCombo() {
+    fillDatabaseList();
+    ui->cboDatabase->setListIndex(CurrentDatabase - 1);
+}
+
+void frmLogin::Load_UserCombo() {
+    fillUserList();
     ui->cboUser->setListIndex(CurrentUser - 1);
 }
 
@@ -198,10 +212,8 @@ void frmLogin::mnuHelpLogin_Click() {
     ShowHelp();
 }
 
-// Adding and removing database IDs and users come with the administration dialogs.
-void frmLogin::mnuAddNewDB_Click() {}
-void frmLogin::mnuAddNewUser_Click() {}
-void frmLogin::mnuDeleteDB_Click() {}
-void frmLogin::mnuDeleteUser_Click() {}
+void frmLogin::mnuHelpAbout_Click() {
+    ShowAbout(this);
+}
 
 } // namespace tillbook

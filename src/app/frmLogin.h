@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QPointer>
 #include <memory>
 
 namespace Ui {
@@ -8,6 +9,8 @@ class frmLogin;
 }
 
 namespace tillbook {
+
+class frmNew;
 
 // The sign-in window: a configured database ID, one of its users and the password, checked against the
 // password stored with the user. A successful sign-in opens the receipt window.
@@ -35,6 +38,7 @@ public slots:
     void cmdExit_Click();
     void mnuFileExit_Click();
     void mnuHelpLogin_Click();
+    void mnuHelpAbout_Click();
     void mnuAddNewDB_Click();
     void mnuAddNewUser_Click();
     void mnuDeleteDB_Click();
@@ -49,8 +53,13 @@ public slots:
 
 private:
     void Form_Load();
+    frmNew* newDialog();
+    // The lists from the arrays in memory, nothing selected.
+    void fillDatabaseList();
+    void fillUserList();
 
     std::unique_ptr<Ui::frmLogin> ui;
+    QPointer<frmNew> m_new; // the open new database/user dialog, one at a time
     bool m_initialised = false;
     QString m_typedPassword;
 };

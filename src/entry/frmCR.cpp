@@ -18,6 +18,7 @@
 #include "ui/Forms.h"
 #include "ui/Help.h"
 #include "ui/Platform.h"
+#include "ui/frmAbout.h"
 #include "ui/frmWorking.h"
 #include "ui_frmCR.h"
 
@@ -55,6 +56,7 @@ void frmCR::connectHandlers() {
     connect(ui->cmdClose, &QPushButton::clicked, this, &frmCR::cmdClose_Click);
     connect(ui->mnuFileClose, &QAction::triggered, this, &frmCR::mnuFileClose_Click);
     connect(ui->mnuHelpContents, &QAction::triggered, this, &frmCR::mnuHelpContents_Click);
+    connect(ui->mnuHelpAbout, &QAction::triggered, this, &frmCR::mnuHelpAbout_Click);
 
     connectSelection();
     connectApplicationGrid();
@@ -208,6 +210,10 @@ void frmCR::mnuHelpContents_Click() {
     ShowHelp();
 }
 
+void frmCR::mnuHelpAbout_Click() {
+    ShowAbout(this);
+}
+
 void frmCR::cmdClose_Click() {
     close();
 }
@@ -253,12 +259,12 @@ void frmCR::changeEvent(QEvent* event) {
 void frmCR::Load_Customers() {
     std::vector<CustomerRecord> customers;
     try {
-        customers = Read_Customers(*LedgerSession);
+        customers = Read_Customers(*LedgerSession, frmWorking::ShownProgress());
     } catch (const LedgerError& error) {
         reportLedgerError(QStringLiteral("The customer list could not be read."), error.description());
         return;
     }
-    Sort_Customers(customers);
+    Sort_Customers(customers, frmWorking::ShownProgress());
     Customers = std::move(customers);
     Fill_CustomerCombo(static_cast<int>(Customers.size()));
 }

@@ -46,6 +46,7 @@ public slots:
     void mnuFileClose_Click();
     void cmdSave_Click();
     void mnuHelpContents_Click();
+    void mnuHelpAbout_Click();
     void Form_Resize();
 
     void Clear_Entry();

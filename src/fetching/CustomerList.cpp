@@ -4,7 +4,7 @@
 
 namespace tillbook {
 
-std::vector<CustomerRecord> Read_Customers(Session& session) {
+std::vector<CustomerRecord> Read_Customers(Session& session, const TaskProgress& progress) {
     const std::unique_ptr<View> view = session.openView(QStringLiteral("AR0024"), QStringLiteral("AR"));
     view->browse(QStringLiteral("CNTOPENINV>0"), true);
     FieldCollection& fields = view->fields();
@@ -17,6 +17,8 @@ std::vector<CustomerRecord> Read_Customers(Session& session) {
     while (view->fetch()) {
         customers.push_back({name.value().toString(), id.value().toString(), street1.value().toString(),
                              street2.value().toString(), phone.value().toString()});
+        if (progress && customers.size() % ProgressStep == 0)
+            progress(static_cast<int>(customers.size()), 0);
     }
     return customers;
 }

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QDialog>
+#include <QElapsedTimer>
+#include <functional>
 #include <memory>
 
 namespace Ui {
@@ -9,7 +11,8 @@ class frmWorking;
 
 namespace tillbook {
 
-// The "Working..." window: a caption-only window shown while a long task runs on the one thread.
+// The "Working..." window: a caption-only window shown while a long task runs on the one thread, with a bar
+// that follows the task's progress.
 class frmWorking : public QDialog {
     Q_OBJECT
 
@@ -20,8 +23,19 @@ public:
     // Shows the window and paints it at once, before the task starts and holds the thread.
     void showNow();
 
+    // Moves the bar to `done` of `total`; a total of 0 shows a busy bar. The window is painted again only a
+    // few times a second, so that a task may report as often as it likes.
+    void setProgress(int done, int total);
+
+    // What a task reports its progress to: the bar of the Working window now shown, or nothing when none is.
+    static std::function<void(int done, int total)> ShownProgress();
+
+protected:
+    void hideEvent(QHideEvent* event) override;
+
 private:
     std::unique_ptr<Ui::frmWorking> ui;
+    QElapsedTimer m_sincePaint;
 };
 
 } // namespace tillbook

@@ -1,5 +1,5 @@
 // The sign-in window: what it shows at start, which password it checks, and what a sign-in and an exit store.
-#include "app/frmLogin.h"
+#include "LoginWindow.h"
 #include "settings/Globals.h"
 #include "support/AnswerMessageBoxes.h"
 #include "support/Grab.h"
@@ -19,34 +19,10 @@ using namespace tillbook;
 
 namespace {
 
-struct Login {
-    QPointer<frmLogin> form = new frmLogin();
-    ComboBox* cboDatabase = form->findChild<ComboBox*>("cboDatabase");
-    ComboBox* cboUser = form->findChild<ComboBox*>("cboUser");
-    QLineEdit* txtPassword = form->findChild<QLineEdit*>("txtPassword");
-    QPushButton* cmdOK = form->findChild<QPushButton*>("cmdOK");
-    QPushButton* cmdExit = form->findChild<QPushButton*>("cmdExit");
-    QAction* mnuFileOK = form->findChild<QAction*>("mnuFileOK");
-    QAction* mnuFilePassword = form->findChild<QAction*>("mnuFilePassword");
-
-    Login() {
-        form->setAttribute(Qt::WA_DeleteOnClose);
-        form->show();
-        if (!QTest::qWaitForWindowActive(form))
-            qWarning("the sign-in window did not become active");
-    }
-    ~Login() { delete form; }
-
-    // The clerk moves on to another control, so the password field loses the focus.
-    void leavePassword() { cmdExit->setFocus(Qt::TabFocusReason); }
-};
+using Login = test::LoginWindow;
 
 QWidget* receiptWindow() {
-    for (QWidget* w : QApplication::topLevelWidgets()) {
-        if (w->objectName() == "frmCR" && w->isVisible())
-            return w;
-    }
-    return nullptr;
+    return test::shownWindow("frmCR");
 }
 
 void closeReceiptWindows() {

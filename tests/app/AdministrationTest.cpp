@@ -1,0 +1,336 @@
+// The sign-in window's Add and Delete commands and the new database/user dialog: the limits, the questions,
+// what is kept in memory and what is stored, the name rules and the test sign-on against a real company.
+#include "LoginWindow.h"
+#include "app/NewDialogFlags.h"
+#include "app/frmNew.h"
+#include "settings/Globals.h"
+#include "support/AnswerMessageBoxes.h"
+#include "support/Grab.h"
+#include "support/SampleCompany.h"
+#include "support/TempSettings.h"
+
+#include <QDir>
+#include <QGroupBox>
+#include <QTest>
+
+using namespace tillbook;
+
+namespace {
+
+// The dialog the Add commands opened, with its controls.
+struct NewDialog {
+    QPointer<frmNew> form = qobject_cast<frmNew*>(test::shownWindow("frmNew"));
+    QLineEdit* txtNewDB = field("txtNewDB");
+    QLineEdit* txtNewUser = field("txtNewUser");
+    QLineEdit* txtNewPWD = field("txtNewPWD");
+    QLineEdit* txtVerPWD = field("txtVerPWD");
+    QPushButton* cmdOK = form ? form->findChild<QPushButton*>("cmdOK") : nullptr;
+
+    QLineEdit* field(const char* name) const { return form ? form->findChild<QLineEdit*>(name) : nullptr; }
+    bool shown() const { return form && QTest::qWaitForWindowActive(form); }
+    QString frame() const { return form->findChild<QGroupBox*>("fraDB")->title(); }
+    // Types into a field as the clerk does: the field gets the focus first.
+    static void type(QLineEdit* field, const QString& text) {
+        field->setFocus(Qt::TabFocusReason);
+        QTest::keyClicks(field, text);
+    }
+    void fill(const QString& db, const QString& user, const QString& password, const QString& verify) {
+        if (!txtNewDB->isReadOnly())
+            type(txtNewDB, db);
+        type(txtNewUser, user);
+        type(txtNewPWD, password);
+        type(txtVerPWD, verify);
+    }
+};
+
+// The box asked: its text, title, button set and icon in one line each.
+QString box(const MsgBoxRequest& r) {
+    return QString("%1 | %2 | %3 | %4").arg(r.prompt, r.title).arg(r.buttons).arg(r.icon);
+}
+
+} // namespace
+
+class AdministrationTest : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<test::TempSettings> settings;
+    std::unique_ptr<test::SampleCompany> company;
+
+    // Database IDs in slots 1.., each name of `users` a user of slot `database` whose password is its name;
+    // the database is remembered as the last sign-in's.
+    void store(const QStringList& ids, int database = 0, const QStringList& users = {}) {
+        for (int i = 0; i < ids.size(); ++i)
+            settings->set(QString("Database%1/DB%1").arg(i + 1), ids[i]);
+        for (int i = 0; i < users.size(); ++i) {
+            settings->set(QString("Database%1/Users/User%2").arg(database).arg(i + 1), users[i]);
+            settings->set(QString("Database%1/Users/Password%2").arg(database).arg(i + 1), users[i]);
+        }
+        if (database)
+            settings->set("ConnectInfo/Database", QString::number(database));
+    }
+    QString stored(const QString& key) const { return settings->raw(key); }
+
+private slots:
+    void initTestCase() {
+        company = std::make_unique<test::SampleCompany>();
+        company->addUser("CLERK", "PW2");
+    }
+    void cleanupTestCase() { company.reset(); }
+    void init() {
+        settings = std::make_unique<test::TempSettings>();
+        CurrentDatabase = CurrentUser = 0;
+        ReturnFromNew = DatabasesChanged = UsersChanged = AddingDatabase = false;
+    }
+    void cleanup() { settings.reset(); }
+
+    void threeDatabasesAreTheLimit() {
+        store({"ALPHA", "BRAVO", "CHARLIE"});
+        test::AnswerMessageBoxes answers;
+        test::LoginWindow login;
+        login.form->mnuAddNewDB_Click();
+        QCOMPARE(
+            box(answers.asked.value(0)),
+            QString("The Maximun number of databases has been reached.\nYou must first delete an existing "
+                    "database before you can add another. | Database Limit Reached | 0 | 0"));
+        QVERIFY(!test::shownWindow("frmNew"));
+
+        // With two the dialog opens for a new database.
+        DatabaseIDs[2].clear();
+        login.form->Load_DatabaseCombo();
+        ReturnFromNew = true;
+        login.form->mnuAddNewDB_Click();
+        NewDialog dialog;
+        QVERIFY(dialog.shown());
+        QVERIFY(AddingDatabase && !ReturnFromNew);
+        QCOMPARE(dialog.form->windowTitle(), QString("Tillbook - New Database ID"));
+        QCOMPARE(dialog.frame(), QString("New Database ID"));
+        QVERIFY(!dialog.txtNewDB->isReadOnly());
+        QCOMPARE(dialog.txtNewDB->focusPolicy(), Qt::StrongFocus);
+        test::grabToPng(dialog.form, "frmNew-database");
+    }
+
+    void tenUsersAreTheLimitBeforeADatabaseIsAskedFor() {
+        store({"SAMINC"}, 1, {"U1", "U2", "U3", "U4", "U5", "U6", "U7", "U8", "U9", "U10"});
+        test::AnswerMessageBoxes answers;
+        test::LoginWindow login;
+        login.cboDatabase->setListIndex(-1); // the ten users of the last database stay listed
+        login.form->mnuAddNewUser_Click();
+        QCOMPARE(
+            box(answers.asked.value(0)),
+            QString("The Maximun number of users has been reached.\nYou must first delete an existing user "
+                    "before you can add another. | User Limit Reached | 0 | 0"));
+
+        settings->set("Database1/Users/User10", "");
+        Users[9] = UserRecord();
+        login.form->Load_UserCombo();
+        login.form->mnuAddNewUser_Click();
+        QCOMPARE(box(answers.asked.value(1)),
+                 QString("Choose a database before entering a new user. | Input Required | 0 | 0"));
+        QVERIFY(!test::shownWindow("frmNew"));
+
+        login.cboDatabase->setListIndex(0);
+        login.form->mnuAddNewUser_Click();
+        NewDialog dialog;
+        QVERIFY(dialog.shown());
+        QVERIFY(!AddingDatabase);
+        QCOMPARE(dialog.form->windowTitle(), QString("Tillbook - New User Name"));
+        QCOMPARE(dialog.frame(), QString("Existing Database ID"));
+        QCOMPARE(dialog.txtNewDB->text(), QString("SAMINC"));
+        QVERIFY(dialog.txtNewDB->isReadOnly());
+        QCOMPARE(dialog.txtNewDB->focusPolicy(), Qt::NoFocus);
+        QCOMPARE(dialog.txtNewDB->palette().color(QPalette::Base),
+                 dialog.txtNewDB->palette().color(QPalette::Button));
+        test::grabToPng(dialog.form, "frmNew-user");
+    }
+
+    void deletingTheMiddleDatabaseClosesTheGapAndWaitsForExit() {
+        store({"ALPHA", "BRAVO", "CHARLIE"}, 2, {"U1"});
+        test::AnswerMessageBoxes answers(vbYes);
+        {
+            test::LoginWindow login;
+            login.form->mnuDeleteDB_Click();
+            QCOMPARE(box(answers.asked.value(0)),
+                     QString("Delete Database ID: BRAVO\nAre you sure that you want "
+                             "to remove this database? | Confirm Delete | 4 | 48"));
+            QCOMPARE(DatabaseIDs, (std::array<QString, 3>{"ALPHA", "CHARLIE", ""}));
+            for (const UserRecord& user : Users)
+                QVERIFY(user.UserName.isEmpty() && user.Password.isEmpty());
+            QCOMPARE(login.cboDatabase->count(), 2);
+            QCOMPARE(login.cboDatabase->ListIndex(), -1);
+            QCOMPARE(login.cboUser->count(), 0);
+            QCOMPARE(stored("Database2/DB2"), QString("BRAVO")); // not stored before Exit
+        }
+        test::LoginWindow again; // left without Exit: the ID is back
+        QCOMPARE(again.cboDatabase->count(), 3);
+        again.form->mnuDeleteDB_Click();
+        again.form->cmdExit_Click();
+        QCOMPARE(stored("Database2/DB2") + stored("Database3/DB3"), QString("CHARLIE"));
+        QCOMPARE(stored("Database2/Users/User1"), QString("U1")); // users stay under their slot
+    }
+
+    void deletingAUserStoresTheUsersWhateverTheAnswer() {
+        store({"SAMINC"}, 1, {"ANN", "BOB", "CAT"});
+        test::AnswerMessageBoxes answers(vbNo);
+        test::LoginWindow login;
+        login.cboUser->setListIndex(1);
+        settings->set("Database1/Users/User2", "SOMEONE"); // overwritten from memory, even on No
+        login.form->mnuDeleteUser_Click();
+        QCOMPARE(box(answers.asked.value(0)), QString("Delete User Name: BOB\nAre you sure that you want to "
+                                                      "remove this user? | Confirm Delete | 4 | 48"));
+        QCOMPARE(stored("Database1/Users/User2"), QString("BOB"));
+        QCOMPARE(login.cboUser->count(), 3);
+
+        answers.answerWith(vbYes);
+        login.cboUser->setListIndex(1);
+        login.form->mnuDeleteUser_Click();
+        QCOMPARE(login.cboUser->count(), 2);
+        QCOMPARE(login.cboUser->ListIndex(), -1);
+        QCOMPARE(stored("Database1/Users/User2") + stored("Database1/Users/Password2"), QString("CATCAT"));
+        QCOMPARE(stored("Database1/Users/User3") + stored("Database1/Users/Password3"), QString(""));
+
+        // With no user chosen there is nothing to delete: the clerk is told so.
+        login.form->mnuDeleteUser_Click();
+        QCOMPARE(answers.asked.value(2).title, QString("Input Required"));
+    }
+
+    void namesStartWithALetterAndHoldOnlyCapitalsAndDigits_data() {
+        QTest::addColumn<QString>("field");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("message");
+        for (const char* field : {"txtNewDB", "txtNewUser"}) {
+            QTest::addRow("%s 1ABC", field) << field << "1ABC"
+                                            << "The first character cannot be a number.";
+            QTest::addRow("%s ABC-1", field) << field << "ABC-1"
+                                             << "All characters must be capital letters or numbers.";
+            QTest::addRow("%s A1B2", field) << field << "A1B2"
+                                            << "";
+        }
+    }
+    void namesStartWithALetterAndHoldOnlyCapitalsAndDigits() {
+        QFETCH(QString, field);
+        QFETCH(QString, name);
+        QFETCH(QString, message);
+        test::AnswerMessageBoxes answers;
+        test::LoginWindow login;
+        login.form->mnuAddNewDB_Click();
+        NewDialog dialog;
+        QVERIFY(dialog.shown());
+        QLineEdit* edit = dialog.field(field.toLatin1());
+        dialog.type(edit, name.toLower());
+        QCOMPARE(edit->text(), name); // typed letters are capitals
+        dialog.txtNewPWD->setFocus(Qt::TabFocusReason);
+        QTest::qWait(20);
+        if (message.isEmpty()) {
+            QVERIFY(answers.asked.isEmpty());
+            QCOMPARE(QApplication::focusWidget(), dialog.txtNewPWD);
+            return;
+        }
+        QCOMPARE(box(answers.asked.value(0)), message + " | Invalid Input | 0 | 48");
+        QCOMPARE(QApplication::focusWidget(), edit);
+        QCOMPARE(edit->selectedText(), name);
+    }
+
+    void addingADatabaseStoresItWithItsOneUser() {
+        store({"OTHER"}, 1, {"ANN", "BOB"});
+        test::AnswerMessageBoxes answers;
+        test::LoginWindow login;
+        login.form->mnuAddNewDB_Click();
+        NewDialog dialog;
+        QVERIFY(dialog.shown());
+        dialog.fill("saminc", "admin", "admin", "");
+        QVERIFY(!dialog.cmdOK->isEnabled()); // only a key in the verify field enables OK...
+        dialog.type(dialog.txtVerPWD, "nothing");
+        QVERIFY(dialog.cmdOK->isEnabled()); // ...which is never compared with the password
+        QTest::mouseClick(dialog.cmdOK, Qt::LeftButton);
+        QVERIFY(answers.asked.isEmpty());
+        QTRY_VERIFY(dialog.form.isNull());
+
+        QCOMPARE(DatabaseIDs[1], QString("SAMINC"));
+        QCOMPARE(CurrentUser, 1);
+        QCOMPARE(Users[0].UserName + Users[0].Password + Users[1].UserName, QString("ADMINADMIN"));
+        QVERIFY(DatabasesChanged);
+        QCOMPARE(stored("Database2/DB2"), QString("SAMINC"));
+        QCOMPARE(stored("Database2/Users/User1") + stored("Database2/Users/Password1"),
+                 QString("ADMINADMIN"));
+
+        // Back on the sign-in window the lists are rebuilt: the new database chosen, its user listed.
+        login.form->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(login.form));
+        QTRY_COMPARE(login.cboDatabase->count(), 2);
+        QVERIFY(login.form->Initialised() && !ReturnFromNew);
+        QCOMPARE(login.cboDatabase->currentText(), QString("SAMINC"));
+        QCOMPARE(login.cboUser->itemText(0), QString("ADMIN"));
+        QCOMPARE(login.cboUser->count(), 1);
+    }
+
+    void addingAUserProvesItOnTheCompany() {
+        store({"SAMINC"}, 1, {"ADMIN"});
+        test::AnswerMessageBoxes answers;
+        test::LoginWindow login;
+        login.cboDatabase->setListIndex(0);
+        login.form->mnuAddNewUser_Click();
+        NewDialog dialog;
+        QVERIFY(dialog.shown());
+        dialog.fill("", "clerk", "pw2", "x");
+        dialog.form->cmdOK_Click();
+        QVERIFY(answers.asked.isEmpty());
+        QCOMPARE(CurrentUser, 2);
+        QVERIFY(UsersChanged && ReturnFromNew);
+        QCOMPARE(stored("Database1/Users/User2") + stored("Database1/Users/Password2"), QString("CLERKPW2"));
+    }
+
+    void aFailedSignOnEmptiesTheFieldsAndKeepsTheDialogOpen_data() {
+        QTest::addColumn<bool>("database");
+        QTest::newRow("new database") << true;
+        QTest::newRow("new user") << false;
+    }
+    void aFailedSignOnEmptiesTheFieldsAndKeepsTheDialogOpen() {
+        QFETCH(bool, database);
+        store({"SAMINC"}, 1, {"ADMIN"});
+        test::AnswerMessageBoxes answers;
+        test::LoginWindow login;
+        database ? login.form->mnuAddNewDB_Click() : login.form->mnuAddNewUser_Click();
+        NewDialog dialog;
+        QVERIFY(dialog.shown());
+        dialog.fill("SAMINC", "ADMIN", "WRONG", "WRONG");
+        dialog.form->cmdOK_Click();
+        QCOMPARE(box(answers.asked.value(0)),
+                 QString("The information you entered cannot create a valid connection.\nPlease check your "
+                         "values carefully and try again. | Invalid Connection | 0 | 0"));
+        QVERIFY(dialog.form->isVisible() && !ReturnFromNew);
+        QCOMPARE(dialog.txtNewUser->text() + dialog.txtNewPWD->text() + dialog.txtVerPWD->text(), QString());
+        QCOMPARE(dialog.txtNewDB->text(), database ? QString() : QString("SAMINC"));
+        QCOMPARE(QApplication::focusWidget(), database ? dialog.txtNewDB : dialog.txtNewUser);
+        QCOMPARE(stored("Database1/Users/User2") + stored("Database2/DB2"), QString());
+    }
+
+    void theSignOnTestNeedsTheCompanyTheUserAndTheExactPassword() {
+        test::LoginWindow login;
+        login.form->mnuAddNewDB_Click();
+        NewDialog dialog;
+        QVERIFY(dialog.shown());
+        dialog.fill("NOSUCHCO", "ADMIN", "ADMIN", "A");
+        QVERIFY(!dialog.form->Test_Connection());
+        QVERIFY(QDir(company->dataFolder()).entryList({"NOSUCHCO*"}).isEmpty()); // no company made
+        dialog.txtNewDB->setText("SAMINC");
+        QVERIFY(dialog.form->Test_Connection());
+        dialog.txtNewPWD->setText("admin");
+        QVERIFY(!dialog.form->Test_Connection());
+    }
+
+    void cancelAndEscapeStoreNothing() {
+        test::LoginWindow login;
+        login.form->mnuAddNewDB_Click();
+        NewDialog dialog;
+        QVERIFY(dialog.shown());
+        dialog.fill("SAMINC", "ADMIN", "ADMIN", "ADMIN");
+        QTest::keyClick(dialog.form, Qt::Key_Escape);
+        QTRY_VERIFY(dialog.form.isNull());
+        QVERIFY(ReturnFromNew);
+        QCOMPARE(DatabaseIDs[0], QString());
+        QVERIFY(!settings->contains("Database1/DB1"));
+    }
+};
+
+QTEST_MAIN(AdministrationTest)
+#include "AdministrationTest.moc"
