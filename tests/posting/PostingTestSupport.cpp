@@ -6,6 +6,7 @@
 #include "fetching/ReceiptViews.h"
 #include "ledger/Formats.h"
 #include "settings/Globals.h"
+#include "support/LedgerRecords.h"
 
 namespace tillbook::test {
 
@@ -86,16 +87,7 @@ PostingInput PostingTest::keyed(int invoices) {
 
 std::vector<QStringList> PostingTest::records(const QString& viewId, const QString& filter,
                                               const QStringList& fields) {
-    const auto view = LedgerSession->openView(viewId, viewId.left(2));
-    view->browse(filter, true);
-    std::vector<QStringList> found;
-    while (view->fetch()) {
-        QStringList values;
-        for (const QString& field : fields)
-            values << view->fields().item(field).text();
-        found.push_back(values);
-    }
-    return found;
+    return ledgerRecords(viewId, filter, fields);
 }
 
 std::vector<QStringList> PostingTest::entry(const QString& viewId, const QStringList& fields) {

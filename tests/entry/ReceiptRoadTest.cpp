@@ -1,0 +1,186 @@
+// The road of one receipt and one prepayment through the receipt window, as a clerk walks it on a sample
+// company: a new batch with its bank code, a new entry, the customer, the amount typed, the documents, Save;
+// then what the window shows and what the ledger holds.
+#include "fetching/CustomerList.h"
+#include "fetching/ReceiptRecall.h"
+#include "ledger/Formats.h"
+#include "ledger/engine/BatchPosting.h"
+#include "settings/Globals.h"
+#include "support/AnswerMessageBoxes.h"
+#include "support/BankDialog.h"
+#include "support/Grab.h"
+#include "support/LedgerRecords.h"
+#include "support/ReceiptWindow.h"
+#include "support/SampleCompany.h"
+
+#include <QAction>
+#include <QPushButton>
+#include <QTest>
+
+using namespace tillbook;
+
+class ReceiptRoadTest : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<test::SampleCompany> company;
+    std::unique_ptr<test::ReceiptWindow> window;
+
+    QPushButton* button(const char* name) const { return test::control<QPushButton>(window->form, name); }
+    void type(const char* name, const QString& keys) {
+        window->form->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window->form));
+        QLineEdit* field = window->edit(name);
+        field->setFocus(Qt::TabFocusReason);
+        field->selectAll();
+        QTest::keyClicks(field, keys);
+        window->edit("txtEntDesc")->setFocus(Qt::TabFocusReason);
+    }
+    void dblClick(int row, int col) {
+        window->grid()->setRow(row);
+        window->grid()->setCol(col);
+        window->form->MSFlexGrid1_DblClick();
+    }
+    void newBatchAndEntry() {
+        QVERIFY(window->open());
+        test::answerBankDialog(0);
+        button("cmdNewBatch")->click();
+        QVERIFY(!BankCode.isEmpty());
+        button("cmdNewEntry")->click();
+        QCOMPARE(window->combo("cboEntry")->count(), 1);
+    }
+    std::vector<QStringList> entryRows(const QString& view, const QStringList& fields) {
+        return test::ledgerRecords(view, EntryFilter(CurrentBatch, QStringLiteral("1")), fields);
+    }
+    QStringList batchFigures() {
+        return test::ledgerRecords(QStringLiteral("AR0041"), QStringLiteral("CNTBTCH=") + CurrentBatch,
+                                   {"CNTENTER", "AMTENTER"})
+            .at(0);
+    }
+
+private slots:
+    void initTestCase() {
+        qputenv("TILLBOOK_TODAY", "2026-03-15");
+        qputenv("TILLBOOK_SHORT_DATE", "MM/dd/yyyy");
+    }
+    void init() {
+        company = std::make_unique<test::SampleCompany>(QStringLiteral("SAMINC"), 5, 200);
+        window = std::make_unique<test::ReceiptWindow>();
+    }
+    void cleanup() {
+        window.reset();
+        company.reset();
+    }
+
+    void aReceiptAppliedToTwoDocumentsIsSavedReadBackAndLocked() {
+        newBatchAndEntry();
+        window->combo("cboCustomers")->setListIndex(0);
+        const QString customer = Customers[0].Id;
+        type("txtAmount", "1,000");
+        QCOMPARE(window->text("txtAmount"), QString("1,000.00"));
+        QVERIFY(button("cmdSearch")->isEnabled());
+        button("cmdSearch")->click();
+        QCOMPARE(window->text("txtReceiptNum"), QString("%1-001-20260315").arg(CurrentBatch, 4, u'0'));
+        const QString first = window->grid()->TextMatrix(1, 2);
+        const QString second = window->grid()->TextMatrix(2, 2);
+        const Money firstNet = Strip_Commas(window->grid()->TextMatrix(1, 8));
+        const Money secondNet = Strip_Commas(window->grid()->TextMatrix(2, 8));
+        dblClick(1, 0);
+        dblClick(2, 0);
+        QCOMPARE(ApplyCount, 2);
+        const Money applied =
+            Strip_Commas(window->grid()->TextMatrix(1, 4)) + Strip_Commas(window->grid()->TextMatrix(2, 4));
+        QCOMPARE(applied, std::min(Money::fromWhole(1000), firstNet + secondNet));
+        test::grabToPng(window->form, "frmCR-receipt-applied");
+
+        test::AnswerMessageBoxes boxes;
+        QVERIFY(button("cmdSave")->isEnabled());
+        button("cmdSave")->click();
+        button("cmdSave")->click(); // a second click writes nothing more
+        QVERIFY(PostOK);
+        test::grabToPng(window->form, "frmCR-receipt-saved");
+
+        // The window: the batch's figures, the entry list, the saved entry read back, locked and printable.
+        QCOMPARE(window->text("txtBatchEntries"), QString("Entries:  1"));
+        QCOMPARE(window->text("txtBatchTotal"), QString("Total:  1,000.00"));
+        QCOMPARE(window->combo("cboEntry")->count(), 1);
+        QCOMPARE(window->combo("cboEntry")->ListIndex(), 0);
+        QCOMPARE(CurrentEntry, QString("1"));
+        QVERIFY(window->form->EntryLocked());
+        QVERIFY(!window->enabled("txtAmount"));
+        QVERIFY(button("cmdPrint")->isEnabled());
+        QVERIFY(!button("cmdSave")->isEnabled());
+        QVERIFY(window->enabled("cmdNewEntry"));
+        QCOMPARE(window->text("txtAmount"), QString("1,000.00"));
+        QCOMPARE(window->grid()->TextMatrix(1, 0), first);
+        QCOMPARE(window->grid()->TextMatrix(2, 0), second);
+        QVERIFY(!EntryDirty);
+
+        // The ledger: one header, its two applications, the batch's count and total.
+        const auto header = entryRows("AR0042", {"IDCUST", "AMTRMIT", "IDRMIT"});
+        QCOMPARE(header.size(), size_t(1));
+        QCOMPARE(header[0][0], customer);
+        QCOMPARE(ValMoney(header[0][1]), Money::fromWhole(1000));
+        QCOMPARE(header[0][2], window->text("txtReceiptNum"));
+        const auto lines = entryRows("AR0044", {"IDINVC", "AMTPAYM"});
+        QCOMPARE(lines.size(), size_t(2));
+        QCOMPARE(lines[0][0], first);
+        QCOMPARE(lines[1][0], second);
+        QCOMPARE(ValMoney(lines[0][1]) + ValMoney(lines[1][1]), applied);
+        QCOMPARE(batchFigures(), (QStringList{"1", Money::fromWhole(1000).toLedgerString()}));
+        QVERIFY(boxes.asked.isEmpty());
+    }
+
+    void aPrepaymentIsSavedWithItsDocumentAndTheGridHidden() {
+        newBatchAndEntry();
+        window->combo("cboTransType")->setListIndex(1);
+        window->combo("cboCustomers")->setListIndex(0);
+        type("txtAmount", "1250");
+        const QString document = window->grid()->TextMatrix(1, 0);
+        dblClick(1, 0);
+        QCOMPARE(window->text("txtPrePay"), document);
+
+        test::AnswerMessageBoxes boxes;
+        button("cmdSave")->click();
+        QVERIFY(PostOK);
+        QVERIFY(!window->grid()->isVisibleTo(window->form));
+        QCOMPARE(window->text("txtBatchEntries"), QString("Entries:  1"));
+        QCOMPARE(window->text("txtBatchTotal"), QString("Total:  1,250.00"));
+        QVERIFY(window->form->EntryLocked());
+        QCOMPARE(window->combo("cboTransType")->ListIndex(), 1);
+        QVERIFY(!window->text("txtPrePayDocNo").isEmpty());
+
+        const auto header = entryRows("AR0042", {"RMITTYPE", "AMTRMIT", "DOCNBR"});
+        QCOMPARE(header.size(), size_t(1));
+        QCOMPARE(header[0][0], QString("2"));
+        QCOMPARE(ValMoney(header[0][1]), Money::fromWhole(1250));
+        QCOMPARE(header[0][2], document);
+        QCOMPARE(batchFigures(), (QStringList{"1", Money::fromWhole(1250).toLedgerString()}));
+    }
+
+    void aFailedSaveUndoesTheApplicationsAndKeepsTheEntryNew() {
+        newBatchAndEntry();
+        window->combo("cboCustomers")->setListIndex(0);
+        type("txtAmount", "100");
+        button("cmdSearch")->click();
+        dblClick(1, 0);
+        // Another till posts the batch meanwhile: the ledger refuses the entry.
+        ErrorList elsewhere;
+        engine::postBatch(*engine::CompanyStore::open(company->id()), elsewhere, CurrentBatch.toLongLong(),
+                          Today());
+
+        test::AnswerMessageBoxes boxes;
+        button("cmdSave")->click();
+        QVERIFY(!PostOK);
+        QVERIFY(!boxes.asked.isEmpty());
+        test::grabToPng(window->form, "frmCR-receipt-failed");
+        QCOMPARE(window->text("txtUnapplied"), window->text("txtAmount"));
+        for (int row = 1; row < window->grid()->Rows(); ++row)
+            QVERIFY(window->grid()->TextMatrix(row, 0) != "Yes");
+        QVERIFY(!window->form->EntryLocked());
+        QVERIFY(EntryIsNew.back());
+        QVERIFY(entryRows("AR0042", {"IDCUST"}).empty());
+    }
+};
+
+QTEST_MAIN(ReceiptRoadTest)
+#include "ReceiptRoadTest.moc"
