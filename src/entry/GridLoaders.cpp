@@ -84,16 +84,14 @@ void frmCR::Add_GridRow(const QStringList& values, int row, int lastColumn, int 
     const int mode = ui->cboTransType->ListIndex();
     for (int c = 0; c <= lastColumn && c < values.size(); ++c) {
         const QString& value = values[c];
-        if (mode == 1 || mode == 2) {
+        // Amounts of the receipt's own column sets are formatted and right-aligned; every other cell is left
+        // as text, its alignment set too so that nothing of an earlier column set lingers.
+        const bool amount = mode == 0 && (kind == GridRowAppliedDocument ? c >= 2 : (c >= 3 && c <= 13));
+        if (mode == 1 || mode == 2)
             grid->setTextMatrix(row, c, value);
-        } else if (kind == GridRowAppliedDocument) {
-            grid->setTextMatrix(row, c, c <= 1 ? value.trimmed() : FormatAmount(ValMoney(value)));
-        } else if (c <= 2 || c >= 14) {
-            grid->setTextMatrix(row, c, value.trimmed());
-        } else {
-            grid->setTextMatrix(row, c, FormatAmount(ValMoney(value)));
-            grid->setCellAlignment(row, c, flexAlignRightCenter);
-        }
+        else
+            grid->setTextMatrix(row, c, amount ? FormatAmount(ValMoney(value)) : value.trimmed());
+        grid->setCellAlignment(row, c, amount ? flexAlignRightCenter : flexAlignLeftCenter);
     }
 }
 

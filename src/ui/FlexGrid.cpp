@@ -132,11 +132,15 @@ public:
 
     void clearText() {
         for (QList<Cell>& cells : m_rows)
-            for (Cell& c : cells)
+            for (Cell& c : cells) {
                 c.text.clear();
+                c.bold = false;
+                c.back = QColor();
+            }
         emit headerDataChanged(Qt::Horizontal, 0, m_cols - 1);
         if (gridRows() > 1)
-            emit dataChanged(index(0, 0), index(gridRows() - 2, m_cols - 1), {Qt::DisplayRole});
+            emit dataChanged(index(0, 0), index(gridRows() - 2, m_cols - 1),
+                             {Qt::DisplayRole, Qt::FontRole, Qt::BackgroundRole});
     }
 
     int rowCount(const QModelIndex& parent) const override { return parent.isValid() ? 0 : gridRows() - 1; }

@@ -75,7 +75,8 @@ public:
     QString FormatString() const { return m_formatString; }
     void setFormatString(const QString& format);
 
-    // Empties the text of every cell, the header row included; Rows, Cols, widths and alignments stay.
+    // Empties the text of every cell, the header row included, and takes away the cells' looks; Rows, Cols,
+    // widths and alignments stay.
     Q_INVOKABLE void Clear();
 
     // Column widths in pixels; 0 hides a column. Outside the grid, reading gives 0 and writing does nothing.
