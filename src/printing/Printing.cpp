@@ -6,9 +6,9 @@
 #include "printing/ReceiptData.h"
 #include "printing/ReceiptPage.h"
 #include "printing/Report.h"
+#include "ui/Forms.h"
 #include "ui/Platform.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QPainter>
 #include <QPdfWriter>
@@ -130,9 +130,8 @@ PrintOutcome Print_Receipt(const PrintRequest& request) {
         return outcome;
     }
 
-    const QString folder = request.reportFolder.isEmpty()
-                               ? QCoreApplication::applicationDirPath() + QStringLiteral("/Reports")
-                               : request.reportFolder;
+    const QString folder =
+        request.reportFolder.isEmpty() ? ProgramFolder() + QStringLiteral("/Reports") : request.reportFolder;
     std::unique_ptr<Report> report;
     try {
         report = Report::open(QDir(folder).filePath(ReceiptTemplateName(request.kind, request.threePart)));
