@@ -4,7 +4,6 @@
 #include "fetching/CustomerList.h"
 #include "printing/Printing.h"
 #include "printing/frmPrinter.h"
-#include "ui/Forms.h"
 #include "ui_frmCR.h"
 
 namespace tillbook {
@@ -27,7 +26,6 @@ void frmCR::cmdPrint_Click() {
     if (customer >= 0 && customer < static_cast<int>(Customers.size()))
         request.customerNumber = Customers[static_cast<size_t>(customer)].Id;
     request.threePart = ui->mnuFileReceipt3V->isChecked();
-    request.reportFolder = ProgramFolder() + QStringLiteral("/Reports");
     Print_Receipt(request);
 }
 

@@ -60,14 +60,14 @@ protected:
     static void SetUpTestSuite() {
         qputenv("TILLBOOK_TODAY", "2025-03-15");
         store = new TestStore;
-        runTool({"create", "DEMO", "--sample", "--customers", "20", "--documents", "120"});
+        runTool({"create", "SAMINC", "--sample", "--customers", "20", "--documents", "120"});
         // receipts.script ends with refused operations, so it exits with 1, as does every "run" here.
-        runTool({"run", "DEMO", sourcePath("tests/ledger/rules/scripts/receipts.script"), "--date",
+        runTool({"run", "SAMINC", sourcePath("tests/ledger/rules/scripts/receipts.script"), "--date",
                  "2025-03-15"});
         QProcess more;
         more.start(QStringLiteral(TILLBOOK_LEDGER_TOOL),
-                   {"run", "DEMO", sourcePath("tests/printing/print-entries.script"), "--date", "2025-03-15",
-                    "--stop-on-error"});
+                   {"run", "SAMINC", sourcePath("tests/printing/print-entries.script"), "--date",
+                    "2025-03-15", "--stop-on-error"});
         ASSERT_TRUE(more.waitForFinished(120000));
         ASSERT_EQ(more.exitCode(), 0) << more.readAllStandardOutput().toStdString();
     }
@@ -82,7 +82,7 @@ protected:
         const QString kept = qEnvironmentVariable("TILLBOOK_TEST_PDF_DIR");
         qputenv("TILLBOOK_PDF_DIR", (kept.isEmpty() ? pdfs.path() : kept).toUtf8());
         LedgerSession = std::make_unique<Session>();
-        LedgerSession->open(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"), QStringLiteral("DEMO"),
+        LedgerSession->open(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"), QStringLiteral("SAMINC"),
                             Today());
         Open_ReceiptViews();
     }
