@@ -52,13 +52,19 @@ void drawTearLine(QPainter& painter, double y, double width, int resolution) {
 void Paint_ReceiptPage(QPainter& painter, QPagedPaintDevice& device, const QStringList& copies) {
     const int resolution = device.logicalDpiY();
     const QRectF page = device.pageLayout().paintRectPixels(resolution);
+    // The bands divide the whole sheet, so that the tear lines fall on its thirds or halves (where perforated
+    // paper tears); the copies keep inside the printable area. The painter starts at the printable corner.
+    const double sheetTop = -page.top();
+    const double sheetHeight = device.pageLayout().fullRectPixels(resolution).height();
     const qsizetype bands = std::max<qsizetype>(1, copies.size());
-    const double bandHeight = page.height() / double(bands);
+    const double bandHeight = sheetHeight / double(bands);
     const double gap = bands > 1 ? TearGap * resolution : 0;
 
     for (qsizetype i = 0; i < copies.size(); ++i) {
-        const double top = double(i) * bandHeight + (i > 0 ? gap : 0);
-        const double room = bandHeight - (i > 0 ? gap : 0) - (i + 1 < bands ? gap : 0);
+        const double top = std::max(0.0, sheetTop + double(i) * bandHeight + (i > 0 ? gap : 0));
+        const double bottom =
+            std::min(page.height(), sheetTop + double(i + 1) * bandHeight - (i + 1 < bands ? gap : 0));
+        const double room = bottom - top;
         std::unique_ptr<QTextDocument> doc = layOut(device, copies[i], page.width());
         // A shrunk copy is laid out wider, so that it still spans the band; a few passes settle the scale.
         double scale = 1.0;
@@ -77,7 +83,7 @@ void Paint_ReceiptPage(QPainter& painter, QPagedPaintDevice& device, const QStri
         doc->drawContents(&painter);
         painter.restore();
         if (i > 0)
-            drawTearLine(painter, double(i) * bandHeight, page.width(), resolution);
+            drawTearLine(painter, sheetTop + double(i) * bandHeight, page.width(), resolution);
     }
 }
 

@@ -75,8 +75,8 @@ TEST_F(PrintReceipt, ThirtyLinesAndNoLinesBothFitTheirBands) {
 }
 
 TEST_F(PrintReceipt, ReprintGetsTheNextCopyNumber) {
-    const QString first = Print_Receipt(requestFor(2, ReceiptKind::Prepayment, "0003", true)).pdfFile;
-    const QString second = Print_Receipt(requestFor(2, ReceiptKind::Prepayment, "0003", true)).pdfFile;
+    const QString first = Print_Receipt(requestFor(2, ReceiptKind::Prepayment, "0003", false)).pdfFile;
+    const QString second = Print_Receipt(requestFor(2, ReceiptKind::Prepayment, "0003", false)).pdfFile;
     EXPECT_EQ(QFileInfo(first).fileName(), "Receipt batch 1 entry 2.pdf");
     EXPECT_EQ(QFileInfo(second).fileName(), "Receipt batch 1 entry 2 copy 2.pdf");
     EXPECT_EQ(pdfText(first), pdfText(second));
