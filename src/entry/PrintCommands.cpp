@@ -6,9 +6,35 @@
 #include "printing/frmPrinter.h"
 #include "ui_frmCR.h"
 
+#include <QEvent>
+
 namespace tillbook {
 
+namespace {
+
+// Keeps the File menu's Print item enabled exactly when the Print button is, whichever code enables the one.
+class FollowEnabled : public QObject {
+public:
+    FollowEnabled(QWidget* leader, QAction* follower) : QObject(leader), m_follower(follower) {
+        m_follower->setEnabled(leader->isEnabled());
+        leader->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::EnabledChange)
+            m_follower->setEnabled(static_cast<QWidget*>(watched)->isEnabled());
+        return false;
+    }
+
+private:
+    QAction* m_follower;
+};
+
+} // namespace
+
 void frmCR::connectPrinting() {
+    new FollowEnabled(ui->cmdPrint, ui->mnuFilePrint);
     connect(ui->cmdPrint, &QPushButton::clicked, this, &frmCR::cmdPrint_Click);
     connect(ui->mnuFilePrint, &QAction::triggered, this, &frmCR::mnuFilePrint_Click);
     connect(ui->mnuFileReceipt2V, &QAction::triggered, this, &frmCR::mnuFileReceipt2V_Click);

@@ -1,5 +1,6 @@
 #include "printing/Printing.h"
 
+#include "fetching/ReceiptViews.h"
 #include "ledger/Formats.h"
 #include "ledger/LedgerError.h"
 #include "printing/Printers.h"
@@ -122,6 +123,10 @@ QString ReceiptPdfPath(const QString& folder, const QString& batch, const QStrin
 
 PrintOutcome Print_Receipt(const PrintRequest& request) {
     PrintOutcome outcome;
+    if (!LedgerSession || !ReceiptHeaderView) {
+        MsgBox(QStringLiteral("No company is open: there is no receipt to print."));
+        return outcome;
+    }
     auto data = std::make_shared<DataSet>();
     try {
         *data = Read_ReceiptData(request);

@@ -53,8 +53,10 @@ TEST_F(PrintCommands, StylesAreAPairWithExactlyOneTicked) {
 }
 
 TEST_F(PrintCommands, EntryOnShowPrintsInTheTickedStyle) {
+    EXPECT_FALSE(action("mnuFilePrint")->isEnabled());
     window->combo("cboEntry")->setListIndex(1); // the prepayment of customer 0003
     ASSERT_TRUE(window->enabled("cmdPrint"));
+    EXPECT_TRUE(action("mnuFilePrint")->isEnabled());
     control<QPushButton>(window->form, "cmdPrint")->click();
 
     action("mnuFileReceipt2V")->trigger();
@@ -69,6 +71,11 @@ TEST_F(PrintCommands, EntryOnShowPrintsInTheTickedStyle) {
     EXPECT_EQ(texts[1].count("Freight recovered"), 2);
     EXPECT_FALSE(texts[1].contains("File copy"));
     EXPECT_TRUE(boxes.asked.isEmpty());
+
+    // A new entry has nothing to print, from the button or the menu.
+    control<QPushButton>(window->form, "cmdNewEntry")->click();
+    EXPECT_FALSE(window->enabled("cmdPrint"));
+    EXPECT_FALSE(action("mnuFilePrint")->isEnabled());
 }
 
 } // namespace
