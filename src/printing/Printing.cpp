@@ -27,6 +27,18 @@ QStringList defaultCopies(bool threePart) {
                : QStringList{QStringLiteral("Customer"), QStringLiteral("Office")};
 }
 
+// Every sub-report, at any depth, prints from the same data set as the receipt itself.
+void bindAll(Report& report, const std::shared_ptr<const DataSet>& data) {
+    report.setDataSource(data);
+    for (const QString& name : report.subreportNames()) {
+        try {
+            bindAll(report.subreport(name), data);
+        } catch (const ReportError& error) {
+            MsgBox(error.message());
+        }
+    }
+}
+
 // The finished HTML of every copy; empty after a failure, which has been shown.
 QStringList renderCopies(const Report& report, bool threePart) {
     QStringList labels = report.copyLabels();
@@ -132,6 +144,7 @@ PrintOutcome Print_Receipt(const PrintRequest& request) {
         *data = Read_ReceiptData(request);
     } catch (const LedgerError& error) {
         MsgBox(error.description());
+        LedgerSession->errors().clear(); // shown: not to be shown again by the next procedure
         return outcome;
     }
 
@@ -144,15 +157,7 @@ PrintOutcome Print_Receipt(const PrintRequest& request) {
         MsgBox(error.message());
         return outcome;
     }
-    report->setDataSource(data);
-    // Every sub-report prints from the same data set as the receipt itself.
-    for (const QString& name : report->subreportNames()) {
-        try {
-            report->subreport(name).setDataSource(data);
-        } catch (const ReportError& error) {
-            MsgBox(error.message());
-        }
-    }
+    bindAll(*report, data);
 
     const QStringList copies = renderCopies(*report, request.threePart);
     if (copies.isEmpty())

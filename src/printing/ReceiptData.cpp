@@ -30,8 +30,8 @@ QString text(View& view, const char* field) {
 // The values printed once per receipt, by field name.
 struct HeaderValues {
     QString receiptNumber, date, payer, customerId;
-    QStringList customer{6}; // name, two street lines, city, state, postal code
-    QStringList company{5};  // name, address, city, state, postal code
+    QStringList customer = QStringList(6); // name, two street lines, city, state, postal code
+    QStringList company = QStringList(5);  // name, address, city, state, postal code
 };
 
 QStringList headerRow(ReceiptKind kind, const HeaderValues& h) {

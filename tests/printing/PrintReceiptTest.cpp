@@ -1,6 +1,7 @@
 // Printing saved entries into PDF files, read back with pdftotext.
 
 #include "PrintedCompany.h"
+#include "printing/Printers.h"
 #include "printing/Printing.h"
 
 #include <QDir>
@@ -26,6 +27,25 @@ TEST_F(PrintReceipt, TemplateFollowsKindAndStyle) {
     EXPECT_EQ(ReceiptTemplateName(ReceiptKind::Prepayment, true), "PrePay_Receipt_3P.html");
     EXPECT_EQ(ReceiptTemplateName(ReceiptKind::Misc, false), "Misc_Receipt_2P.html");
     EXPECT_EQ(ReceiptTemplateName(ReceiptKind::Misc, true), "Misc_Receipt_3P.html");
+}
+
+TEST_F(PrintReceipt, StoredPrinterIsUsedOnlyWhenNotDefaultAndComplete) {
+    EXPECT_TRUE(Uses_DefaultPrinter(Load_PrinterSettings())); // nothing stored
+    const PrinterSettings office{false, "HP LaserJet 4", "Office", "socket://10.0.0.5"};
+    EXPECT_FALSE(Uses_DefaultPrinter(office));
+    for (QString PrinterSettings::*part :
+         {&PrinterSettings::driver, &PrinterSettings::name, &PrinterSettings::port}) {
+        PrinterSettings incomplete = office;
+        incomplete.*part = "";
+        EXPECT_TRUE(Uses_DefaultPrinter(incomplete));
+    }
+    PrinterSettings marked = office;
+    marked.useDefault = true;
+    EXPECT_TRUE(Uses_DefaultPrinter(marked));
+    settings.set("Printer/Default", "False");
+    settings.set("Printer/Name", "Office");
+    EXPECT_FALSE(Load_PrinterSettings().useDefault);
+    EXPECT_TRUE(Uses_DefaultPrinter(Load_PrinterSettings()));
 }
 
 TEST_F(PrintReceipt, ReceiptPrintsEveryCopyWithItsLinesAndTotal) {
@@ -108,6 +128,27 @@ TEST_F(PrintReceipt, MissingOrBrokenTemplateIsNamedAndNothingIsPrinted) {
     ASSERT_EQ(boxes.asked.size(), 3);
     EXPECT_TRUE(boxes.asked[2].prompt.contains(reports.filePath("Footer.html")));
     EXPECT_TRUE(QDir(pdfs.path()).isEmpty());
+}
+
+TEST_F(PrintReceipt, EverySubReportAtAnyDepthPrintsFromTheEntry) {
+    QTemporaryDir reports;
+    const auto write = [&](const char* name, const char* text) {
+        QFile file(reports.filePath(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text);
+    };
+    write("Receipt_2P.html", "<p>{{> Head}}</p><p>{{> Lines}}</p>");
+    write("Head.html", "Head {{Receipt Number}} for {{Customer Name}} ({{copy}})");
+    write("Lines.html", "Lines {{#rows}}{{Invoice Number}} {{/rows}}{{> Total}}");
+    write("Total.html", "Total {{#total}}Amount Paid{{/total}}");
+    PrintRequest request = requestFor(1, ReceiptKind::Receipt, "0001", false);
+    request.reportFolder = reports.path();
+    const QString text = printed(request);
+    EXPECT_EQ(text.count("Head CHQ-1001 for Silver Dairy Group"), 2);
+    EXPECT_EQ(text.count("Lines IN0000002 IN0000006 Total 3,976.94"), 2);
+    // Without copies of its own, a two-part template prints the customer's and the office's.
+    EXPECT_TRUE(text.contains("(Customer)"));
+    EXPECT_TRUE(text.contains("(Office)"));
 }
 
 TEST_F(PrintReceipt, UnknownEntryIsReportedAndNotPrinted) {
