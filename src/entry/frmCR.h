@@ -48,6 +48,19 @@ public slots:
     void Clear_Entry();
     void Prompt_SaveEntry();
 
+    // ---- Printing: the entry on show, its receipt style and the printer ----
+    void cmdPrint_Click();
+    void mnuFilePrint_Click();
+    void mnuFileReceipt2V_Click();
+    void mnuFileReceipt3V_Click();
+    void mnuFileSelectPrinter_Click();
+
+private:
+    void connectPrinting();
+
+public slots:
+    // ---- end of printing ----
+
     // The customer list.
     void Load_Customers();
     void Fill_CustomerCombo(int count);
@@ -93,13 +106,6 @@ public slots:
     void mnuCustomerNext_Click();
     void mnuCustomerLast_Click();
 
-    // Printing the entry on show, its receipt style and the printer.
-    void cmdPrint_Click();
-    void mnuFilePrint_Click();
-    void mnuFileReceipt2V_Click();
-    void mnuFileReceipt3V_Click();
-    void mnuFileSelectPrinter_Click();
-
     // A saved entry shown again.
     void Load_Receipt();
     void Load_ReceiptLines(int receiptType);
@@ -114,7 +120,6 @@ protected:
 private:
     void connectHandlers();
     void connectSelection();
-    void connectPrinting();
     void setModeControls(int mode);
     // Shows a ledger failure to the clerk and clears the session's error list.
     void reportLedgerError(const QString& what, const QString& description);
