@@ -55,6 +55,7 @@ void frmCR::connectHandlers() {
     connect(ui->mnuTransMisc, &QAction::triggered, this, &frmCR::mnuTransMisc_Click);
     connect(ui->cmdClose, &QPushButton::clicked, this, &frmCR::cmdClose_Click);
     connect(ui->mnuFileClose, &QAction::triggered, this, &frmCR::mnuFileClose_Click);
+    connectPrinting();
     connect(ui->mnuHelpContents, &QAction::triggered, this, &frmCR::mnuHelpContents_Click);
     connect(ui->mnuHelpAbout, &QAction::triggered, this, &frmCR::mnuHelpAbout_Click);
 

@@ -52,6 +52,19 @@ public slots:
     void Clear_Entry();
     void Prompt_SaveEntry();
 
+    // ---- Printing: the entry on show, its receipt style and the printer ----
+    void cmdPrint_Click();
+    void mnuFilePrint_Click();
+    void mnuFileReceipt2V_Click();
+    void mnuFileReceipt3V_Click();
+    void mnuFileSelectPrinter_Click();
+
+private:
+    void connectPrinting();
+
+public slots:
+    // ---- end of printing ----
+
     // The customer list.
     void Load_Customers();
     void Fill_CustomerCombo(int count);

@@ -1,7 +1,7 @@
 #include "settings/Registry.h"
 
-#include "settings/SettingsStore.h"
 #include "ledger/Formats.h"
+#include "settings/SettingsStore.h"
 
 namespace tillbook {
 
@@ -123,6 +123,24 @@ void Save_ReceiptStyle(const ReceiptStyle& style) {
     SettingsStore store;
     store.write(QStringLiteral("ReceiptStyle/2panel"), BoolText(style.twoPanel));
     store.write(QStringLiteral("ReceiptStyle/3panel"), BoolText(style.threePanel));
+}
+
+PrinterSettings Load_PrinterSettings() {
+    const SettingsStore store;
+    PrinterSettings printer;
+    printer.useDefault = BoolOf(store.read(QStringLiteral("Printer/Default"), QStringLiteral("True")), true);
+    printer.driver = store.read(QStringLiteral("Printer/Driver"), QString());
+    printer.name = store.read(QStringLiteral("Printer/Name"), QString());
+    printer.port = store.read(QStringLiteral("Printer/Port"), QString());
+    return printer;
+}
+
+void Save_PrinterSettings(const PrinterSettings& printer) {
+    SettingsStore store;
+    store.write(QStringLiteral("Printer/Default"), BoolText(printer.useDefault));
+    store.write(QStringLiteral("Printer/Driver"), printer.driver);
+    store.write(QStringLiteral("Printer/Name"), printer.name);
+    store.write(QStringLiteral("Printer/Port"), printer.port);
 }
 
 } // namespace tillbook

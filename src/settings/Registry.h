@@ -38,6 +38,17 @@ struct ReceiptStyle {
 ReceiptStyle Load_ReceiptStyle();
 void Save_ReceiptStyle(const ReceiptStyle& style);
 
+// The "Printer" section: the printer receipts are printed on. Driver, name and port are the platform's own
+// (CUPS: make and model, queue, device URI); all three are "" while the default printer is chosen.
+struct PrinterSettings {
+    bool useDefault = true; // "Default"
+    QString driver;         // "Driver"
+    QString name;           // "Name"
+    QString port;           // "Port"
+};
+PrinterSettings Load_PrinterSettings();
+void Save_PrinterSettings(const PrinterSettings& printer);
+
 // The stored form of a Boolean and its lenient reading.
 QString BoolText(bool value);
 bool BoolOf(const QString& text, bool defaultValue);

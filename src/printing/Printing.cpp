@@ -1,0 +1,181 @@
+#include "printing/Printing.h"
+
+#include "fetching/ReceiptViews.h"
+#include "ledger/Formats.h"
+#include "ledger/LedgerError.h"
+#include "printing/Printers.h"
+#include "printing/ReceiptData.h"
+#include "printing/ReceiptPage.h"
+#include "printing/Report.h"
+#include "ui/Forms.h"
+#include "ui/Platform.h"
+
+#include <QDir>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QPrinter>
+#include <QPrinterInfo>
+
+namespace tillbook {
+
+namespace {
+
+// The copies of a style when its template does not name them.
+QStringList defaultCopies(bool threePart) {
+    return threePart
+               ? QStringList{QStringLiteral("Customer"), QStringLiteral("Office"), QStringLiteral("File")}
+               : QStringList{QStringLiteral("Customer"), QStringLiteral("Office")};
+}
+
+// Every sub-report, at any depth, prints from the same data set as the receipt itself.
+void bindAll(Report& report, const std::shared_ptr<const DataSet>& data) {
+    report.setDataSource(data);
+    for (const QString& name : report.subreportNames()) {
+        try {
+            bindAll(report.subreport(name), data);
+        } catch (const ReportError& error) {
+            MsgBox(error.message());
+        }
+    }
+}
+
+// The finished HTML of every copy; empty after a failure, which has been shown.
+QStringList renderCopies(const Report& report, bool threePart) {
+    QStringList labels = report.copyLabels();
+    if (labels.isEmpty())
+        labels = defaultCopies(threePart);
+    QStringList copies;
+    try {
+        for (const QString& label : labels)
+            copies << report.render(label);
+    } catch (const ReportError& error) {
+        MsgBox(error.message());
+        return {};
+    }
+    return copies;
+}
+
+// The printer of the "Printer" settings, or the default one; a stored printer that is no longer installed is
+// reported and the default printer used.
+QPrinterInfo choosePrinter() {
+    const PrinterSettings settings = Load_PrinterSettings();
+    if (!Uses_DefaultPrinter(settings)) {
+        const QPrinterInfo chosen = QPrinterInfo::printerInfo(settings.name);
+        if (!chosen.isNull())
+            return chosen;
+        MsgBox(QStringLiteral("The printer \"%1\" is not installed. The receipt is printed on the default "
+                              "printer.")
+                   .arg(settings.name));
+    }
+    return QPrinterInfo::defaultPrinter();
+}
+
+bool printToPdf(const QString& file, const QStringList& copies, const QString& title) {
+    QPdfWriter writer(file);
+    writer.setTitle(title);
+    writer.setCreator(QStringLiteral("Tillbook"));
+    writer.setResolution(600);
+    writer.setPageSize(ReceiptPaper());
+    writer.setPageMargins(QMarginsF(12, 12, 12, 12), QPageLayout::Millimeter);
+    QPainter painter;
+    if (!painter.begin(&writer)) {
+        MsgBox(QStringLiteral("The receipt could not be written to %1.").arg(file));
+        return false;
+    }
+    Paint_ReceiptPage(painter, writer, copies);
+    return painter.end();
+}
+
+// Returns false when nothing was printed; a cancelled print is not reported.
+bool printOn(const QPrinterInfo& info, const QStringList& copies, const QString& title) {
+    if (info.isNull()) {
+        MsgBox(QStringLiteral(
+            "No printer is installed. Choose a printer with Select Printer in the File menu."));
+        return false;
+    }
+    QPrinter printer(info, QPrinter::HighResolution);
+    printer.setDocName(title);
+    printer.setPageMargins(QMarginsF(12, 12, 12, 12), QPageLayout::Millimeter);
+    QPainter painter;
+    if (!painter.begin(&printer)) {
+        if (printer.printerState() != QPrinter::Aborted)
+            MsgBox(QStringLiteral("The printer \"%1\" could not be started.").arg(info.printerName()));
+        return false;
+    }
+    Paint_ReceiptPage(painter, printer, copies);
+    const bool done = painter.end();
+    if (!done && printer.printerState() != QPrinter::Aborted)
+        MsgBox(QStringLiteral("The receipt could not be printed on \"%1\".").arg(info.printerName()));
+    return done;
+}
+
+} // namespace
+
+QString ReceiptTemplateName(ReceiptKind kind, bool threePart) {
+    const QString style = threePart ? QStringLiteral("_3P.html") : QStringLiteral("_2P.html");
+    switch (kind) {
+    case ReceiptKind::Prepayment:
+        return QStringLiteral("PrePay_Receipt") + style;
+    case ReceiptKind::Misc:
+        return QStringLiteral("Misc_Receipt") + style;
+    case ReceiptKind::Receipt:
+        break;
+    }
+    return QStringLiteral("Receipt") + style;
+}
+
+QString ReceiptPdfPath(const QString& folder, const QString& batch, const QString& entry) {
+    const QDir dir(folder);
+    const QString stem = QStringLiteral("Receipt batch %1 entry %2").arg(Int16Of(batch)).arg(Int16Of(entry));
+    QString path = dir.filePath(stem + QStringLiteral(".pdf"));
+    for (int copy = 2; QFileInfo::exists(path); ++copy)
+        path = dir.filePath(stem + QStringLiteral(" copy %1.pdf").arg(copy));
+    return path;
+}
+
+PrintOutcome Print_Receipt(const PrintRequest& request) {
+    PrintOutcome outcome;
+    if (!LedgerSession || !ReceiptHeaderView) {
+        MsgBox(QStringLiteral("No company is open: there is no receipt to print."));
+        return outcome;
+    }
+    auto data = std::make_shared<DataSet>();
+    try {
+        *data = Read_ReceiptData(request);
+    } catch (const LedgerError& error) {
+        MsgBox(error.description());
+        LedgerSession->errors().clear(); // shown: not to be shown again by the next procedure
+        return outcome;
+    }
+
+    const QString folder =
+        request.reportFolder.isEmpty() ? ProgramFolder() + QStringLiteral("/Reports") : request.reportFolder;
+    std::unique_ptr<Report> report;
+    try {
+        report = Report::open(QDir(folder).filePath(ReceiptTemplateName(request.kind, request.threePart)));
+    } catch (const ReportError& error) {
+        MsgBox(error.message());
+        return outcome;
+    }
+    bindAll(*report, data);
+
+    const QStringList copies = renderCopies(*report, request.threePart);
+    if (copies.isEmpty())
+        return outcome;
+    const QString title =
+        QStringLiteral("Receipt %1").arg(data->header.value(data->column(QStringLiteral("Receipt Number"))));
+
+    const QString pdfFolder = qEnvironmentVariable("TILLBOOK_PDF_DIR");
+    if (!pdfFolder.isEmpty()) {
+        QDir().mkpath(pdfFolder);
+        outcome.pdfFile = ReceiptPdfPath(pdfFolder, request.batch, request.entry);
+        outcome.printed = printToPdf(outcome.pdfFile, copies, title);
+        return outcome;
+    }
+    const QPrinterInfo printer = choosePrinter();
+    outcome.printer = printer.printerName();
+    outcome.printed = printOn(printer, copies, title);
+    return outcome;
+}
+
+} // namespace tillbook

@@ -1,0 +1,31 @@
+#pragma once
+
+// Prints the customer's receipt of a saved entry: read back from the ledger, bound to the template of its
+// kind and style, and printed on the chosen printer, the default printer, or into a PDF file in
+// TILLBOOK_PDF_DIR.
+
+#include "printing/PrintRequest.h"
+
+#include <QString>
+
+namespace tillbook {
+
+struct PrintOutcome {
+    bool printed = false;
+    QString pdfFile; // the file written when printing into TILLBOOK_PDF_DIR
+    QString printer; // the printer's name otherwise
+};
+
+// The template's file name for a kind and style: "Receipt_3P.html", "Misc_Receipt_2P.html", ...
+QString ReceiptTemplateName(ReceiptKind kind, bool threePart);
+
+// A file in `folder` named for the batch and entry; a reprint gets the next free copy number:
+// "Receipt batch 12 entry 3.pdf", "Receipt batch 12 entry 3 copy 2.pdf", ...
+QString ReceiptPdfPath(const QString& folder, const QString& batch, const QString& entry);
+
+// Every failure is shown in a message box. A missing or broken template or an unreadable entry prints
+// nothing; a failing sub-report binding or printer choice is shown and the print goes on. A print the user
+// cancels ends without a message.
+PrintOutcome Print_Receipt(const PrintRequest& request);
+
+} // namespace tillbook
