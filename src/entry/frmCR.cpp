@@ -57,6 +57,7 @@ void frmCR::connectHandlers() {
     connect(ui->mnuHelpContents, &QAction::triggered, this, &frmCR::mnuHelpContents_Click);
 
     connectSelection();
+    connectDistributions();
 }
 
 bool frmCR::Form_Load() {
