@@ -80,8 +80,10 @@ void frmCR::cmdNewInvoice_Click() {
     FlexGrid* grid = ui->MSFlexGrid1;
     // The amount being keyed counts only once it is checked, as when the clerk leaves its cell.
     if (m_editorFloating && grid->Col() == DistColAmount && grid->Row() >= 1 && grid->Row() <= DistLines &&
-        !checkDistCell(grid->Row(), DistColAmount, ui->txtFloat->text(), RefusedBy::Keys))
+        !checkDistCell(grid->Row(), DistColAmount, ui->txtFloat->text(), RefusedBy::Keys)) {
+        refuseDistAmount();
         return;
+    }
     if (DistLines == 0) {
         DistLines = 1;
         ui->cmdDist->setEnabled(true);
