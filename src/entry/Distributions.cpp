@@ -84,18 +84,18 @@ void frmCR::cmdNewInvoice_Click() {
         refuseDistAmount();
         return;
     }
-    if (DistLines == 0) {
-        DistLines = 1;
+    const bool first = DistLines == 0;
+    if (first || CanAddDistLine(DistLines, grid->TextMatrix(DistLines, DistColAmount))) {
+        ++DistLines;
+        if (grid->Rows() <= DistLines)
+            grid->setRows(DistLines + 1);
+        grid->setTextMatrix(DistLines, DistColAmount, QStringLiteral("0.00"));
+    }
+    if (first) {
         ui->cmdDist->setEnabled(true);
         ui->cmdAccount->setEnabled(true);
         Make_ReceiptNumber();
-    } else if (CanAddDistLine(DistLines, grid->TextMatrix(DistLines, DistColAmount))) {
-        ++DistLines;
     }
-    if (grid->Rows() <= DistLines)
-        grid->setRows(DistLines + 1);
-    if (grid->TextMatrix(DistLines, DistColAmount).isEmpty())
-        grid->setTextMatrix(DistLines, DistColAmount, QStringLiteral("0.00"));
 
     if (grid->Row() == DistLines && grid->Col() == DistColCode) {
         MSFlexGrid1_EnterCell();
