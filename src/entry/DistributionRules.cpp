@@ -50,10 +50,4 @@ bool CanAddDistLine(int lines, const QString& lastAmountCell) {
     return lines == 0 || Strip_Commas(lastAmountCell) > Money();
 }
 
-QString ReceiptNumberText(const QString& batch, const QString& entry, const QDate& date) {
-    const auto whole = [](const QString& number) { return static_cast<std::int64_t>(Val(number)); };
-    return FormatDigits(whole(batch), 4) + u'-' + FormatDigits(whole(entry), 3) + u'-' +
-           FormatDateCompact(date);
-}
-
 } // namespace tillbook

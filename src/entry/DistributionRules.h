@@ -6,7 +6,6 @@
 
 #include "ledger/Money.h"
 
-#include <QDate>
 #include <QString>
 #include <vector>
 
@@ -47,8 +46,5 @@ Money Undistributed(Money receipt, const std::vector<Money>& amounts, int lines)
 
 // A line is added to none, or after a last line whose Amount cell holds more than zero.
 bool CanAddDistLine(int lines, const QString& lastAmountCell);
-
-// The receipt number of a new entry: batch "0000", entry "000" and the date "yyyymmdd", joined by "-".
-QString ReceiptNumberText(const QString& batch, const QString& entry, const QDate& date);
 
 } // namespace tillbook

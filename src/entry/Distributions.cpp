@@ -109,10 +109,6 @@ void frmCR::cmdNewInvoice_Click() {
     EntryDirty = true;
 }
 
-void frmCR::Make_ReceiptNumber() {
-    ui->txtReceiptNum->setText(ReceiptNumberText(CurrentBatch, CurrentEntry, Today()));
-}
-
 void frmCR::txtDistribution_LostFocus() {
     if (ui->txtDistribution->text() == u"0.00")
         ui->cmdNewInvoice->setEnabled(false);

@@ -35,7 +35,7 @@ TEST(DistributionAmounts, WhatIsLeftLeavesOutTheLineItself) {
     EXPECT_EQ(Undistributed(cents(5000), amounts, 3), cents(-3149));
 }
 
-TEST(DistributionLines, RefusalsAndTheReceiptNumber) {
+TEST(DistributionLines, Refusals) {
     EXPECT_EQ(
         InvalidDistCodeText(RefusedBy::Keys),
         "The Distribution Code you entered is invalid.\nEnter the Distribution Code again, or select one "
@@ -48,7 +48,6 @@ TEST(DistributionLines, RefusalsAndTheReceiptNumber) {
                                                    "Account number again, or select one using thr finder.");
     EXPECT_EQ(InvalidAccountText(RefusedBy::Click), "The Account number you entered is invalid.\nEnter the "
                                                     "Account number again, or select one using the finder.");
-    EXPECT_EQ(ReceiptNumberText("12", "3", QDate(2000, 12, 1)), "0012-003-20001201");
 }
 
 TEST(FinderTexts, AnAccountStatusIsComparedWithZeroAsText) {
