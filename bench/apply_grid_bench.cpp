@@ -2,12 +2,12 @@
 // the ledger and written into the apply grid. Measured against its floor, the same customer's open documents
 // read from the document table with one plain query, in the same run on the same file.
 
+#include "ManyDocumentsCompany.h"
 #include "entry/GridColumnSets.h"
 #include "entry/frmCR.h"
 #include "fetching/Batches.h"
 #include "fetching/OpenDocuments.h"
 #include "fetching/ReceiptViews.h"
-#include "ledger/engine/SampleCompany.h"
 #include "settings/Globals.h"
 #include "ui/ComboBox.h"
 #include "ui/FlexGrid.h"
@@ -23,46 +23,8 @@
 namespace {
 
 using namespace tillbook;
-
-// One customer holding all of the company's documents, about two in three of them open.
-struct ManyDocumentsCompany {
-    QTemporaryDir dir;
-    QString path;
-    ManyDocumentsCompany() {
-        qputenv("TILLBOOK_DATA", dir.path().toUtf8());
-        qputenv("TILLBOOK_SETTINGS", QDir(dir.path()).filePath(QStringLiteral("settings.ini")).toUtf8());
-        qputenv("TILLBOOK_TODAY", "2025-03-14");
-        qunsetenv("TILLBOOK_LEDGER_URL");
-        engine::SampleOptions options;
-        options.customers = 1;
-        options.documents = 1540;
-        options.seed = 3;
-        options.today = QDate(2025, 3, 14);
-        engine::createSampleCompany(QStringLiteral("MANYDOCS"), options, true);
-        path = QDir(dir.path()).filePath(QStringLiteral("MANYDOCS.sqlite"));
-    }
-};
-
-ManyDocumentsCompany& company() {
-    static ManyDocumentsCompany made;
-    return made;
-}
-
-// The receipt window signed in to the company, or nullptr when it could not be opened.
-frmCR* openWindow(benchmark::State& state) {
-    company();
-    SignInDatabaseID = QStringLiteral("MANYDOCS");
-    SignInUser = QStringLiteral("ADMIN");
-    SignInPassword = QStringLiteral("ADMIN");
-    CurrentDatabase = 1;
-    auto* window = new frmCR();
-    if (!window->Form_Load()) {
-        state.SkipWithError("the company could not be opened");
-        delete window;
-        return nullptr;
-    }
-    return window;
-}
+using bench::company;
+using bench::openWindow;
 
 void InvoiceSearchToFilledGrid(benchmark::State& state) {
     frmCR* window = openWindow(state);

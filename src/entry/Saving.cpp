@@ -124,6 +124,9 @@ void frmCR::reloadAfterFailedSave() {
         // The chosen document is still in txtPrePay: the clerk may save again at once.
         setSaveEnabled(true);
         break;
+    case 2:
+        cmdNewInvoice_Click();
+        break;
     default:
         break;
     }

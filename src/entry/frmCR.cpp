@@ -63,6 +63,7 @@ void frmCR::connectHandlers() {
     connectApplicationGrid();
     connectSaving();
     connectAmountAndDate();
+    connectDistributions();
 }
 
 bool frmCR::Form_Load() {

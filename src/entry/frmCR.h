@@ -1,6 +1,7 @@
 #pragma once
 
 #include "posting/Posting.h"
+#include "entry/DistributionRules.h"
 #include "ledger/Money.h"
 
 #include <QMainWindow>
@@ -151,6 +152,45 @@ private:
     int m_datePos = 0;         // characters of the date field filled; the caret stands after them
     bool m_dateTyping = false; // the last key in the date field was a digit, not Backspace
     // ---- end of the amount and date fields ----
+    // ---- Distribution lines of a miscellaneous receipt and their floating editor ----
+public:
+    // The stored amount of each line, index n for line n (index 0 unused).
+    const std::vector<Money>& DistAmounts() const { return m_distAmounts; }
+
+public slots:
+    void cmdNewInvoice_Click();
+    void Position_FloatEditor();
+    void MSFlexGrid1_EnterCell();
+    void MSFlexGrid1_LeaveCell();
+    void MSFlexGrid1_Click();
+    void txtFloat_KeyDown(int& keyCode, int shift);
+    void txtFloat_Change();
+    void txtFloat_KeyUp(int keyCode, int shift);
+    bool Check_DistAmount();
+    void Recalc_Undistributed();
+    void txtDistribution_LostFocus();
+    void cmdDist_Click();
+    void cmdAccount_Click();
+
+private:
+    void connectDistributions();
+    bool editingDistributions() const;
+    // Checks the text of a line's cell by its column as the clerk leaves it; tells the clerk when it is
+    // refused.
+    bool checkDistCell(int row, int col, const QString& text, RefusedBy by);
+    bool distAmountFits(int row, const QString& text) const;
+    void storeDistAmount(int row, Money amount);
+    void refuseDistAmount();
+    void showFinder(int kind);
+    void putFinderChoice(int kind, const QString& code, const QString& account);
+    void followScrolledCell();
+
+    std::vector<Money> m_distAmounts;
+    QString m_leftCellText; // the text, row and column of the cell last left
+    int m_leftCellRow = 0;
+    int m_leftCellCol = 0;
+    int m_keyDownCol = 0;          // the column the editor's last key was pressed in
+    bool m_editorFloating = false; // the editor lies over a line's cell
 
 protected:
     void closeEvent(QCloseEvent* event) override;

@@ -58,6 +58,36 @@ int keyCodeOf(const QKeyEvent* event) {
     }
 }
 
+// The key that a KeyDown replacement code stands for; 0 for a code no key of the table has.
+int qtKeyOf(int keyCode) {
+    switch (keyCode) {
+    case vbKeyBack:
+        return Qt::Key_Backspace;
+    case vbKeyTab:
+        return Qt::Key_Tab;
+    case vbKeyReturn:
+        return Qt::Key_Return;
+    case vbKeyEscape:
+        return Qt::Key_Escape;
+    case vbKeyEnd:
+        return Qt::Key_End;
+    case vbKeyHome:
+        return Qt::Key_Home;
+    case vbKeyLeft:
+        return Qt::Key_Left;
+    case vbKeyUp:
+        return Qt::Key_Up;
+    case vbKeyRight:
+        return Qt::Key_Right;
+    case vbKeyDown:
+        return Qt::Key_Down;
+    case vbKeyDelete:
+        return Qt::Key_Delete;
+    default:
+        return keyCode >= 0x20 && keyCode <= 0x7E ? keyCode : 0;
+    }
+}
+
 // The character a key press types, as a code; 0 when it types none. Backspace, Enter and Escape type their
 // control characters; Tab types none (it moves the focus).
 int keyAsciiOf(const QKeyEvent* event) {
@@ -91,7 +121,7 @@ public:
     }
 
     std::function<void(int&)> keyPress;
-    std::function<void(int, int)> keyDown;
+    std::function<void(int&, int)> keyDown;
     std::function<void(int, int)> keyUp;
     std::function<void()> gotFocus;
     std::function<void()> lostFocus;
@@ -105,10 +135,7 @@ protected:
         case QEvent::KeyPress:
             return onKeyPressEvent(static_cast<QKeyEvent*>(event));
         case QEvent::KeyRelease:
-            if (keyUp)
-                keyUp(keyCodeOf(static_cast<QKeyEvent*>(event)),
-                      shiftOf(static_cast<QKeyEvent*>(event)->modifiers()));
-            return false;
+            return onKeyReleaseEvent(static_cast<QKeyEvent*>(event));
         case QEvent::FocusIn:
             // Coming back from a menu or another window is no new focus: the field never lost it.
             if (!m_hasFocus) {
@@ -139,8 +166,13 @@ private:
     bool onKeyPressEvent(QKeyEvent* event) {
         if (m_resending)
             return false;
-        if (keyDown)
-            keyDown(keyCodeOf(event), shiftOf(event->modifiers()));
+        if (keyDown) {
+            const int pressed = keyCodeOf(event);
+            int keyCode = pressed;
+            keyDown(keyCode, shiftOf(event->modifiers()));
+            if (keyCode != pressed)
+                return replaceKey(event, keyCode);
+        }
         const int typed = keyAsciiOf(event);
         if (!keyPress || typed == 0)
             return false;
@@ -160,7 +192,39 @@ private:
         return true;
     }
 
+    // The widget takes the replacement key instead of the one pressed, or nothing when the code is 0 or no
+    // key.
+    bool replaceKey(const QKeyEvent* event, int keyCode) {
+        m_replacedKey = event->key();
+        m_replacement = keyCode;
+        const int key = qtKeyOf(keyCode);
+        if (key == 0)
+            return true;
+        // Shift would turn a replacement Tab back into Backtab, or a Left into a selection.
+        QKeyEvent instead(QEvent::KeyPress, key, event->modifiers() & ~Qt::ShiftModifier,
+                          key >= 0x20 && key <= 0x7E ? QString(QChar(key)) : QString());
+        m_resending = true;
+        QApplication::sendEvent(m_widget, &instead);
+        m_resending = false;
+        return true;
+    }
+
+    bool onKeyReleaseEvent(QKeyEvent* event) {
+        int keyCode = keyCodeOf(event);
+        if (m_replacedKey != 0 && event->key() == m_replacedKey) {
+            m_replacedKey = 0;
+            if (m_replacement == 0)
+                return true;
+            keyCode = m_replacement;
+        }
+        if (keyUp)
+            keyUp(keyCode, shiftOf(event->modifiers()));
+        return false;
+    }
+
     QWidget* m_widget;
+    int m_replacedKey = 0; // the Qt key whose KeyDown was replaced, until it is released
+    int m_replacement = 0;
     bool m_resending = false;
     bool m_hasFocus = false; // the field holds the focus of its form
 };
@@ -171,7 +235,7 @@ void onKeyPress(QWidget* widget, std::function<void(int&)> handler) {
     WidgetEvents::of(widget)->keyPress = std::move(handler);
 }
 
-void onKeyDown(QWidget* widget, std::function<void(int, int)> handler) {
+void onKeyDown(QWidget* widget, std::function<void(int&, int)> handler) {
     WidgetEvents::of(widget)->keyDown = std::move(handler);
 }
 

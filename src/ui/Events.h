@@ -29,7 +29,10 @@ constexpr int vbAltMask = 4;
 // KeyPress sees the typed character's code and may set it to 0 to drop the character, or to another code to
 // type that character instead (for example a small letter turned into its capital).
 void onKeyPress(QWidget* widget, std::function<void(int& keyAscii)> handler);
-void onKeyDown(QWidget* widget, std::function<void(int keyCode, int shift)> handler);
+// KeyDown sees the key's code before the widget does and may set it to 0 to drop the key, or to another code
+// to have the widget take that key instead (Tab turned into Left, say). The key's KeyUp then sees the
+// replacement, and a dropped key has none. A handler that takes the code by value leaves the key as it is.
+void onKeyDown(QWidget* widget, std::function<void(int& keyCode, int shift)> handler);
 void onKeyUp(QWidget* widget, std::function<void(int keyCode, int shift)> handler);
 
 // GotFocus and LostFocus follow the focus within a form. Opening a menu, a message box or another window does

@@ -115,6 +115,21 @@ public:
         }
     }
 
+    void appendRows(const std::vector<QStringList>& rows) {
+        if (rows.empty())
+            return;
+        const int old = gridRows();
+        beginInsertRows({}, old - 1, old - 1 + static_cast<int>(rows.size()) - 1);
+        m_rows.reserve(old + static_cast<qsizetype>(rows.size()));
+        for (const QStringList& texts : rows) {
+            QList<Cell> cells(std::min(static_cast<int>(texts.size()), m_cols));
+            for (qsizetype c = 0; c < cells.size(); ++c)
+                cells[c].text = texts[c];
+            m_rows.append(std::move(cells));
+        }
+        endInsertRows();
+    }
+
     void setGridCols(int cols) {
         if (cols > m_cols) {
             beginInsertColumns({}, m_cols, cols - 1);
@@ -346,6 +361,18 @@ void FlexGrid::setTopRow(int row) {
         return;
     executeDelayedItemsLayout(); // the scroll range must know the current rows
     verticalScrollBar()->setValue(row - 1);
+}
+
+void FlexGrid::AddRows(const std::vector<QStringList>& rows) {
+    m_cells->appendRows(rows);
+    showCurrentCell();
+}
+
+QRect FlexGrid::ShownCellRect() const {
+    if (m_row < 1)
+        return {};
+    const QRect cell = visualRect(m_cells->index(m_row - 1, m_col));
+    return cell.intersected(viewport()->rect()).translated(viewport()->pos());
 }
 
 void FlexGrid::keyboardSearch(const QString&) {}

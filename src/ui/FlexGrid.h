@@ -13,7 +13,9 @@
 
 #include <QColor>
 #include <QString>
+#include <QStringList>
 #include <QTableView>
+#include <vector>
 
 namespace tillbook {
 
@@ -101,6 +103,16 @@ public:
     int CellTop() const { return currentCellRect().top(); }
     int CellWidth() const { return currentCellRect().width(); }
     int CellHeight() const { return currentCellRect().height(); }
+
+    // The current cell's rectangle as the grid shows it now, relative to the grid like CellLeft..., cut to
+    // the cells' area; empty when the cell is scrolled out of sight. Reading it never scrolls: an editor laid
+    // over the cell follows it with this while the clerk scrolls.
+    QRect ShownCellRect() const;
+
+    // Appends one row after the last for each list of texts, cell by cell from column 0, in one change of
+    // the grid: a long list is shown without a repaint or a layout per row. Texts past the last column are
+    // left out. The current cell stays where it is.
+    void AddRows(const std::vector<QStringList>& rows);
 
     // The first data row shown at the top (0 when there are no data rows); setting it scrolls as far as the
     // grid allows.

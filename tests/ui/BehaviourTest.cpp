@@ -58,6 +58,45 @@ private slots:
         QCOMPARE(shift, vbShiftMask);
     }
 
+    void keyDownMayReplaceOrDropTheKey() {
+        QWidget form;
+        auto* edit = new QLineEdit(&form);
+        auto* next = new QLineEdit(&form);
+        next->move(0, 40);
+        form.show();
+        QVERIFY(QTest::qWaitForWindowActive(&form));
+        edit->setFocus();
+        QList<int> up;
+        onKeyDown(edit, [](int& code, int) {
+            if (code == vbKeyTab)
+                code = vbKeyLeft;
+            else if (code == 'X')
+                code = 0;
+        });
+        onKeyUp(edit, [&](int code, int) { up << code; });
+        QTest::keyClicks(edit, "abc");
+        // Tab becomes Left: the caret moves and the focus stays; Shift+Tab likewise, without selecting.
+        QTest::keyClick(edit, Qt::Key_Tab);
+        QVERIFY(edit->hasFocus());
+        QCOMPARE(edit->cursorPosition(), 2);
+        QTest::keyClick(edit, Qt::Key_Backtab, Qt::ShiftModifier);
+        QVERIFY(edit->hasFocus());
+        QCOMPARE(edit->cursorPosition(), 1);
+        QVERIFY(!edit->hasSelectedText());
+        // A dropped key types nothing and has no KeyUp.
+        QTest::keyClick(edit, Qt::Key_X);
+        QCOMPARE(edit->text(), QString("abc"));
+        up.removeAll(0); // Shift's own release
+        QCOMPARE(up, QList<int>({'A', 'B', 'C', vbKeyLeft, vbKeyLeft}));
+
+        // A handler taking the code by value changes nothing.
+        int seen = 0;
+        onKeyDown(edit, [&seen](int code, int) { seen = code; });
+        QTest::keyClick(edit, Qt::Key_Tab);
+        QCOMPARE(seen, vbKeyTab);
+        QVERIFY(next->hasFocus());
+    }
+
     void focusEventsIgnoreMenusAndOtherWindows() {
         QMainWindow form;
         auto* central = new QWidget(&form);

@@ -1,0 +1,332 @@
+// The receipt window: the distribution lines of a miscellaneous receipt, keyed through the editor that floats
+// over the grid's current cell, checked cell by cell, and filled from the finder.
+#include "entry/DistributionRules.h"
+#include "entry/dialogs/frmFinder.h"
+#include "entry/frmCR.h"
+#include "fetching/CodeChecks.h"
+#include "fetching/FinderRecords.h"
+#include "fetching/ReceiptViews.h"
+#include "ledger/Formats.h"
+#include "ledger/LedgerError.h"
+#include "settings/Globals.h"
+#include "ui/Events.h"
+#include "ui/FlexGrid.h"
+#include "ui/Platform.h"
+#include "ui_frmCR.h"
+
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <algorithm>
+
+namespace tillbook {
+
+namespace {
+
+// Runs a function on every mouse press on a widget, before the widget takes it.
+class PressWatcher : public QObject {
+public:
+    PressWatcher(QWidget* watched, std::function<void()> onPress)
+        : QObject(watched), m_onPress(std::move(onPress)) {
+        watched->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick)
+            m_onPress();
+        return false;
+    }
+
+private:
+    std::function<void()> m_onPress;
+};
+
+} // namespace
+
+void frmCR::connectDistributions() {
+    FlexGrid* grid = ui->MSFlexGrid1;
+    connect(ui->cmdNewInvoice, &QPushButton::clicked, this, &frmCR::cmdNewInvoice_Click);
+    connect(ui->cmdDist, &QPushButton::clicked, this, &frmCR::cmdDist_Click);
+    connect(ui->cmdAccount, &QPushButton::clicked, this, &frmCR::cmdAccount_Click);
+    connect(grid, &FlexGrid::EnterCell, this, &frmCR::MSFlexGrid1_EnterCell);
+    connect(grid, &FlexGrid::LeaveCell, this, &frmCR::MSFlexGrid1_LeaveCell);
+    connect(grid, &FlexGrid::Click, this, &frmCR::MSFlexGrid1_Click);
+    // A click checks the cell it leaves only when it does leave one.
+    new PressWatcher(grid->viewport(), [this] { m_leftCellRow = 0; });
+    connect(ui->txtFloat, &QLineEdit::textChanged, this, &frmCR::txtFloat_Change);
+    onKeyDown(ui->txtFloat, [this](int& keyCode, int shift) { txtFloat_KeyDown(keyCode, shift); });
+    onKeyUp(ui->txtFloat, [this](int keyCode, int shift) { txtFloat_KeyUp(keyCode, shift); });
+    onLostFocus(ui->txtDistribution, [this] { txtDistribution_LostFocus(); });
+    connect(grid->verticalScrollBar(), &QScrollBar::valueChanged, this, &frmCR::followScrolledCell);
+    connect(grid->horizontalScrollBar(), &QScrollBar::valueChanged, this, &frmCR::followScrolledCell);
+    // Misc. mode starts on an empty distribution grid, whatever the grid showed before.
+    connect(ui->cboTransType, &ComboBox::Click, this, [this] {
+        if (ui->cboTransType->ListIndex() != 2)
+            return;
+        Set_GridHeaders();
+        m_distAmounts.assign(1, Money());
+        m_editorFloating = false;
+        ui->txtFloat->setVisible(false);
+    });
+}
+
+bool frmCR::editingDistributions() const {
+    return m_transType == 2;
+}
+
+// ---- Lines ----
+
+void frmCR::cmdNewInvoice_Click() {
+    FlexGrid* grid = ui->MSFlexGrid1;
+    // The amount being keyed counts only once it is checked, as when the clerk leaves its cell.
+    if (m_editorFloating && grid->Col() == DistColAmount && grid->Row() >= 1 && grid->Row() <= DistLines &&
+        !checkDistCell(grid->Row(), DistColAmount, ui->txtFloat->text(), RefusedBy::Keys)) {
+        refuseDistAmount();
+        return;
+    }
+    const bool first = DistLines == 0;
+    if (first || CanAddDistLine(DistLines, grid->TextMatrix(DistLines, DistColAmount))) {
+        ++DistLines;
+        if (grid->Rows() <= DistLines)
+            grid->setRows(DistLines + 1);
+        grid->setTextMatrix(DistLines, DistColAmount, QStringLiteral("0.00"));
+    }
+    if (first) {
+        ui->cmdDist->setEnabled(true);
+        ui->cmdAccount->setEnabled(true);
+        Make_ReceiptNumber();
+    }
+
+    if (grid->Row() == DistLines && grid->Col() == DistColCode) {
+        MSFlexGrid1_EnterCell();
+    } else {
+        grid->setRow(DistLines);
+        grid->setCol(DistColCode);
+    }
+    m_distAmounts.resize(static_cast<size_t>(DistLines) + 1);
+    ui->cmdSave->setEnabled(true);
+    ui->mnuFileSave->setEnabled(true);
+    EntryDirty = true;
+}
+
+void frmCR::txtDistribution_LostFocus() {
+    if (ui->txtDistribution->text() == u"0.00")
+        ui->cmdNewInvoice->setEnabled(false);
+}
+
+// ---- The floating editor ----
+
+void frmCR::Position_FloatEditor() {
+    FlexGrid* grid = ui->MSFlexGrid1;
+    // Reading the cell's place scrolls it into view first.
+    QRect cell(grid->CellLeft(), grid->CellTop(), grid->CellWidth(), grid->CellHeight());
+    // A cell wider than the grid's view is covered only where it is shown.
+    if (const QRect shown = grid->ShownCellRect(); !shown.isEmpty())
+        cell = shown;
+    QLineEdit* editor = ui->txtFloat;
+    editor->setGeometry(QRect(grid->pos() + cell.topLeft(), cell.size()));
+    editor->setVisible(true);
+    editor->raise();
+    editor->setSelection(0, static_cast<int>(editor->text().size()));
+    editor->setFocus(Qt::OtherFocusReason);
+    m_editorFloating = true;
+}
+
+void frmCR::followScrolledCell() {
+    if (!m_editorFloating || !editingDistributions())
+        return;
+    FlexGrid* grid = ui->MSFlexGrid1;
+    const QRect shown = grid->ShownCellRect();
+    ui->txtFloat->setVisible(!shown.isEmpty());
+    if (!shown.isEmpty())
+        ui->txtFloat->setGeometry(QRect(grid->pos() + shown.topLeft(), shown.size()));
+}
+
+void frmCR::MSFlexGrid1_EnterCell() {
+    if (!editingDistributions())
+        return;
+    FlexGrid* grid = ui->MSFlexGrid1;
+    if (grid->Row() < 1 || grid->Row() > DistLines) {
+        // No line to edit there.
+        m_editorFloating = false;
+        ui->txtFloat->setVisible(false);
+        return;
+    }
+    ui->txtFloat->setText(grid->Text());
+    Position_FloatEditor();
+}
+
+void frmCR::MSFlexGrid1_LeaveCell() {
+    if (!editingDistributions())
+        return;
+    m_leftCellText = ui->MSFlexGrid1->Text();
+    m_leftCellRow = ui->MSFlexGrid1->Row();
+    m_leftCellCol = ui->MSFlexGrid1->Col();
+}
+
+void frmCR::MSFlexGrid1_Click() {
+    if (!editingDistributions() || m_entryLocked)
+        return;
+    FlexGrid* grid = ui->MSFlexGrid1;
+    const int row = m_leftCellRow;
+    const int col = m_leftCellCol;
+    const bool leftALine = row >= 1 && row <= DistLines;
+    const bool onALine = grid->Row() >= 1 && grid->Row() <= DistLines;
+    if (!leftALine)
+        return;
+    // A click past the lines leaves the editor where it was.
+    bool back = !onALine;
+    if (onALine && !checkDistCell(row, col, m_leftCellText, RefusedBy::Click))
+        back = true;
+    if (back) {
+        const bool refusedAmount = onALine && col == DistColAmount;
+        grid->setRow(row);
+        grid->setCol(col);
+        if (refusedAmount)
+            refuseDistAmount();
+    }
+    m_leftCellRow = 0;
+}
+
+void frmCR::txtFloat_KeyDown(int& keyCode, int) {
+    if (!editingDistributions())
+        return;
+    TabToLeft(keyCode);
+    FlexGrid* grid = ui->MSFlexGrid1;
+    m_keyDownCol = grid->Col();
+    const int target = DistKeyTarget(keyCode, grid->Col());
+    if (target < 0 || grid->Row() < 1 || grid->Row() > DistLines)
+        return;
+    if (!checkDistCell(grid->Row(), grid->Col(), ui->txtFloat->text(), RefusedBy::Keys)) {
+        if (grid->Col() == DistColAmount)
+            refuseDistAmount();
+        return;
+    }
+    grid->setCol(target);
+}
+
+void frmCR::txtFloat_KeyUp(int keyCode, int) {
+    if (!editingDistributions())
+        return;
+    if ((keyCode == vbKeyLeft && m_keyDownCol >= 1) || (keyCode == vbKeyRight && m_keyDownCol <= 3))
+        ui->txtFloat->setSelection(0, static_cast<int>(ui->txtFloat->text().size()));
+}
+
+void frmCR::txtFloat_Change() {
+    if (!editingDistributions())
+        return;
+    FlexGrid* grid = ui->MSFlexGrid1;
+    if (grid->Row() < 1 || grid->Row() > DistLines)
+        return;
+    const QString text = ui->txtFloat->text();
+    grid->setText(grid->Col() == DistColAmount ? FormatAmount(Strip_Commas(text)) : text);
+}
+
+// ---- Checks and totals ----
+
+bool frmCR::checkDistCell(int row, int col, const QString& text, RefusedBy by) {
+    switch (col) {
+    case DistColCode:
+        if (LedgerSession && Check_DistCode(*LedgerSession, text))
+            return true;
+        MsgBox(InvalidDistCodeText(by), vbOKOnly + vbCritical, InvalidInputTitle);
+        return false;
+    case DistColAccount:
+        if (LedgerSession && Check_GLAccount(*LedgerSession, text))
+            return true;
+        MsgBox(InvalidAccountText(by), vbOKOnly + vbCritical, InvalidInputTitle);
+        return false;
+    case DistColAmount:
+        if (distAmountFits(row, text)) {
+            storeDistAmount(row, DistLineAmount(text));
+            return true;
+        }
+        MsgBox(AmountOverUndistributedText, vbOKOnly + vbCritical, InvalidInputTitle);
+        return false;
+    default:
+        return true;
+    }
+}
+
+bool frmCR::distAmountFits(int row, const QString& text) const {
+    const Money left = DistRemaining(Strip_Commas(ui->txtAmount->text()), m_distAmounts, DistLines, row);
+    return DistLineAmount(text) <= left;
+}
+
+bool frmCR::Check_DistAmount() {
+    return distAmountFits(ui->MSFlexGrid1->Row(), ui->txtFloat->text());
+}
+
+void frmCR::Recalc_Undistributed() {
+    storeDistAmount(ui->MSFlexGrid1->Row(), DistLineAmount(ui->txtFloat->text()));
+}
+
+void frmCR::storeDistAmount(int row, Money amount) {
+    if (row >= 1 && row <= DistLines) {
+        if (m_distAmounts.size() <= static_cast<size_t>(row))
+            m_distAmounts.resize(static_cast<size_t>(row) + 1);
+        m_distAmounts[static_cast<size_t>(row)] = amount;
+    }
+    ui->txtDistribution->setText(
+        FormatAmount(Undistributed(Strip_Commas(ui->txtAmount->text()), m_distAmounts, DistLines)));
+}
+
+void frmCR::refuseDistAmount() {
+    // The editor lies over the refused cell again: emptied, the line counted at zero.
+    ui->txtFloat->clear();
+    storeDistAmount(ui->MSFlexGrid1->Row(), Money());
+    ui->txtFloat->setFocus(Qt::OtherFocusReason);
+}
+
+// ---- The finder ----
+
+void frmCR::cmdDist_Click() {
+    FinderKind = FinderDistCodes;
+    showFinder(FinderKind);
+}
+
+void frmCR::cmdAccount_Click() {
+    FinderKind = FinderAccounts;
+    showFinder(FinderKind);
+}
+
+void frmCR::showFinder(int kind) {
+    if (!LedgerSession)
+        return;
+    std::vector<QStringList> records;
+    try {
+        records = Read_FinderRecords(*LedgerSession, kind);
+    } catch (const LedgerError& error) {
+        reportLedgerError(kind == FinderDistCodes
+                              ? QStringLiteral("The distribution codes could not be read.")
+                              : QStringLiteral("The G/L accounts could not be read."),
+                          error.description());
+        return;
+    }
+    frmFinder finder(kind, records, this);
+    if (finder.exec() == QDialog::Accepted)
+        putFinderChoice(kind, finder.ChosenCode(), finder.ChosenAccount());
+}
+
+void frmCR::putFinderChoice(int kind, const QString& code, const QString& account) {
+    FlexGrid* grid = ui->MSFlexGrid1;
+    const int line = std::max<int>(DistLines, 1);
+    if (kind == FinderDistCodes) {
+        grid->setRow(line);
+        grid->setCol(DistColCode);
+        ui->txtFloat->setText(code);
+        grid->setCol(DistColAccount);
+        grid->setTextMatrix(line, DistColAccount, account);
+    } else {
+        const bool blankLine = Is_GridCellEmpty(line, DistColCode) && Is_GridCellEmpty(line, DistColAccount);
+        grid->setRow(line);
+        grid->setCol(DistColAccount);
+        if (blankLine)
+            grid->setTextMatrix(line, DistColAccount, code);
+        else
+            ui->txtFloat->setText(code);
+    }
+    grid->setCol(DistColAmount);
+}
+
+} // namespace tillbook

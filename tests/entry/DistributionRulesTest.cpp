@@ -1,0 +1,155 @@
+// The rules of distribution lines that need no window, and the finder: its texts of coded values, its two
+// column sets, and what it shows and hands back for a given list.
+#include "entry/DistributionRules.h"
+
+#include "entry/dialogs/FinderTexts.h"
+#include "entry/dialogs/frmFinder.h"
+#include "fetching/FinderRecords.h"
+#include "support/ReceiptWindow.h"
+
+#include <QPushButton>
+#include <QTest>
+#include <gtest/gtest.h>
+
+using namespace tillbook;
+
+namespace {
+
+Money cents(std::int64_t c) {
+    return Money::fromCents(c);
+}
+
+} // namespace
+
+TEST(DistributionAmounts, WhatIsLeftLeavesOutTheLineItself) {
+    EXPECT_EQ(DistLineAmount("10.545"), cents(1055)); // the cell's figure: to cents, half away from zero
+    EXPECT_EQ(DistLineAmount("-2.005"), cents(-201));
+    const std::vector<Money> amounts = {Money(), cents(3000), cents(5050), cents(99)};
+    const Money receipt = cents(10000);
+    EXPECT_EQ(DistRemaining(receipt, amounts, 3, 2), cents(6901));
+    EXPECT_EQ(DistRemaining(receipt, amounts, 3, 1), cents(4851));
+    EXPECT_EQ(Undistributed(receipt, amounts, 3), cents(1851));
+    // Lines past the count, or past the stored amounts, do not count.
+    EXPECT_EQ(Undistributed(receipt, amounts, 2), cents(1950));
+    EXPECT_EQ(Undistributed(receipt, amounts, 7), cents(1851));
+    EXPECT_EQ(Undistributed(cents(5000), amounts, 3), cents(-3149));
+}
+
+TEST(DistributionLines, Refusals) {
+    EXPECT_EQ(
+        InvalidDistCodeText(RefusedBy::Keys),
+        "The Distribution Code you entered is invalid.\nEnter the Distribution Code again, or select one "
+        "using thr finder.");
+    EXPECT_EQ(
+        InvalidDistCodeText(RefusedBy::Click),
+        "The Distribution Code you entered is invalid.\nEnter the Distribution Code again, or select one "
+        "using the finder.");
+    EXPECT_EQ(InvalidAccountText(RefusedBy::Keys), "The Account number you entered is invalid.\nEnter the "
+                                                   "Account number again, or select one using thr finder.");
+    EXPECT_EQ(InvalidAccountText(RefusedBy::Click), "The Account number you entered is invalid.\nEnter the "
+                                                    "Account number again, or select one using the finder.");
+}
+
+TEST(FinderTexts, AnAccountStatusIsComparedWithZeroAsText) {
+    EXPECT_EQ(AccountStatusText("1"), "Active");
+    EXPECT_EQ(AccountStatusText("0"), "Inactive");
+    EXPECT_EQ(AccountStatusText(""), "Inactive");
+    EXPECT_EQ(AccountStatusText("-1"), "Inactive");
+    EXPECT_EQ(AccountStatusText("00"), "00");
+    EXPECT_EQ(AccountStatusText("2"), "2");
+}
+
+TEST(FinderTexts, AccountNumbersHyphenatedByLength) {
+    EXPECT_EQ(HyphenatedAccount("1000"), "1000");
+    EXPECT_EQ(HyphenatedAccount("12"), "12");
+    EXPECT_EQ(HyphenatedAccount("41001"), "4100-1");
+    EXPECT_EQ(HyphenatedAccount("4100100"), "4100-100");
+    EXPECT_EQ(HyphenatedAccount("41001001"), "4100-100-1");
+    EXPECT_EQ(HyphenatedAccount(" 420010010 "), "4200-100-10");
+    EXPECT_EQ(HyphenatedAccount("4200100100"), "4200100100");
+    EXPECT_EQ(HyphenatedAccount("420010010099"), "420010010099");
+}
+
+TEST(FinderTexts, CaptionsAndColumnSets) {
+    EXPECT_EQ(FinderCaption(FinderDistCodes), "Tillbook - Distribution Codes");
+    EXPECT_EQ(FinderCaption(FinderAccounts), "Tillbook - GL Accounts");
+    EXPECT_EQ(FinderCaption(7), "Tillbook - GL Accounts");
+    EXPECT_EQ(
+        FinderFormat(FinderDistCodes),
+        "^ Distribution Code |^                      Description                       |^   Status   "
+        "|^            Revenue Account            |^   Inventory Account   |^Costs of Goods Sold Account");
+    EXPECT_EQ(
+        FinderFormat(FinderAccounts),
+        "^   Account Number   |^                     Description                    |^   Status   |^     "
+        "        Type             |^   Structure Code   |^   Reserved   |^   Allocations Allowed   |^   "
+        "Multicurrency   |^   Quantities Allowed   |^   Unit of Measure   |");
+}
+
+TEST(Finder, ShowsTheListWithItsTexts) {
+    frmFinder accounts(FinderAccounts,
+                       {{"4100100", "Sales - East", "1", "I", "ACCT", "GL", "1", "0", "1", "EA"},
+                        {"1000", "Petty Cash", "", "B", "", "", "0", "1", "0", ""},
+                        {"4200100100", "Long", "7", "R", "", "", "2", "", "", ""}});
+    const FlexGrid* grid = test::control<FlexGrid>(&accounts, "MSFlexFinder");
+    EXPECT_EQ(accounts.objectName(), "frmFinder");
+    EXPECT_EQ(accounts.windowTitle(), "Tillbook - GL Accounts");
+    EXPECT_EQ(grid->Cols(), 11);
+    EXPECT_EQ(grid->Rows(), 4);
+    const QStringList first = {"4100-100", "Sales - East", "Active", "Income", "ACCT", "GL",
+                               "Yes",      "No",           "Yes",    "EA",     ""};
+    for (int c = 0; c < 11; ++c)
+        EXPECT_EQ(grid->TextMatrix(1, c), first[c]) << c;
+    EXPECT_EQ(grid->TextMatrix(2, 2), "Inactive");
+    EXPECT_EQ(grid->TextMatrix(2, 3), "Balance Sheet");
+    EXPECT_EQ(grid->TextMatrix(3, 0), "4200100100");
+    EXPECT_EQ(grid->TextMatrix(3, 2), "7");
+    EXPECT_EQ(grid->TextMatrix(3, 3), "Retained Earnings");
+    EXPECT_EQ(grid->TextMatrix(3, 6), "2");
+    EXPECT_EQ(grid->Row(), 1);
+    EXPECT_EQ(grid->Col(), 0);
+
+    frmFinder codes(FinderDistCodes, {{"RETAIL", "Retail revenue", "1", "410010", "1200", "5000"},
+                                      {"OLD", "Closed", "0", "4700", "", ""},
+                                      {"ODD", "Odd status", "9", "4700", "", ""}});
+    const FlexGrid* codeGrid = test::control<FlexGrid>(&codes, "MSFlexFinder");
+    EXPECT_EQ(codes.windowTitle(), "Tillbook - Distribution Codes");
+    EXPECT_EQ(codeGrid->Cols(), 6);
+    EXPECT_EQ(codeGrid->TextMatrix(1, 2), "Active");
+    EXPECT_EQ(codeGrid->TextMatrix(2, 2), "Inactive");
+    EXPECT_EQ(codeGrid->TextMatrix(3, 2), "9");
+    EXPECT_EQ(codeGrid->TextMatrix(1, 3), "410010");
+}
+
+TEST(Finder, AnEmptyListShowsOnlyTheHeaderRow) {
+    frmFinder finder(FinderDistCodes, {});
+    const FlexGrid* grid = test::control<FlexGrid>(&finder, "MSFlexFinder");
+    EXPECT_EQ(grid->Rows(), 1);
+    EXPECT_EQ(grid->TextMatrix(0, 0), " Distribution Code ");
+    EXPECT_FALSE(test::control<QPushButton>(&finder, "cmdSelect")->isEnabled());
+    finder.cmdSelect_Click();
+    EXPECT_EQ(finder.ChosenCode(), "");
+}
+
+TEST(Finder, SelectHandsBackTheCodeOfTheRowAndItsRevenueAccount) {
+    frmFinder finder(FinderDistCodes, {{"RETAIL", "Retail revenue", "1", "410010", "1200", "5000"},
+                                       {"WHSALE", "Wholesale revenue", "1", "410020", "1200", "5000"}});
+    finder.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&finder));
+    FlexGrid* grid = test::control<FlexGrid>(&finder, "MSFlexFinder");
+    // A click anywhere on a row chooses the row: its code cell becomes the current one.
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {},
+                      grid->visualRect(grid->model()->index(1, 1)).center());
+    EXPECT_EQ(grid->Row(), 2);
+    EXPECT_EQ(grid->Col(), 0);
+    test::control<QPushButton>(&finder, "cmdSelect")->click();
+    EXPECT_EQ(finder.result(), QDialog::Accepted);
+    EXPECT_EQ(finder.ChosenCode(), "WHSALE");
+    EXPECT_EQ(finder.ChosenAccount(), "410020");
+}
+
+TEST(Finder, CancelHandsBackNothing) {
+    frmFinder finder(FinderAccounts, {{"1000", "Petty Cash", "1", "B", "", "", "0", "0", "0", ""}});
+    test::control<QPushButton>(&finder, "cmdCancel")->click();
+    EXPECT_EQ(finder.result(), QDialog::Rejected);
+    EXPECT_EQ(finder.ChosenCode(), "");
+}

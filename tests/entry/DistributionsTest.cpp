@@ -1,0 +1,405 @@
+// Distribution lines of a miscellaneous receipt on the receipt window: adding lines, the floating editor and
+// its keys, the checks of codes, accounts and amounts with their messages, and the finder's choice put into
+// the line.
+#include "entry/DistributionRules.h"
+#include "entry/dialogs/frmFinder.h"
+#include "fetching/FinderRecords.h"
+#include "support/AnswerMessageBoxes.h"
+#include "support/Grab.h"
+#include "support/ReceiptWindow.h"
+#include "support/SampleCompany.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTimer>
+#include <functional>
+
+using namespace tillbook;
+
+namespace {
+
+// Runs `act` on the finder as soon as it is shown; the finder runs modally until `act` closes it.
+void whenFinderShows(std::function<void(frmFinder*)> act) {
+    auto* timer = new QTimer;
+    timer->setInterval(10);
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, act = std::move(act)] {
+        for (QWidget* top : QApplication::topLevelWidgets()) {
+            auto* finder = qobject_cast<frmFinder*>(top);
+            if (finder && finder->isVisible()) {
+                timer->stop();
+                timer->deleteLater();
+                act(finder);
+                return;
+            }
+        }
+    });
+    timer->start();
+}
+
+FlexGrid* finderGrid(frmFinder* finder) {
+    return test::control<FlexGrid>(finder, "MSFlexFinder");
+}
+
+// Makes the finder's row whose first cell reads `code` current and presses Select.
+void selectInFinder(frmFinder* finder, const QString& code) {
+    FlexGrid* grid = finderGrid(finder);
+    for (int r = 1; r < grid->Rows(); ++r)
+        if (grid->TextMatrix(r, 0) == code)
+            grid->setRow(r);
+    QCOMPARE(grid->Text(), code);
+    test::control<QPushButton>(finder, "cmdSelect")->click();
+}
+
+} // namespace
+
+class DistributionsTest : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<test::SampleCompany> company;
+    std::unique_ptr<test::ReceiptWindow> window;
+
+    QLineEdit* editor() const { return window->edit("txtFloat"); }
+    FlexGrid* grid() const { return window->grid(); }
+    void key(Qt::Key k) { QTest::keyClick(editor(), k); }
+    QString cell(int row, int col) const { return grid()->TextMatrix(row, col); }
+
+    // Misc. mode with a receipt amount and its first line started.
+    void startMisc(const QString& amount) {
+        window->combo("cboTransType")->setListIndex(2);
+        window->edit("txtAmount")->setText(amount);
+        window->form->cmdNewInvoice_Click();
+    }
+    // Keys a whole line from its code cell, leaving the editor in its Amount cell after the amount is
+    // accepted by Right.
+    void keyLine(const QString& code, const QString& account, const QString& amount) {
+        QCOMPARE(grid()->Col(), 0);
+        editor()->setText(code);
+        key(Qt::Key_Right);
+        editor()->setText(account);
+        key(Qt::Key_Right);
+        editor()->setText(amount);
+        key(Qt::Key_Right);
+        QCOMPARE(grid()->Col(), 3);
+    }
+    // The editor lies exactly over the grid's current cell.
+    void expectEditorOverCurrentCell() {
+        QVERIFY(editor()->isVisible());
+        const QRect shown = grid()->ShownCellRect();
+        QVERIFY(!shown.isEmpty());
+        QCOMPARE(editor()->geometry(), QRect(grid()->pos() + shown.topLeft(), shown.size()));
+        QCOMPARE(editor()->text(), grid()->Text());
+    }
+
+private slots:
+    void initTestCase() {
+        qputenv("TILLBOOK_TODAY", "2026-03-15");
+        qputenv("TILLBOOK_SHORT_DATE", "MM/dd/yyyy");
+        company = std::make_unique<test::SampleCompany>();
+    }
+    void cleanupTestCase() { company.reset(); }
+
+    void init() {
+        window = std::make_unique<test::ReceiptWindow>();
+        QVERIFY(window->open());
+        QVERIFY(QTest::qWaitForWindowActive(window->form));
+        CurrentBatch = "12";
+        CurrentEntry = "3";
+    }
+    void cleanup() {
+        window.reset();
+        EntryDirty = false;
+    }
+
+    void theFirstLineOpensTheEditorOverItsCodeCell() {
+        startMisc("100.00");
+        QCOMPARE(DistLines, 1);
+        QCOMPARE(grid()->Cols(), 5);
+        QCOMPARE(cell(0, 2), QString("    Amount         "));
+        QCOMPARE(cell(1, 2), QString("0.00"));
+        QCOMPARE(grid()->Row(), 1);
+        QCOMPARE(grid()->Col(), 0);
+        QCOMPARE(window->text("txtReceiptNum"), QString("0012-003-20260315"));
+        QVERIFY(window->enabled("cmdDist") && window->enabled("cmdAccount") && window->enabled("cmdSave"));
+        QVERIFY(test::control<QAction>(window->form, "mnuFileSave")->isEnabled());
+        QVERIFY(EntryDirty);
+        expectEditorOverCurrentCell();
+        QVERIFY(editor()->hasFocus());
+
+        // No line after a line whose amount is still zero.
+        window->form->cmdNewInvoice_Click();
+        QCOMPARE(DistLines, 1);
+        QCOMPARE(cell(2, 2), QString());
+        QCOMPARE(static_cast<int>(window->form->DistAmounts().size()), 2);
+    }
+
+    void tabMovesLeftAndTheArrowsStopAtTheEnds() {
+        startMisc("100.00");
+        // Tab in the first column moves nothing and keeps the focus in the editor.
+        key(Qt::Key_Tab);
+        QCOMPARE(grid()->Col(), 0);
+        QVERIFY(editor()->hasFocus());
+        keyLine("RETAIL", "4100-100", "25");
+        key(Qt::Key_Right);
+        QCOMPARE(grid()->Col(), 4);
+        key(Qt::Key_Right);
+        QCOMPARE(grid()->Col(), 4);
+        expectEditorOverCurrentCell();
+        test::grabToPng(window->form, "frmCR-misc-editor-last-column");
+        key(Qt::Key_Tab);
+        QCOMPARE(grid()->Col(), 3);
+        QVERIFY(editor()->hasFocus());
+        QCOMPARE(editor()->selectedText(), editor()->text());
+        key(Qt::Key_Tab);
+        key(Qt::Key_Tab);
+        QCOMPARE(grid()->Col(), 1);
+        QCOMPARE(editor()->text(), QString("4100-100"));
+        QCOMPARE(editor()->selectedText(), QString("4100-100"));
+    }
+
+    void amountsAreKeptWithinTheUndistributedAmount() {
+        test::AnswerMessageBoxes answers;
+        startMisc("1,000.00");
+        keyLine("RETAIL", "4100100", "1,2,3.455"); // commas anywhere, more decimals than a cent
+        QCOMPARE(cell(1, 2), QString("123.46"));
+        QCOMPARE(window->form->DistAmounts()[1], Money::fromCents(12346));
+        QCOMPARE(window->text("txtDistribution"), QString("876.54"));
+
+        window->form->cmdNewInvoice_Click();
+        QCOMPARE(DistLines, 2);
+        QCOMPARE(cell(2, 2), QString("0.00"));
+        editor()->setText("MISC");
+        key(Qt::Key_Right);
+        editor()->setText("4700");
+        key(Qt::Key_Right);
+        // One cent more than is left: refused, the editor emptied, the line counted at zero.
+        editor()->setText("876.55");
+        QCOMPARE(cell(2, 2), QString("876.55"));
+        key(Qt::Key_Right);
+        QCOMPARE(answers.asked.size(), 1);
+        QCOMPARE(answers.asked[0].prompt,
+                 QString("The Amount you entered is greater than the Undistributed "
+                         "Amount.\nEnter an Amount less than the Undistributed Amount."));
+        QCOMPARE(answers.asked[0].title, QString("Invalid Input"));
+        QCOMPARE(answers.asked[0].buttons, vbOKOnly);
+        QCOMPARE(answers.asked[0].icon, vbCritical);
+        QCOMPARE(grid()->Col(), 2);
+        QCOMPARE(editor()->text(), QString());
+        QCOMPARE(cell(2, 2), QString("0.00"));
+        QCOMPARE(window->form->DistAmounts()[2], Money());
+        QCOMPARE(window->text("txtDistribution"), QString("876.54"));
+
+        // Exactly what is left, typed with letters after it: accepted, nothing left.
+        editor()->setText("876.54abc");
+        key(Qt::Key_Right);
+        QCOMPARE(answers.asked.size(), 1);
+        QCOMPARE(grid()->Col(), 3);
+        QCOMPARE(cell(2, 2), QString("876.54"));
+        QCOMPARE(window->text("txtDistribution"), QString("0.00"));
+        // Leaving the undistributed amount at nothing takes away New Invoice.
+        window->edit("txtDistribution")->setFocus();
+        editor()->setFocus();
+        QVERIFY(!window->enabled("cmdNewInvoice"));
+
+        // A line's own amount does not count against itself when it is changed.
+        key(Qt::Key_Left);
+        editor()->setText("800");
+        key(Qt::Key_Left);
+        QCOMPARE(grid()->Col(), 1);
+        QCOMPARE(window->text("txtDistribution"), QString("76.54"));
+    }
+
+    void theAmountBeingKeyedIsCheckedBeforeALineIsAdded() {
+        test::AnswerMessageBoxes answers;
+        startMisc("50.00");
+        keyLine("RETAIL", "4100100", "20");
+        key(Qt::Key_Left);
+        editor()->setText("60");
+        window->form->cmdNewInvoice_Click();
+        QCOMPARE(answers.asked.size(), 1);
+        QCOMPARE(DistLines, 1);
+        QCOMPARE(cell(1, 2), QString("0.00"));
+        QCOMPARE(window->text("txtDistribution"), QString("50.00"));
+    }
+
+    void codesAndAccountsAreCheckedAsTyped() {
+        test::AnswerMessageBoxes answers;
+        startMisc("100.00");
+        const QString codeRefused =
+            "The Distribution Code you entered is invalid.\nEnter the Distribution Code "
+            "again, or select one using thr finder.";
+        for (const QString& code : QStringList{"retail", " RETAIL", "RET-AIL", ""}) {
+            editor()->setText(code);
+            key(Qt::Key_Right);
+            QCOMPARE(grid()->Col(), 0);
+            QCOMPARE(editor()->text(), code);
+        }
+        QCOMPARE(answers.asked.size(), 4);
+        QCOMPARE(answers.asked.last().prompt, codeRefused);
+        QCOMPARE(answers.asked.last().title, QString("Invalid Input"));
+        QCOMPARE(answers.asked.last().icon, vbCritical);
+
+        editor()->setText("RETAIL");
+        key(Qt::Key_Right);
+        QCOMPARE(grid()->Col(), 1);
+        const QString accountRefused = "The Account number you entered is invalid.\nEnter the Account number "
+                                       "again, or select one using thr finder.";
+        for (const QString& account : QStringList{"4100 100", "4100-1", "999-9", ""}) {
+            editor()->setText(account);
+            key(Qt::Key_Right);
+            QCOMPARE(grid()->Col(), 1);
+            QCOMPARE(answers.asked.last().prompt, accountRefused);
+        }
+        QCOMPARE(answers.asked.size(), 8);
+        // Hyphens anywhere and blanks around the number are ignored.
+        for (const QString& account : QStringList{"4100-100", " 4100100 ", "41-00-100", "4200-100-10"}) {
+            editor()->setText(account);
+            key(Qt::Key_Right);
+            QCOMPARE(grid()->Col(), 2);
+            QCOMPARE(cell(1, 1), account);
+            key(Qt::Key_Left);
+        }
+        QCOMPARE(answers.asked.size(), 8);
+    }
+
+    void aClickChecksTheCellItLeavesAndSpellsTheFinderRight() {
+        test::AnswerMessageBoxes answers;
+        startMisc("100.00");
+        editor()->setText("NOSUCH");
+        QTest::mouseClick(grid()->viewport(), Qt::LeftButton, {},
+                          grid()->visualRect(grid()->model()->index(0, 3)).center());
+        QCOMPARE(answers.asked.size(), 1);
+        QCOMPARE(answers.asked[0].prompt,
+                 QString("The Distribution Code you entered is invalid.\nEnter the "
+                         "Distribution Code again, or select one using the finder."));
+        QCOMPARE(grid()->Row(), 1);
+        QCOMPARE(grid()->Col(), 0);
+        QCOMPARE(editor()->text(), QString("NOSUCH"));
+        expectEditorOverCurrentCell();
+
+        editor()->setText("RETAIL");
+        QTest::mouseClick(grid()->viewport(), Qt::LeftButton, {},
+                          grid()->visualRect(grid()->model()->index(0, 2)).center());
+        QCOMPARE(answers.asked.size(), 1);
+        QCOMPARE(grid()->Col(), 2);
+        expectEditorOverCurrentCell();
+
+        // An amount over the receipt, left by a click: refused, back on its cell, emptied.
+        editor()->setText("100.01");
+        QTest::mouseClick(grid()->viewport(), Qt::LeftButton, {},
+                          grid()->visualRect(grid()->model()->index(0, 4)).center());
+        QCOMPARE(answers.asked.size(), 2);
+        QCOMPARE(grid()->Col(), 2);
+        QCOMPARE(editor()->text(), QString());
+        QCOMPARE(cell(1, 2), QString("0.00"));
+        QCOMPARE(window->text("txtDistribution"), QString("100.00"));
+
+        // A click below the lines leaves the editor on its line.
+        QTest::mouseClick(grid()->viewport(), Qt::LeftButton, {},
+                          grid()->visualRect(grid()->model()->index(3, 1)).center());
+        QCOMPARE(grid()->Row(), 1);
+        QCOMPARE(grid()->Col(), 2);
+        expectEditorOverCurrentCell();
+    }
+
+    void theEditorFollowsItsCellAsTheGridScrolls() {
+        startMisc("1,000.00");
+        for (int line = 1; line <= 14; ++line) {
+            keyLine("RETAIL", "4100100", "1");
+            window->form->cmdNewInvoice_Click();
+        }
+        QCOMPARE(DistLines, 15);
+        QCOMPARE(grid()->Row(), 15);
+        QVERIFY(grid()->TopRow() > 1);
+        expectEditorOverCurrentCell();
+        QVERIFY(grid()->viewport()->geometry().translated(grid()->pos()).contains(editor()->geometry()));
+
+        // Scrolled by the clerk, the editor moves with its cell and is hidden while the cell is out of sight.
+        grid()->setRow(10);
+        expectEditorOverCurrentCell();
+        grid()->setTopRow(9);
+        expectEditorOverCurrentCell();
+        grid()->setTopRow(1);
+        QVERIFY(!editor()->isVisible());
+        grid()->setTopRow(8);
+        expectEditorOverCurrentCell();
+
+        // The last column, partly out of sight, is brought into view under the editor.
+        for (int i = 0; i < 4; ++i)
+            key(Qt::Key_Right);
+        QCOMPARE(grid()->Col(), 4);
+        expectEditorOverCurrentCell();
+        QCOMPARE(editor()->width(), grid()->CellWidth());
+        test::grabToPng(window->form, "frmCR-misc-editor-scrolled");
+    }
+
+    void theFinderPutsADistributionCodeAndItsRevenueAccountIntoTheLine() {
+        startMisc("100.00");
+        whenFinderShows([](frmFinder* finder) {
+            QCOMPARE(finder->windowTitle(), QString("Tillbook - Distribution Codes"));
+            QCOMPARE(finderGrid(finder)->Rows(), 25);
+            test::grabToPng(finder, "frmFinder-distribution-codes");
+            selectInFinder(finder, "CONSLT");
+        });
+        test::control<QPushButton>(window->form, "cmdDist")->click();
+        QCOMPARE(FinderKind, 1);
+        QCOMPARE(cell(1, 0), QString("CONSLT"));
+        QCOMPARE(cell(1, 1), QString("4200100"));
+        QCOMPARE(grid()->Col(), 2);
+        expectEditorOverCurrentCell();
+        QCOMPARE(editor()->text(), QString("0.00"));
+        QCOMPARE(editor()->selectedText(), QString("0.00"));
+        test::grabToPng(window->form, "frmCR-misc-editor-amount");
+    }
+
+    void theFinderPutsAnAccountIntoABlankLineOrThroughTheEditor() {
+        startMisc("100.00");
+        whenFinderShows([](frmFinder* finder) {
+            QCOMPARE(finder->windowTitle(), QString("Tillbook - GL Accounts"));
+            QCOMPARE(finderGrid(finder)->Cols(), 11);
+            test::grabToPng(finder, "frmFinder-gl-accounts");
+            selectInFinder(finder, "4200-100-10");
+        });
+        window->form->cmdAccount_Click();
+        QCOMPARE(FinderKind, 2);
+        QCOMPARE(cell(1, 0), QString());
+        QCOMPARE(cell(1, 1), QString("4200-100-10"));
+        QCOMPARE(grid()->Col(), 2);
+
+        // A line with a code already: the account goes through the editor into its cell.
+        grid()->setCol(0);
+        editor()->setText("RETAIL");
+        whenFinderShows([](frmFinder* finder) { selectInFinder(finder, "4100-100"); });
+        window->form->cmdAccount_Click();
+        QCOMPARE(cell(1, 0), QString("RETAIL"));
+        QCOMPARE(cell(1, 1), QString("4100-100"));
+        QCOMPARE(grid()->Col(), 2);
+
+        // Cancel writes nothing.
+        whenFinderShows([](frmFinder* finder) {
+            finderGrid(finder)->setRow(3);
+            test::control<QPushButton>(finder, "cmdCancel")->click();
+        });
+        window->form->cmdAccount_Click();
+        QCOMPARE(cell(1, 1), QString("4100-100"));
+        QCOMPARE(grid()->Col(), 2);
+    }
+
+    void theFinderReadsEveryRecordInKeyOrder() {
+        const std::vector<QStringList> codes = Read_FinderRecords(*LedgerSession, FinderDistCodes);
+        QCOMPARE(static_cast<int>(codes.size()), 24);
+        QCOMPARE(codes.front(), QStringList({"CONSLT", "Conslt revenue", "1", "4200100", "1200", "5000"}));
+        for (size_t i = 1; i < codes.size(); ++i)
+            QVERIFY(codes[i - 1][0] < codes[i][0]);
+        const std::vector<QStringList> accounts = Read_FinderRecords(*LedgerSession, FinderAccounts);
+        QCOMPARE(static_cast<int>(accounts.size()), 34);
+        QCOMPARE(accounts.front().size(), 10);
+        QCOMPARE(accounts.front()[0], QString("1000"));
+        QCOMPARE(accounts.front()[2], QString("1"));
+        QCOMPARE(accounts.front()[3], QString("B"));
+    }
+};
+
+QTEST_MAIN(DistributionsTest)
+#include "DistributionsTest.moc"
