@@ -5,7 +5,9 @@
 
 #include "ManyDocumentsCompany.h"
 #include "fetching/Batches.h"
+#include "fetching/CustomerList.h"
 #include "fetching/ReceiptViews.h"
+#include "ledger/Formats.h"
 #include "ui/ComboBox.h"
 #include "ui/FlexGrid.h"
 
@@ -18,13 +20,18 @@
 namespace {
 
 using namespace tillbook;
-using bench::company;
 using bench::openWindow;
 
 constexpr int Applications = 10;
 
+// A hundred customers with about 26 open documents each: every entry is a different customer's.
+bench::ReceiptBenchCompany& company() {
+    static bench::ReceiptBenchCompany made(QStringLiteral("TENAPPS"), 100, 4000);
+    return made;
+}
+
 void SaveReceiptWithTenApplications(benchmark::State& state) {
-    frmCR* window = openWindow(state);
+    frmCR* window = openWindow(state, company());
     if (!window)
         return;
     Create_Batch(QDate(2025, 3, 14));
@@ -34,17 +41,20 @@ void SaveReceiptWithTenApplications(benchmark::State& state) {
     auto* grid = window->findChild<FlexGrid*>("MSFlexGrid1");
     auto* amount = window->findChild<QLineEdit*>("txtAmount");
     auto* unapplied = window->findChild<QLineEdit*>("txtUnapplied");
+    int applied = 0;
+    size_t customer = 0;
     for (auto _ : state) {
         state.PauseTiming();
         window->cmdNewEntry_Click();
-        window->findChild<ComboBox*>("cboCustomers")->setListIndex(0);
+        window->findChild<ComboBox*>("cboCustomers")->setListIndex(customer++ % Customers.size());
         amount->setText(QStringLiteral("1,000,000.00"));
         unapplied->setText(amount->text());
         window->cmdSearch_Click();
-        // Ten invoices with something due, applied as the clerk double-clicks them.
-        int applied = 0;
+        // Up to ten invoices with something left to pay, applied as the clerk double-clicks them.
+        applied = 0;
         for (int row = 1; row < grid->Rows() && applied < Applications; ++row) {
-            if (!grid->TextMatrix(row, 2).startsWith(u"IN") || grid->TextMatrix(row, 0) != u"No")
+            if (!grid->TextMatrix(row, 2).startsWith(u"IN") ||
+                !(Strip_Commas(grid->TextMatrix(row, 8)) > Money()))
                 continue;
             grid->setRow(row);
             grid->setCol(0);
@@ -56,7 +66,7 @@ void SaveReceiptWithTenApplications(benchmark::State& state) {
         if (!PostOK)
             state.SkipWithError("the receipt was not saved");
     }
-    state.counters["applications"] = ApplyKeys.size();
+    state.counters["applications"] = applied; // of the last entry
     delete window;
     Close_Ledger();
 }
@@ -125,7 +135,7 @@ void FloorSameRowsInOneTransaction(benchmark::State& state) {
 } // namespace
 
 BENCHMARK(FloorSameRowsInOneTransaction)->Unit(benchmark::kMillisecond)->MinTime(2.0);
-BENCHMARK(SaveReceiptWithTenApplications)->Unit(benchmark::kMillisecond)->MinTime(2.0);
+BENCHMARK(SaveReceiptWithTenApplications)->Unit(benchmark::kMillisecond)->Iterations(100);
 
 int main(int argc, char** argv) {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))

@@ -42,20 +42,31 @@ void frmCR::Load_OpenDocuments() {
     const int position = ui->cboCustomers->ListIndex();
     if (position < 0 || position >= static_cast<int>(Customers.size()))
         return;
-    const int lastColumn = ui->MSFlexGrid1->Cols() - 1;
-    int n = 0;
+    // The rows are gathered and written in one change of the grid: a customer may have a thousand documents.
+    // Those read before a failure are written all the same.
+    std::vector<QStringList> rows;
+    std::vector<int> alignments;
+    const auto write = [&] {
+        if (rows.empty())
+            return;
+        ui->MSFlexGrid1->setRows(1);
+        ui->MSFlexGrid1->AddRows(rows, alignments);
+    };
     try {
-        Read_OpenDocuments(Customers[static_cast<size_t>(position)].Id, ApplyGridFields,
-                           [&](QStringList row) {
-                               row[0] = ApplyMarkText(row[0]);
-                               row[1] = row[1] == u"1" ? QStringLiteral("Invoice") : QString();
-                               Add_GridRow(row, ++n, lastColumn, GridRowReceipt);
-                               markApplyCell(n, false);
-                           });
+        Read_OpenDocuments(
+            Customers[static_cast<size_t>(position)].Id, ApplyGridFields, [&](QStringList row) {
+                row[0] = ApplyMarkText(row[0]);
+                row[1] = row[1] == u"1" ? QStringLiteral("Invoice") : QString();
+                alignments.clear();
+                rows.push_back(gridRowCells(row, ui->MSFlexGrid1->Cols() - 1, GridRowReceipt, alignments));
+            });
     } catch (const LedgerError& error) {
+        write();
         reportLedgerError(QStringLiteral("The customer's open documents could not be read."),
                           error.description());
+        return;
     }
+    write();
 }
 
 void frmCR::Load_CustomerDocuments() {
@@ -78,20 +89,32 @@ void frmCR::Load_CustomerDocuments() {
     }
 }
 
-void frmCR::Add_GridRow(const QStringList& values, int row, int lastColumn, int kind) {
-    FlexGrid* grid = ui->MSFlexGrid1;
-    grid->setRows(row + 1);
+QStringList frmCR::gridRowCells(const QStringList& values, int lastColumn, int kind,
+                                std::vector<int>& alignments) const {
     const int mode = ui->cboTransType->ListIndex();
+    QStringList cells;
     for (int c = 0; c <= lastColumn && c < values.size(); ++c) {
         const QString& value = values[c];
         // Amounts of the receipt's own column sets are formatted and right-aligned; every other cell is left
         // as text, its alignment set too so that nothing of an earlier column set lingers.
         const bool amount = mode == 0 && (kind == GridRowAppliedDocument ? c >= 2 : (c >= 3 && c <= 13));
         if (mode == 1 || mode == 2)
-            grid->setTextMatrix(row, c, value);
+            cells << value;
         else
-            grid->setTextMatrix(row, c, amount ? FormatAmount(ValMoney(value)) : value.trimmed());
-        grid->setCellAlignment(row, c, amount ? flexAlignRightCenter : flexAlignLeftCenter);
+            cells << (amount ? FormatAmount(ValMoney(value)) : value.trimmed());
+        alignments.push_back(amount ? flexAlignRightCenter : flexAlignLeftCenter);
+    }
+    return cells;
+}
+
+void frmCR::Add_GridRow(const QStringList& values, int row, int lastColumn, int kind) {
+    FlexGrid* grid = ui->MSFlexGrid1;
+    grid->setRows(row + 1);
+    std::vector<int> alignments;
+    const QStringList cells = gridRowCells(values, lastColumn, kind, alignments);
+    for (int c = 0; c < cells.size(); ++c) {
+        grid->setTextMatrix(row, c, cells[c]);
+        grid->setCellAlignment(row, c, alignments[static_cast<size_t>(c)]);
     }
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "posting/Posting.h"
 #include "entry/DistributionRules.h"
 #include "ledger/Money.h"
+#include "posting/Posting.h"
 
 #include <QMainWindow>
 #include <QStringList>
@@ -203,6 +203,10 @@ private:
     void connectApplicationGrid();
     void connectSaving();
     void setSaveEnabled(bool enabled);
+    // A grid row's cell texts as Add_GridRow writes them, with each cell's alignment appended to
+    // `alignments`.
+    QStringList gridRowCells(const QStringList& values, int lastColumn, int kind,
+                             std::vector<int>& alignments) const;
     // Marks a row's Apply cell as applied, or takes the mark away.
     void markApplyCell(int row, bool applied);
     // What posting reads from the window.

@@ -115,7 +115,7 @@ public:
         }
     }
 
-    void appendRows(const std::vector<QStringList>& rows) {
+    void appendRows(const std::vector<QStringList>& rows, const std::vector<int>& alignments) {
         if (rows.empty())
             return;
         const int old = gridRows();
@@ -123,8 +123,11 @@ public:
         m_rows.reserve(old + static_cast<qsizetype>(rows.size()));
         for (const QStringList& texts : rows) {
             QList<Cell> cells(std::min(static_cast<int>(texts.size()), m_cols));
-            for (qsizetype c = 0; c < cells.size(); ++c)
+            for (qsizetype c = 0; c < cells.size(); ++c) {
                 cells[c].text = texts[c];
+                if (c < static_cast<qsizetype>(alignments.size()))
+                    cells[c].alignment = alignments[static_cast<size_t>(c)];
+            }
             m_rows.append(std::move(cells));
         }
         endInsertRows();
@@ -363,8 +366,8 @@ void FlexGrid::setTopRow(int row) {
     verticalScrollBar()->setValue(row - 1);
 }
 
-void FlexGrid::AddRows(const std::vector<QStringList>& rows) {
-    m_cells->appendRows(rows);
+void FlexGrid::AddRows(const std::vector<QStringList>& rows, const std::vector<int>& alignments) {
+    m_cells->appendRows(rows, alignments);
     showCurrentCell();
 }
 

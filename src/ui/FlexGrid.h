@@ -111,8 +111,9 @@ public:
 
     // Appends one row after the last for each list of texts, cell by cell from column 0, in one change of
     // the grid: a long list is shown without a repaint or a layout per row. Texts past the last column are
-    // left out. The current cell stays where it is.
-    void AddRows(const std::vector<QStringList>& rows);
+    // left out; `alignments` gives each column's alignment (flexAlign constants), the rest are left-aligned.
+    // The current cell stays where it is.
+    void AddRows(const std::vector<QStringList>& rows, const std::vector<int>& alignments = {});
 
     // The first data row shown at the top (0 when there are no data rows); setting it scrolls as far as the
     // grid allows.
