@@ -38,6 +38,14 @@ frmLogin::frmLogin(QWidget* parent) : QMainWindow(parent), ui(std::make_unique<U
     onKeyPress(ui->txtPassword, [this](int& keyAscii) { txtPassword_KeyPress(keyAscii); });
     onKeyUp(ui->txtPassword, [this](int keyCode, int shift) { txtPassword_KeyUp(keyCode, shift); });
     onLostFocus(ui->txtPassword, [this] { txtPassword_LostFocus(); });
+    // Enter in the password field signs in as a click on OK does, the field being left first.
+    connect(ui->txtPassword, &QLineEdit::returnPressed, this, [this] {
+        if (!ui->cmdOK->isEnabled())
+            return;
+        ui->cmdOK->setFocus(Qt::OtherFocusReason);
+        txtPassword_LostFocus();
+        ui->cmdOK->click();
+    });
 
     Form_Load();
 }

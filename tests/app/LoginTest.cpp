@@ -152,6 +152,11 @@ private slots:
         QTest::keyClick(login.txtPassword, Qt::Key_End);
         QTest::keyClick(login.txtPassword, Qt::Key_Backspace);
         QVERIFY(login.cmdOK->isEnabled());
+
+        // Enter signs in as OK does: the password typed so far is checked.
+        QTest::keyClick(login.txtPassword, Qt::Key_Return);
+        QCOMPARE(answers.asked.size(), 2);
+        QCOMPARE(login.txtPassword->selectedText(), QString("SECRE"));
     }
 
     void withNoDatabaseRememberedOKStaysDisabled() {
