@@ -19,14 +19,12 @@ void Session::open(const QString& user, const QString& password, const QString& 
     auto state = std::make_shared<engine::SessionState>();
     engine::guarded(m_closedErrors, [&] {
         state->store = engine::CompanyStore::open(databaseId);
-        if (!state->store->hasUser(user))
-            m_closedErrors.fail(QStringLiteral("User \"%1\" is not a user of company \"%2\".")
-                                    .arg(user.trimmed().toUpper(), databaseId.trimmed().toUpper()),
-                                ErrorPriority::Security);
+        // One message, whether the user is unknown or the password wrong: a sign-in must not tell which
+        // users a company has.
         if (!state->store->checkPassword(user, password))
-            m_closedErrors.fail(
-                QStringLiteral("The password of user \"%1\" is not correct.").arg(user.trimmed().toUpper()),
-                ErrorPriority::Security);
+            m_closedErrors.fail(QStringLiteral("The user name or password is not correct for company \"%1\".")
+                                    .arg(state->store->location().companyId),
+                                ErrorPriority::Security);
         const engine::ViewDef& profile = *engine::Schema::instance().view(QStringLiteral("CS0001"));
         engine::TableAccess table(*state->store, profile);
         const auto page = table.page({{profile.fieldIndex(QStringLiteral("ORGID"))},

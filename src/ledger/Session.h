@@ -24,8 +24,8 @@ public:
     Session& operator=(const Session&) = delete;
 
     // Finds the company's store (see README: TILLBOOK_DATA, TILLBOOK_LEDGER_URL) and checks the user;
-    // the password is case-sensitive. Throws LedgerError for an unknown company or user or a wrong
-    // password.
+    // the password is case-sensitive. Throws LedgerError for an unknown company, and one and the same
+    // LedgerError for an unknown user and a wrong password.
     void open(const QString& user, const QString& password, const QString& databaseId,
               const QDate& sessionDate, int flags = 0);
     void close();

@@ -1,10 +1,12 @@
 // The settings store: defaults on a fresh machine, the exact stored texts, slots, and what is never deleted.
 #include "settings/Registry.h"
 
+#include "settings/SettingsStore.h"
 #include "support/TempSettings.h"
 
 #include <QFile>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 using namespace tillbook;
 
@@ -161,4 +163,37 @@ TEST_F(RegistryTest, TheFileHoldingPasswordsIsReadableByItsOwnerOnly) {
     const QFile::Permissions permissions = QFile::permissions(settings.fileName());
     EXPECT_TRUE(permissions & QFile::ReadOwner);
     EXPECT_FALSE(permissions & (QFile::ReadGroup | QFile::ReadOther | QFile::WriteGroup | QFile::WriteOther));
+}
+
+namespace {
+
+mode_t modeOf(const QString& path) {
+    struct stat info {};
+    return stat(QFile::encodeName(path).constData(), &info) == 0 ? info.st_mode & 0777 : 0;
+}
+
+} // namespace
+
+TEST_F(RegistryTest, TheSettingsFileIsTheOwnersOnlyFromItsFirstByte) {
+    const mode_t previous = umask(0); // a file made without explicit permissions would be open to all
+    {
+        SettingsStore store;
+        store.write("ConnectInfo/SavedPWD", "SECRET");
+        // Made owner-only before the value reaches it, not narrowed afterwards.
+        ASSERT_TRUE(QFile::exists(settings.fileName()));
+        EXPECT_EQ(modeOf(settings.fileName()), 0600u);
+    }
+    EXPECT_EQ(modeOf(settings.fileName()), 0600u);
+    EXPECT_EQ(settings.raw("ConnectInfo/SavedPWD"), "SECRET");
+
+    // A file an earlier version left open to all is narrowed before the next value is written.
+    QFile::setPermissions(settings.fileName(), QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup |
+                                                   QFile::ReadOther | QFile::WriteOther);
+    {
+        SettingsStore store;
+        store.write("ConnectInfo/SavedPWD", "OTHER");
+        EXPECT_EQ(modeOf(settings.fileName()), 0600u);
+    }
+    EXPECT_EQ(modeOf(settings.fileName()), 0600u);
+    umask(previous);
 }

@@ -57,8 +57,9 @@ QString TestStore::uniqueId(const QString& stem) {
 }
 
 void TestStore::createEmptyCompany(const QString& id) {
-    auto store = engine::CompanyStore::create(id, true);
-    store->setUser(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"));
+    engine::CompanyStore::create(id, true, [](engine::CompanyStore& store) {
+        store.setUser(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"));
+    });
 }
 
 } // namespace tillbook::test

@@ -1,9 +1,15 @@
 #include "support/TestCompany.h"
 
+#include <QDir>
+#include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryFile>
+#include <QThread>
 #include <gtest/gtest.h>
+#include <grp.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace tillbook::test {
 namespace {
@@ -14,8 +20,16 @@ struct ToolResult {
     QString err;
 };
 
-ToolResult runTool(const QStringList& arguments, const QByteArray& input = {}) {
+// A user other than the test's own, for files the tool must not be able to write even as root.
+constexpr uid_t Nobody = 65534;
+
+ToolResult runTool(const QStringList& arguments, const QByteArray& input = {}, bool asNobody = false) {
     QProcess process;
+    if (asNobody)
+        process.setChildProcessModifier([] {
+            if (setgroups(0, nullptr) != 0 || setgid(Nobody) != 0 || setuid(Nobody) != 0)
+                _exit(99);
+        });
     process.start(QStringLiteral(TILLBOOK_LEDGER_TOOL), arguments);
     process.write(input);
     process.closeWriteChannel();
@@ -157,6 +171,48 @@ TEST_F(LedgerToolTest, UsersSignInWithTheirOwnPassword) {
         runTool({"browse", "SAMINC", "BK0001", "--user", "CLERK", "--password", "secret1"});
     EXPECT_EQ(wrong.exitCode, 1);
     EXPECT_TRUE(wrong.err.contains("password"));
+}
+
+TEST_F(LedgerToolTest, AFailedBrowseLeavesNothingToList) {
+    const ToolResult result = runTool({"run", "SAMINC", "-"}, "open c AR0024\n"
+                                                              "browse c \"CNTOPENINV >\"\n"
+                                                              "list c IDCUST\n");
+    EXPECT_TRUE(result.out.contains("list c: 0 records\n")) << result.out.toStdString();
+}
+
+TEST_F(LedgerToolTest, AReadOnlyCompanyCanBeBrowsedButNotChanged) {
+    // Root writes anything, so the tool runs as another user, who owns the folder but may not write it.
+    const bool root = geteuid() == 0;
+    const QByteArray folder = QFile::encodeName(m_store.dataFolder());
+    const QByteArray file = QFile::encodeName(QDir(m_store.dataFolder()).filePath("SAMINC.sqlite"));
+    if (root) {
+        ASSERT_EQ(chown(folder.constData(), Nobody, Nobody) | chown(file.constData(), Nobody, Nobody), 0);
+    }
+    ASSERT_EQ(chmod(file.constData(), 0400) | chmod(folder.constData(), 0500), 0);
+
+    const ToolResult browsed = runTool({"browse", "SAMINC", "BK0001", "--fields", "BANK"}, {}, root);
+    EXPECT_EQ(browsed.exitCode, 0) << browsed.err.toStdString();
+    EXPECT_GT(browsed.out.count(u'\n'), 1);
+    const ToolResult changed = runTool({"run", "SAMINC", "-"},
+                                       "open c AR0024\ninit c\nput c IDCUST Q1 NAMECUST Q\ninsert c\n", root);
+    EXPECT_EQ(changed.exitCode, 1);
+    EXPECT_TRUE(changed.out.contains("can only be read here")) << changed.out.toStdString();
+    chmod(folder.constData(), 0700);
+}
+
+TEST_F(LedgerToolTest, AKilledCreationLeavesNoCompany) {
+    QProcess process;
+    process.start(QStringLiteral(TILLBOOK_LEDGER_TOOL),
+                  {"create", "BIG", "--sample", "--customers", "20000", "--documents", "400000"});
+    ASSERT_TRUE(process.waitForStarted());
+    QThread::msleep(1500);
+    ASSERT_EQ(process.state(), QProcess::Running) << "finished before it could be killed";
+    process.kill();
+    process.waitForFinished();
+    const ToolResult browsed = runTool({"browse", "BIG", "BK0001"});
+    EXPECT_EQ(browsed.exitCode, 1);
+    EXPECT_TRUE(browsed.err.contains("does not exist")) << browsed.err.toStdString();
+    EXPECT_EQ(runTool({"create", "BIG", "--sample", "--customers", "5", "--documents", "5"}).exitCode, 0);
 }
 
 } // namespace

@@ -55,8 +55,10 @@ int createCommand(const QStringList& words) {
                    .arg(summary.openDocuments)
                    .arg(double(timer.elapsed()) / 1000.0, 0, 'f', 1);
     } else {
-        auto store = engine::CompanyStore::create(id, args.flag(QStringLiteral("force")));
-        store->setUser(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"));
+        auto store =
+            engine::CompanyStore::create(id, args.flag(QStringLiteral("force")), [](engine::CompanyStore& s) {
+                s.setUser(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"));
+            });
         out << QStringLiteral("Created empty company %1 (%2).\n")
                    .arg(id.toUpper(), store->location().describe());
     }

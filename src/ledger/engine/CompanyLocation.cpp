@@ -16,8 +16,17 @@ QString CompanyLocation::describe() const {
 }
 
 CompanyLocation locateCompany(const QString& databaseId) {
-    static const QRegularExpression valid(QStringLiteral("^[A-Za-z0-9_]{1,32}$"));
+    static const QRegularExpression valid(QStringLiteral("^[A-Za-z0-9_]+$"));
     const QString id = databaseId.trimmed();
+    if (id.isEmpty())
+        throw StoreError(QStringLiteral("A company ID may not be empty."));
+    // The length is checked first: a long ID of good characters is wrong only in its length.
+    if (id.size() > MaxCompanyIdLength)
+        throw StoreError(
+            QStringLiteral("\"%1\" is not a valid company ID (at most %2 characters, it has %3).")
+                .arg(id)
+                .arg(MaxCompanyIdLength)
+                .arg(id.size()));
     if (!valid.match(id).hasMatch())
         throw StoreError(
             QStringLiteral("\"%1\" is not a valid company ID (letters, digits and _ only).").arg(id));

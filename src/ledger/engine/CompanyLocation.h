@@ -21,8 +21,10 @@ struct CompanyLocation {
     QString describe() const;
 };
 
-// Throws StoreError for an ID that cannot name a company (empty, or characters other than letters,
-// digits and underscore) and for a malformed URL template.
+constexpr int MaxCompanyIdLength = 32;
+
+// Throws StoreError for an ID that cannot name a company (empty, longer than 32 characters, or
+// characters other than letters, digits and underscore) and for a malformed URL template.
 CompanyLocation locateCompany(const QString& databaseId);
 
 } // namespace tillbook::engine

@@ -1,15 +1,16 @@
 #include "ledger/engine/CompanyStore.h"
 
+#include "ledger/engine/CompanyFile.h"
 #include "ledger/engine/PasswordHash.h"
+#include "ledger/engine/PostgresDatabases.h"
 #include "ledger/engine/Schema.h"
 #include "ledger/engine/StoreError.h"
 #include "ledger/engine/Transaction.h"
 
-#include <QAtomicInt>
-#include <QDir>
-#include <QFile>
 #include <QFileInfo>
+#include <QRandomGenerator>
 #include <QSqlError>
+#include <QUrl>
 
 namespace tillbook::engine {
 
@@ -19,65 +20,37 @@ QString quoted(const QString& identifier) {
     return u'"' + identifier + u'"';
 }
 
-QString newConnectionName() {
-    static QAtomicInt counter;
-    return QStringLiteral("tillbook-ledger-%1").arg(counter.fetchAndAddRelaxed(1));
-}
-
 std::unique_ptr<Dialect> dialectFor(const CompanyLocation& location) {
     return location.postgres ? makePostgresDialect() : makeSqliteDialect();
 }
 
-QSqlDatabase postgresConnection(const QString& name, const CompanyLocation& location,
-                                const QString& database) {
-    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), name);
-    db.setHostName(location.host);
-    db.setPort(location.port);
-    db.setUserName(location.user);
-    db.setPassword(location.password);
-    db.setDatabaseName(database);
-    return db;
+// The database a new company is built in before it takes the company's name; within PostgreSQL's
+// 63 characters.
+QString buildingDatabaseName(const QString& database) {
+    return QStringLiteral("%1_new_%2")
+        .arg(database.left(40))
+        .arg(QRandomGenerator::global()->generate(), 8, 16, QLatin1Char('0'));
 }
 
-// Runs `work` on a short-lived connection to the server's maintenance database.
-template <typename Work> void withMaintenanceConnection(const CompanyLocation& location, Work work) {
-    const QString name = newConnectionName();
-    {
-        QSqlDatabase db = postgresConnection(name, location, QStringLiteral("postgres"));
-        if (!db.open())
-            throw StoreError(QStringLiteral("Cannot reach the ledger server at %1:%2: %3")
-                                 .arg(location.host)
-                                 .arg(location.port)
-                                 .arg(db.lastError().text()));
-        work(db);
-        db.close();
+// Removes what a build that did not finish has made; never throws, so the build's own error is the one
+// reported.
+void discardBuilding(const CompanyLocation& building) noexcept {
+    try {
+        if (building.postgres)
+            dropPostgresDatabase(building, building.database);
+        else
+            removeCompanyFiles(building.sqlitePath);
+    } catch (...) {
     }
-    QSqlDatabase::removeDatabase(name);
 }
 
-bool postgresDatabaseExists(const CompanyLocation& location) {
-    bool found = false;
-    withMaintenanceConnection(location, [&](QSqlDatabase& db) {
-        QSqlQuery query(db);
-        query.prepare(QStringLiteral("SELECT 1 FROM pg_database WHERE datname = ?"));
-        query.addBindValue(location.database);
-        found = query.exec() && query.next();
-    });
-    return found;
+QString alreadyExists(const CompanyLocation& location) {
+    return QStringLiteral("Company \"%1\" already exists (%2).").arg(location.companyId, location.describe());
 }
 
-void createPostgresDatabase(const CompanyLocation& location, bool replace) {
-    withMaintenanceConnection(location, [&](QSqlDatabase& db) {
-        QSqlQuery query(db);
-        if (replace &&
-            !query.exec(
-                QStringLiteral("DROP DATABASE IF EXISTS %1 WITH (FORCE)").arg(quoted(location.database))))
-            throw StoreError(query.lastError().text());
-        if (!query.exec(QStringLiteral("CREATE DATABASE %1 ENCODING 'UTF8' TEMPLATE template0")
-                            .arg(quoted(location.database))))
-            throw StoreError(QStringLiteral("Cannot create the company database %1: %2")
-                                 .arg(location.database, query.lastError().text()));
-    });
+QString notACompany(const CompanyLocation& location, const QString& why) {
+    return QStringLiteral("%1 is not a Tillbook company (%2): company \"%3\" cannot be opened.")
+        .arg(location.describe(), why, location.companyId);
 }
 
 QString unknownCompany(const CompanyLocation& location) {
@@ -87,7 +60,8 @@ QString unknownCompany(const CompanyLocation& location) {
 } // namespace
 
 CompanyStore::CompanyStore(CompanyLocation location, std::unique_ptr<Dialect> dialect)
-    : m_location(std::move(location)), m_dialect(std::move(dialect)), m_connectionName(newConnectionName()) {}
+    : m_location(std::move(location)), m_dialect(std::move(dialect)),
+      m_connectionName(uniqueConnectionName()) {}
 
 CompanyStore::~CompanyStore() {
     rollback();
@@ -98,7 +72,8 @@ CompanyStore::~CompanyStore() {
 
 bool CompanyStore::exists(const QString& databaseId) {
     const CompanyLocation location = locateCompany(databaseId);
-    return location.postgres ? postgresDatabaseExists(location) : QFileInfo::exists(location.sqlitePath);
+    return location.postgres ? postgresDatabaseExists(location, location.database)
+                             : QFileInfo::exists(location.sqlitePath);
 }
 
 std::unique_ptr<CompanyStore> CompanyStore::open(const QString& databaseId) {
@@ -106,41 +81,108 @@ std::unique_ptr<CompanyStore> CompanyStore::open(const QString& databaseId) {
     if (!exists(databaseId))
         throw StoreError(unknownCompany(location));
     std::unique_ptr<CompanyStore> store(new CompanyStore(location, dialectFor(location)));
-    store->connect();
+    store->connect(false);
     return store;
 }
 
 std::unique_ptr<CompanyStore> CompanyStore::create(const QString& databaseId, bool replace,
-                                                   bool withIndexes) {
-    CompanyLocation location = locateCompany(databaseId);
+                                                   const Filler& fill, bool withIndexes) {
+    const CompanyLocation location = locateCompany(databaseId);
     if (!replace && exists(databaseId))
-        throw StoreError(QStringLiteral("Company \"%1\" already exists (%2).")
-                             .arg(location.companyId, location.describe()));
+        throw StoreError(alreadyExists(location));
+    CompanyLocation building = location;
     if (location.postgres) {
-        createPostgresDatabase(location, replace);
+        building.database = buildingDatabaseName(location.database);
+        createPostgresDatabase(location, building.database);
     } else {
-        QDir().mkpath(QFileInfo(location.sqlitePath).absolutePath());
-        for (const QString& suffix : {QString(), QStringLiteral("-wal"), QStringLiteral("-shm")})
-            QFile::remove(location.sqlitePath + suffix);
+        building.sqlitePath = createBuildingFile(location.sqlitePath);
     }
-    std::unique_ptr<CompanyStore> store(new CompanyStore(location, dialectFor(location)));
-    store->connect();
-    store->createTables(withIndexes);
-    return store;
+    try {
+        {
+            CompanyStore store(building, dialectFor(building));
+            store.connect(true);
+            store.createTables(withIndexes);
+            if (fill)
+                fill(store);
+            store.detach();
+        }
+        if (!replace && exists(databaseId)) // made by another till meanwhile
+            throw StoreError(alreadyExists(location));
+        if (location.postgres) {
+            if (replace)
+                dropPostgresDatabase(location, location.database);
+            renamePostgresDatabase(location, building.database, location.database);
+        } else {
+            moveIntoPlace(building.sqlitePath, location.sqlitePath);
+        }
+    } catch (...) {
+        discardBuilding(building);
+        throw;
+    }
+    return open(databaseId);
 }
 
-void CompanyStore::connect() {
+// `fresh`: the file or database was just made for a company being built, and is ours alone.
+void CompanyStore::connect(bool fresh) {
+    bool switchJournal = false;
     if (m_location.postgres) {
         m_db = postgresConnection(m_connectionName, m_location, m_location.database);
     } else {
         m_db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connectionName);
         m_db.setDatabaseName(m_location.sqlitePath);
+        switchJournal = fresh || prepareSqliteOpen();
     }
     if (!m_db.open())
         throw StoreError(QStringLiteral("Cannot open company \"%1\" (%2): %3")
                              .arg(m_location.companyId, m_location.describe(), m_db.lastError().text()));
     for (const QString& statement : m_dialect->connectionSetup())
         execute(statement);
+    if (switchJournal)
+        for (const QString& statement : m_dialect->journalSetup())
+            execute(statement);
+    if (!fresh)
+        checkIsCompany();
+}
+
+// Refuses what is no company before SQLite touches it (an empty file would silently become an empty
+// database), and opens a company this till cannot write for reading only. True when the file's
+// journal mode is still to be set.
+bool CompanyStore::prepareSqliteOpen() {
+    const QString& path = m_location.sqlitePath;
+    const CompanyFileState file = inspectCompanyFile(path);
+    if (file.empty)
+        throw StoreError(notACompany(m_location, QStringLiteral("the file is empty")));
+    if (!file.sqlite)
+        throw StoreError(notACompany(m_location, QStringLiteral("the file is no SQLite database")));
+    m_readOnly = !canWriteCompanyFile(path);
+    if (!m_readOnly)
+        return !file.wal;
+    QStringList options{QStringLiteral("QSQLITE_OPEN_READONLY")};
+    // Reading a WAL file needs its -shm file, which SQLite cannot make in a folder it cannot write. No
+    // till is writing while there is none (a writer keeps it until it closes), so the file is read as
+    // it stands.
+    if (file.wal && !canWriteFolderOf(path) && !QFileInfo::exists(path + QStringLiteral("-shm"))) {
+        options << QStringLiteral("QSQLITE_OPEN_URI");
+        m_db.setDatabaseName(QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded) +
+                             QStringLiteral("?immutable=1"));
+    }
+    m_db.setConnectOptions(options.join(u';'));
+    return false;
+}
+
+void CompanyStore::checkIsCompany() {
+    try {
+        execute(QStringLiteral("SELECT 1 FROM \"TB_USERS\" WHERE 1 = 0"));
+    } catch (const StoreError&) {
+        throw StoreError(notACompany(m_location, QStringLiteral("it has no ledger tables")));
+    }
+}
+
+// Leaves a company being built ready to take its name: on SQLite, everything written is moved out of
+// the write-ahead log into the file itself, which then stands alone.
+void CompanyStore::detach() {
+    if (!m_location.postgres)
+        execute(QStringLiteral("PRAGMA journal_mode=DELETE"));
 }
 
 QSqlQuery CompanyStore::prepare(const QString& sql) {
@@ -173,6 +215,11 @@ void CompanyStore::execute(const QString& sql, const QVariantList& values) {
 }
 
 void CompanyStore::beginWrite() {
+    if (m_readOnly)
+        throw StoreError(
+            QStringLiteral("Company \"%1\" can only be read here: %2 or its folder is read-only, so "
+                           "nothing can be changed.")
+                .arg(m_location.companyId, m_location.describe()));
     if (m_depth == 0)
         execute(m_dialect->beginWrite());
     ++m_depth;
@@ -210,14 +257,17 @@ qint64 CompanyStore::nextNumber(const QString& counter) {
 }
 
 void CompanyStore::setUser(const QString& name, const QString& password) {
-    const PasswordHash hash = PasswordHash::make(password);
+    setUserHash(name, PasswordHash::make(password));
+}
+
+void CompanyStore::setUserHash(const QString& name, const PasswordHash& hash) {
     Transaction transaction(*this);
     {
         execute(QStringLiteral("DELETE FROM \"TB_USERS\" WHERE \"NAME\" = ?"), {name.trimmed().toUpper()});
         execute(
             QStringLiteral(
                 "INSERT INTO \"TB_USERS\" (\"NAME\", \"SALT\", \"ROUNDS\", \"HASH\") VALUES (?, ?, ?, ?)"),
-            {name.trimmed().toUpper(), hash.salt, hash.rounds, hash.hash});
+            {name.trimmed().toUpper(), hash.storedSalt(), hash.rounds, hash.storedHash()});
     }
     transaction.commit();
 }
@@ -228,14 +278,33 @@ bool CompanyStore::hasUser(const QString& name) {
     return query.next();
 }
 
-bool CompanyStore::checkPassword(const QString& name, const QString& password) {
+std::optional<PasswordHash> CompanyStore::userHash(const QString& name) {
     QSqlQuery query =
         prepare(QStringLiteral("SELECT \"SALT\", \"ROUNDS\", \"HASH\" FROM \"TB_USERS\" WHERE \"NAME\" = ?"));
     run(query, {name.trimmed().toUpper()});
     if (!query.next())
+        return std::nullopt;
+    return PasswordHash::fromStored(query.value(0).toString(), query.value(1).toInt(),
+                                    query.value(2).toString());
+}
+
+bool CompanyStore::checkPassword(const QString& name, const QString& password) {
+    const std::optional<PasswordHash> stored = userHash(name);
+    if (!stored) {
+        // The same work as for a user, so the time taken does not tell that there is none.
+        (void)PasswordHash::standIn().matches(password);
         return false;
-    const PasswordHash stored{query.value(0).toString(), query.value(1).toInt(), query.value(2).toString()};
-    return stored.matches(password);
+    }
+    if (!stored->matches(password))
+        return false;
+    if (stored->isOutdated() && !m_readOnly && !inTransaction()) {
+        try {
+            setUser(name, password);
+        } catch (const StoreError&) {
+            // Kept as it is (the company may be busy); the next good sign-in tries again.
+        }
+    }
+    return true;
 }
 
 void CompanyStore::createTables(bool withIndexes) {

@@ -5,22 +5,31 @@
 
 #include "ledger/engine/CompanyLocation.h"
 #include "ledger/engine/Dialect.h"
+#include "ledger/engine/PasswordHash.h"
 
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QVariantList>
+#include <functional>
 #include <memory>
+#include <optional>
 
 namespace tillbook::engine {
 
 class CompanyStore {
 public:
-    // Opens an existing company; throws StoreError naming the company when there is none.
+    // Opens an existing company; throws StoreError naming the company when there is none, or when what
+    // is there is no Tillbook company. A company this till may not write (a read-only file or folder) is
+    // opened for reading: every write then fails with a StoreError that says so.
     static std::unique_ptr<CompanyStore> open(const QString& databaseId);
-    // Makes a new, empty company (tables, no records, no users). Refuses an existing one unless `replace`.
-    // A bulk load asks for no secondary indexes and makes them after the rows are in.
+    // Makes a new company, all or nothing: its tables, then what `fill` adds (users, records), are built
+    // under a temporary name (a file beside the company's, or a database of its own) that becomes the
+    // company's only when all of it is in. A failure or a kill on the way leaves no new company, and an
+    // existing one as it was. Refuses an existing company unless `replace`. A bulk load asks for no
+    // secondary indexes and makes them after the rows are in. Returns the company, opened.
+    using Filler = std::function<void(CompanyStore&)>;
     static std::unique_ptr<CompanyStore> create(const QString& databaseId, bool replace,
-                                                bool withIndexes = true);
+                                                const Filler& fill = {}, bool withIndexes = true);
     static bool exists(const QString& databaseId);
 
     ~CompanyStore();
@@ -45,9 +54,16 @@ public:
     // The next free number of a named counter, safe when several tills take numbers at once.
     qint64 nextNumber(const QString& counter);
 
+    bool isReadOnly() const { return m_readOnly; }
+
     // Users: the name is case-insensitive, the password is not.
     void setUser(const QString& name, const QString& password);
+    void setUserHash(const QString& name, const PasswordHash& hash);
     bool hasUser(const QString& name);
+    // The user's stored hash; nullopt for an unknown user.
+    std::optional<PasswordHash> userHash(const QString& name);
+    // True when the user exists and the password is theirs. Takes as long for an unknown user as for a
+    // known one. A good password stored by an older scheme or at a lower cost is stored anew at today's.
     bool checkPassword(const QString& name, const QString& password);
 
     // Indexes of the views' other keys; a bulk load creates them after the rows are in.
@@ -55,14 +71,18 @@ public:
 
 private:
     CompanyStore(CompanyLocation location, std::unique_ptr<Dialect> dialect);
-    void connect();
+    void connect(bool fresh);
+    bool prepareSqliteOpen();
+    void checkIsCompany();
     void createTables(bool withIndexes);
+    void detach();
 
     CompanyLocation m_location;
     std::unique_ptr<Dialect> m_dialect;
     QString m_connectionName;
     QSqlDatabase m_db;
     int m_depth = 0;
+    bool m_readOnly = false;
 };
 
 } // namespace tillbook::engine

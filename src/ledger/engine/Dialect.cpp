@@ -17,10 +17,12 @@ public:
                                    : QStringLiteral("INTEGER NOT NULL DEFAULT 0");
     }
     QStringList connectionSetup() const override {
-        // LIKE compares case-sensitively, as it does on PostgreSQL; WAL lets tills read while one writes.
-        return {QStringLiteral("PRAGMA case_sensitive_like=ON"), QStringLiteral("PRAGMA journal_mode=WAL"),
-                QStringLiteral("PRAGMA busy_timeout=10000"), QStringLiteral("PRAGMA synchronous=NORMAL")};
+        // LIKE compares case-sensitively, as it does on PostgreSQL.
+        return {QStringLiteral("PRAGMA case_sensitive_like=ON"), QStringLiteral("PRAGMA busy_timeout=10000"),
+                QStringLiteral("PRAGMA synchronous=NORMAL")};
     }
+    // WAL lets tills read while one writes.
+    QStringList journalSetup() const override { return {QStringLiteral("PRAGMA journal_mode=WAL")}; }
     QString beginWrite() const override { return QStringLiteral("BEGIN IMMEDIATE"); }
 };
 
@@ -36,6 +38,7 @@ public:
     QStringList connectionSetup() const override {
         return {QStringLiteral("SET client_min_messages TO WARNING")};
     }
+    QStringList journalSetup() const override { return {}; }
     // Counter rows are locked by the UPDATE that takes the next number, so a plain BEGIN is enough.
     QString beginWrite() const override { return QStringLiteral("BEGIN"); }
 };

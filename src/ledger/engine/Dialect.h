@@ -20,6 +20,9 @@ public:
     virtual QString columnDefinition(const FieldDef& field) const = 0;
     // Statements run once on every new connection.
     virtual QStringList connectionSetup() const = 0;
+    // Statements that put a company file into the journal mode tills share it in. Run only where the
+    // file is writable and not in that mode yet: switching needs a write, and an exclusive lock.
+    virtual QStringList journalSetup() const = 0;
     // Starts a transaction that will write, taking the write lock at once where the store has one, so
     // that two tills taking a next number never both read the same one.
     virtual QString beginWrite() const = 0;

@@ -241,9 +241,10 @@ QDate ledgerToday() {
     return fromEnvironment.isValid() ? fromEnvironment : QDate::currentDate();
 }
 
-SampleSummary createSampleCompany(const QString& databaseId, const SampleOptions& options, bool replace) {
+namespace {
+
+SampleSummary fillSampleCompany(CompanyStore* store, const SampleOptions& options) {
     const QDate today = options.today.isValid() ? options.today : ledgerToday();
-    auto store = CompanyStore::create(databaseId, replace, false);
     const QString id = store->location().companyId;
     Random r(options.seed);
     SampleSummary summary;
@@ -375,6 +376,16 @@ SampleSummary createSampleCompany(const QString& databaseId, const SampleOptions
     store->createSecondaryIndexes();
     summary.customers = customers.written();
     summary.documents = documents.written();
+    return summary;
+}
+
+} // namespace
+
+SampleSummary createSampleCompany(const QString& databaseId, const SampleOptions& options, bool replace) {
+    SampleSummary summary;
+    CompanyStore::create(
+        databaseId, replace, [&](CompanyStore& store) { summary = fillSampleCompany(&store, options); },
+        false);
     return summary;
 }
 

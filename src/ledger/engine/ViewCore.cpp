@@ -252,6 +252,11 @@ bool ViewCore::nextPage() {
 }
 
 void ViewCore::browse(const QString& filterText, bool ascending) {
+    // A browse that fails selects nothing: the fetches after it find no record, rather than walk the
+    // earlier selection or, as a fetch without any browse does, the whole view.
+    m_cursor = std::make_unique<Cursor>();
+    m_cursor->exhausted = true;
+    m_cursor->started = true;
     startCursor(filterText, ascending);
 }
 

@@ -102,6 +102,21 @@ TEST_P(BrowseTest, BadFilterIsALedgerError) {
     EXPECT_TRUE(m_session->errors().at(0).description.contains("CNTOPENINV"));
 }
 
+TEST_P(BrowseTest, AFailedBrowseSelectsNothing) {
+    addCustomers(6);
+    auto customers = m_session->openView("AR0024", "AR");
+    customers->browse("CNTOPENINV>0", true);
+    ASSERT_TRUE(customers->fetch());
+    EXPECT_THROW(customers->browse("CNTOPENINV >", true), LedgerError);
+    EXPECT_FALSE(customers->fetch()); // neither the rest of the earlier selection nor every record
+
+    auto fresh = m_session->openView("AR0024", "AR");
+    EXPECT_THROW(fresh->browse("NOFIELD = 1", true), LedgerError);
+    EXPECT_FALSE(fresh->fetch());
+    fresh->browse("", true); // a good browse afterwards selects again
+    EXPECT_EQ(fetchAll(*fresh).size(), 6);
+}
+
 TILLBOOK_ON_EACH_STORE(BrowseTest);
 
 } // namespace

@@ -1,0 +1,169 @@
+// Companies as a whole: making them all or nothing, what is no company, who may read their files, and
+// how passwords are kept.
+#include "EngineTestSupport.h"
+#include "ledger/LedgerError.h"
+#include "ledger/engine/CompanyLocation.h"
+#include "ledger/engine/CompanyStore.h"
+#include "ledger/engine/PasswordHash.h"
+#include "ledger/engine/StoreError.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
+#include <sys/stat.h>
+
+namespace tillbook::test {
+namespace {
+
+using engine::CompanyStore;
+using engine::PasswordHash;
+
+void addAdmin(CompanyStore& store) {
+    store.setUser(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"));
+}
+
+using CompanyCreationTest = EngineTest;
+
+TEST_P(CompanyCreationTest, AFailedCreationLeavesNoCompanyAndTheOldOneAsItWas) {
+    const auto failHalfway = [](CompanyStore& store) {
+        addAdmin(store);
+        throw engine::StoreError(QStringLiteral("stopped halfway"));
+    };
+    const QString id = TestStore::uniqueId(QStringLiteral("NEW"));
+    EXPECT_THROW(CompanyStore::create(id, false, failHalfway), engine::StoreError);
+    EXPECT_FALSE(CompanyStore::exists(id));
+
+    CompanyStore::open(m_id)->setUser(QStringLiteral("CLERK"), QStringLiteral("Secret1"));
+    EXPECT_THROW(CompanyStore::create(m_id, true, failHalfway), engine::StoreError);
+    Session clerk;
+    clerk.open(QStringLiteral("CLERK"), QStringLiteral("Secret1"), m_id, QDate(2025, 3, 14));
+    EXPECT_TRUE(clerk.isOpen());
+
+    EXPECT_EQ(CompanyStore::create(id, false, addAdmin)->location().companyId, id.toUpper());
+    EXPECT_THROW(CompanyStore::create(id, false, addAdmin), engine::StoreError);
+    if (GetParam() == StoreKind::Sqlite) {
+        const QStringList files = QDir(m_store->dataFolder()).entryList(QDir::Files | QDir::Hidden);
+        EXPECT_TRUE(files.filter(QStringLiteral(".new-")).isEmpty()) << files.join(u' ').toStdString();
+    }
+}
+
+using PasswordTest = EngineTest;
+
+// PBKDF2-HMAC-SHA256 of "passwd" with salt "salt" and one round (RFC 7914's test vector, first 32 bytes).
+const QString OneRoundHash = QStringLiteral(
+    "pbkdf2-sha256$1$73616c74$55ac046e56e3089fec1691c22544b605f94185216dde0465e68b9d57c20dacbc");
+
+// SHA-256 iterated over salt and password, as earlier versions stored passwords.
+PasswordHash iteratedSha256(const QByteArray& salt, const QString& password, int rounds) {
+    PasswordHash old;
+    old.algorithm = PasswordHash::Algorithm::IteratedSha256;
+    old.salt = salt;
+    old.rounds = rounds;
+    old.hash = QCryptographicHash::hash(salt + password.toUtf8(), QCryptographicHash::Sha256);
+    for (int i = 1; i < rounds; ++i)
+        old.hash = QCryptographicHash::hash(old.hash + salt, QCryptographicHash::Sha256);
+    return old;
+}
+
+TEST_P(PasswordTest, OlderHashesAreReplacedAtTheNextGoodSignIn) {
+    auto store = CompanyStore::open(m_id);
+    store->setUserHash(QStringLiteral("OLD"),
+                       iteratedSha256("0123456789abcdef", QStringLiteral("Secret1"), 20));
+    store->setUserHash(QStringLiteral("CHEAP"), PasswordHash::fromStored(QString(), 0, OneRoundHash));
+    const auto signIn = [&](const QString& user, const QString& password) {
+        Session session;
+        try {
+            session.open(user, password, m_id, QDate(2025, 3, 14));
+        } catch (const LedgerError&) {
+        }
+        return session.isOpen();
+    };
+
+    EXPECT_FALSE(signIn(QStringLiteral("OLD"), QStringLiteral("secret1")));
+    EXPECT_EQ(store->userHash(QStringLiteral("OLD"))->algorithm, PasswordHash::Algorithm::IteratedSha256);
+    EXPECT_TRUE(signIn(QStringLiteral("OLD"), QStringLiteral("Secret1")));
+    EXPECT_TRUE(signIn(QStringLiteral("CHEAP"), QStringLiteral("passwd")));
+    for (const char* user : {"OLD", "CHEAP"}) {
+        const PasswordHash now = *store->userHash(QString::fromLatin1(user));
+        EXPECT_EQ(now.algorithm, PasswordHash::Algorithm::Pbkdf2Sha256) << user;
+        EXPECT_EQ(now.rounds, PasswordHash::currentRounds());
+        EXPECT_FALSE(now.isOutdated());
+    }
+    EXPECT_TRUE(signIn(QStringLiteral("OLD"), QStringLiteral("Secret1")));
+    EXPECT_TRUE(signIn(QStringLiteral("CHEAP"), QStringLiteral("passwd")));
+    EXPECT_FALSE(store->userHash(QStringLiteral("NOBODY")).has_value());
+}
+
+TEST(PasswordHashTest, TheStoredTextNamesItsAlgorithmAndCost) {
+    EXPECT_TRUE(PasswordHash::fromStored(QString(), 0, OneRoundHash).matches(QStringLiteral("passwd")));
+    const PasswordHash made = PasswordHash::make(QStringLiteral("Secret1"));
+    EXPECT_TRUE(
+        made.storedHash().startsWith(QStringLiteral("pbkdf2-sha256$%1$").arg(PasswordHash::currentRounds())));
+    const PasswordHash back = PasswordHash::fromStored(made.storedSalt(), made.rounds, made.storedHash());
+    EXPECT_TRUE(back.matches(QStringLiteral("Secret1")));
+    EXPECT_FALSE(back.matches(QStringLiteral("secret1")));
+    EXPECT_FALSE(back.isOutdated());
+    EXPECT_NE(PasswordHash::make(QStringLiteral("Secret1")).storedHash(), made.storedHash()); // salted
+    for (const char* unreadable :
+         {"pbkdf2-sha256$many$00$00", "pbkdf2-sha256$0$00$00", "pbkdf2-sha256$5", ""})
+        EXPECT_FALSE(
+            PasswordHash::fromStored(QString(), 0, QString::fromLatin1(unreadable)).matches(QString()))
+            << unreadable;
+    EXPECT_FALSE(PasswordHash::standIn().matches(QString()));
+}
+
+TEST(CompanyIdTest, ATooLongIdIsToldByItsLength) {
+    const QString longId(33, u'A');
+    try {
+        engine::locateCompany(longId);
+        ADD_FAILURE() << "33 characters accepted";
+    } catch (const engine::StoreError& e) {
+        EXPECT_TRUE(e.message().contains("at most 32 characters")) << e.message().toStdString();
+        EXPECT_FALSE(e.message().contains("letters")) << e.message().toStdString();
+    }
+    EXPECT_NO_THROW(engine::locateCompany(longId.left(32)));
+    EXPECT_THROW(engine::locateCompany(QStringLiteral("AB-C")), engine::StoreError);
+}
+
+TEST(CompanyFileTest, AnEmptyOrForeignFileIsNoCompanyAndIsLeftAlone) {
+    TestStore store;
+    const QString path = QDir(store.dataFolder()).filePath(QStringLiteral("EMPTY.sqlite"));
+    for (const QByteArray& content : {QByteArray(), QByteArray("id,name\n1,Anna\n")}) {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(content);
+        file.close();
+        try {
+            CompanyStore::open(QStringLiteral("EMPTY"));
+            ADD_FAILURE() << "opened " << content.toStdString();
+        } catch (const engine::StoreError& e) {
+            EXPECT_TRUE(e.message().contains("is not a Tillbook company")) << e.message().toStdString();
+        }
+        Session session;
+        EXPECT_THROW(session.open(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"), QStringLiteral("EMPTY"),
+                                  QDate(2025, 3, 14)),
+                     LedgerError);
+        EXPECT_EQ(QFileInfo(path).size(), content.size());
+    }
+}
+
+TEST(CompanyFileTest, TheCompanyAndItsLogFilesAreTheOwnersOnly) {
+    TestStore store;
+    const mode_t previous = umask(0); // anything made without explicit permissions would be open to all
+    auto company = CompanyStore::create(QStringLiteral("PRIVATE"), false, addAdmin);
+    company->setUser(QStringLiteral("CLERK"), QStringLiteral("Secret1")); // a write: the -wal and -shm
+    umask(previous);
+    const QString path = company->location().sqlitePath;
+    for (const QString& file : {path, path + QStringLiteral("-wal"), path + QStringLiteral("-shm")}) {
+        ASSERT_TRUE(QFileInfo::exists(file)) << file.toStdString();
+        struct stat info {};
+        ASSERT_EQ(stat(QFile::encodeName(file).constData(), &info), 0);
+        EXPECT_EQ(info.st_mode & 0777, 0600u) << file.toStdString();
+    }
+}
+
+TILLBOOK_ON_EACH_STORE(CompanyCreationTest);
+TILLBOOK_ON_EACH_STORE(PasswordTest);
+
+} // namespace
+} // namespace tillbook::test
