@@ -172,18 +172,20 @@ bool addToRecord(CompanyStore& store, const QString& viewId, const QVariantHash&
         parameters << value;
     }
     const QString condition = keyCondition(def, key, parameters);
-    QSqlQuery query = store.prepare(QStringLiteral("UPDATE %1 SET %2 WHERE %3")
-                                        .arg(quoted(def.table), assignments.join(u','), condition));
+    QSqlQuery& query = store.statement(QStringLiteral("UPDATE %1 SET %2 WHERE %3")
+                                           .arg(quoted(def.table), assignments.join(u','), condition));
     store.run(query, parameters);
-    return query.numRowsAffected() > 0;
+    const bool changed = query.numRowsAffected() > 0;
+    query.finish();
+    return changed;
 }
 
 Money sumOf(CompanyStore& store, const QString& viewId, const QString& field, const QVariantHash& equal) {
     const ViewDef& def = viewDef(viewId);
     QVariantList parameters;
     const QString condition = keyCondition(def, equal, parameters);
-    QSqlQuery query = store.prepare(QStringLiteral("SELECT COALESCE(SUM(%1), 0) FROM %2 WHERE %3")
-                                        .arg(quoted(field.toUpper()), quoted(def.table), condition));
+    QSqlQuery& query = store.statement(QStringLiteral("SELECT COALESCE(SUM(%1), 0) FROM %2 WHERE %3")
+                                           .arg(quoted(field.toUpper()), quoted(def.table), condition));
     store.run(query, parameters);
     const qint64 total = query.next() ? query.value(0).toLongLong() : 0;
     query.finish();
