@@ -31,7 +31,7 @@ constexpr size_t ProgressStep = 512; // records between two reports of a record-
 // customers is not known before the last is read, so progress is told with a total of 0.
 std::vector<CustomerRecord> Read_Customers(Session& session, const TaskProgress& progress = {});
 
-// Sorts by name, ignoring case, with a Shell sort that moves whole records: names that compare equal keep
+// Sorts by name, ignoring case, with a Shell sort (gaps n/2+1, then halved): names that compare equal keep
 // no guaranteed order, and an element never moves past an equal one in a single insertion step.
 void Sort_Customers(std::vector<CustomerRecord>& customers, const TaskProgress& progress = {});
 

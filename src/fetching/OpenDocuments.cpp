@@ -2,6 +2,10 @@
 
 #include "fetching/FieldValues.h"
 #include "fetching/ReceiptViews.h"
+#include "ledger/Formats.h"
+#include "ledger/View.h"
+
+#include <vector>
 
 namespace tillbook {
 
@@ -21,19 +25,20 @@ void Read_OpenDocuments(const QString& customer, const QStringList& fields, cons
     customerField.putWithoutVerification(customer);
     ReceiptPostView->process();
     ReceiptPostView->order(0);
+    // Each field looked up once: DOCTYPE in the header view, the others in the list.
+    std::vector<Field*> sources;
+    sources.reserve(size_t(fields.size()));
+    for (const QString& field : fields)
+        sources.push_back(&(field == u"DOCTYPE" ? ReceiptHeaderView : ReceiptPostView)->fields().item(field));
     for (int n = 1;; ++n) {
         key.putWithoutVerification(QString::number(n));
         if (!ReceiptPostView->read())
             return;
         QStringList values;
         values.reserve(fields.size());
-        for (const QString& field : fields) {
-            if (field == u"DOCTYPE") {
-                values << FieldText(*ReceiptHeaderView, field);
-                continue;
-            }
-            const QString value = FieldText(*ReceiptPostView, field);
-            if (field == u"APPLY" && (value == u"X" || value == u"N"))
+        for (qsizetype i = 0; i < fields.size(); ++i) {
+            const QString value = VariantText(sources[size_t(i)]->value());
+            if (fields[i] == u"APPLY" && (value == u"X" || value == u"N"))
                 ReceiptHeaderView->clear();
             values << value;
         }

@@ -72,7 +72,7 @@ FieldCollection::FieldCollection(engine::ViewCore& core) : m_core(&core) {
 }
 
 Field* FieldCollection::find(const QString& name) {
-    const int index = m_core->def().fieldIndex(name);
+    const int index = m_core->findField(name);
     return index < 0 ? nullptr : &m_fields[size_t(index)];
 }
 

@@ -1,7 +1,9 @@
 // The order of the customer list.
 #include "fetching/CustomerList.h"
+#include "fetching/NameCollation.h"
 #include "support/QtPrinters.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 using namespace tillbook;
@@ -70,6 +72,45 @@ TEST(SortCustomers, LargeListsComeOutAscending) {
     Sort_Customers(customers);
     for (size_t i = 1; i < customers.size(); ++i)
         ASSERT_LE(customers[i - 1].Name, customers[i].Name);
+}
+
+// The list's Shell sort written plainly, comparing the names themselves: the order that names comparing
+// equal have always come out in.
+std::vector<CustomerRecord> plainShellSort(std::vector<CustomerRecord> c) {
+    const QCollator collator = NameCollator();
+    const long n = long(c.size());
+    for (long gap = n / 2 + 1; gap >= 1; gap /= 2)
+        for (long i = gap; i < n; ++i) {
+            CustomerRecord t = c[size_t(i)];
+            long j = i - gap;
+            for (; j >= 0 && collator.compare(t.Name, c[size_t(j)].Name) < 0; j -= gap)
+                c[size_t(j + gap)] = c[size_t(j)];
+            c[size_t(j + gap)] = t;
+        }
+    return c;
+}
+
+TEST(SortCustomers, EqualNamesComeOutInTheShellSortsOwnOrder) {
+    const QStringList spellings{"smith hardware", "SMITH HARDWARE", "Smith Hardware",
+                                "Adams",          "adams",          "Zeta"};
+    for (int size : {2, 3, 7, 64, 1001}) {
+        auto customers = named({});
+        for (int i = 0; i < size; ++i)
+            customers.push_back(
+                {spellings[(i * 7 + i / 3) % spellings.size()], QString::number(i), {}, {}, {}});
+        const auto expected = plainShellSort(customers);
+        std::vector<int> reported;
+        Sort_Customers(customers, [&](int done, int total) {
+            EXPECT_EQ(total, 2 * size);
+            reported.push_back(done);
+        });
+        ASSERT_EQ(customers.size(), expected.size());
+        for (size_t i = 0; i < customers.size(); ++i)
+            ASSERT_EQ(customers[i].Id, expected[i].Id) << "size " << size << ", place " << i;
+        ASSERT_FALSE(reported.empty());
+        EXPECT_TRUE(std::is_sorted(reported.begin(), reported.end()));
+        EXPECT_EQ(reported.back(), 2 * size);
+    }
 }
 
 TEST(FindCustomer, ExactNumberOrNothing) {

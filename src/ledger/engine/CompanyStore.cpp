@@ -65,6 +65,7 @@ CompanyStore::CompanyStore(CompanyLocation location, std::unique_ptr<Dialect> di
 
 CompanyStore::~CompanyStore() {
     rollback();
+    m_statements.clear(); // before the connection they were prepared on goes
     m_db.close();
     m_db = QSqlDatabase();
     QSqlDatabase::removeDatabase(m_connectionName);
@@ -193,6 +194,13 @@ QSqlQuery CompanyStore::prepare(const QString& sql) {
     return query;
 }
 
+QSqlQuery& CompanyStore::statement(const QString& sql) {
+    auto it = m_statements.find(sql);
+    if (it == m_statements.end())
+        it = m_statements.insert(sql, prepare(sql));
+    return it.value();
+}
+
 void CompanyStore::run(QSqlQuery& query, const QVariantList& values) {
     for (int i = 0; i < values.size(); ++i)
         query.bindValue(i, values[i]);
@@ -210,8 +218,9 @@ void CompanyStore::execute(const QString& sql, const QVariantList& values) {
                                  .arg(query.lastError().text()));
         return;
     }
-    QSqlQuery query = prepare(sql);
+    QSqlQuery& query = statement(sql);
     run(query, values);
+    query.finish();
 }
 
 void CompanyStore::beginWrite() {
@@ -245,7 +254,7 @@ qint64 CompanyStore::nextNumber(const QString& counter) {
                            "(\"NAME\") DO NOTHING"),
             {counter});
     // The UPDATE locks the counter's row (PostgreSQL) inside the write lock (SQLite) until commit.
-    QSqlQuery query = prepare(QStringLiteral(
+    QSqlQuery& query = statement(QStringLiteral(
         "UPDATE \"TB_COUNTERS\" SET \"VALUE\" = \"VALUE\" + 1 WHERE \"NAME\" = ? RETURNING \"VALUE\""));
     run(query, {counter});
     if (!query.next())

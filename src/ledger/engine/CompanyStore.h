@@ -7,6 +7,7 @@
 #include "ledger/engine/Dialect.h"
 #include "ledger/engine/PasswordHash.h"
 
+#include <QHash>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QVariantList>
@@ -41,6 +42,9 @@ public:
 
     // A prepared statement; throws StoreError when the store refuses it.
     QSqlQuery prepare(const QString& sql);
+    // The prepared statement of this text, prepared on the connection's first use of it and kept for its
+    // life: statements run again and again are parsed once. Finish a query's reading before running it again.
+    QSqlQuery& statement(const QString& sql);
     // Binds `values` in order and runs; throws StoreError with the statement's error.
     void run(QSqlQuery& query, const QVariantList& values = {});
     void execute(const QString& sql, const QVariantList& values = {});
@@ -81,6 +85,7 @@ private:
     std::unique_ptr<Dialect> m_dialect;
     QString m_connectionName;
     QSqlDatabase m_db;
+    QHash<QString, QSqlQuery> m_statements; // see statement()
     int m_depth = 0;
     bool m_readOnly = false;
 };

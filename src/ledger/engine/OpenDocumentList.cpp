@@ -9,12 +9,29 @@ namespace tillbook::engine {
 
 namespace {
 
+// The AR0036 fields a listed document keeps, and their places in OpenDocument::source.
 const QStringList DocumentFields{
     QStringLiteral("IDINVC"),     QStringLiteral("TRXTYPEID"), QStringLiteral("TRXTYPETXT"),
     QStringLiteral("DESCINVC"),   QStringLiteral("DATEINVC"),  QStringLiteral("DATEDUE"),
     QStringLiteral("DATEDISC"),   QStringLiteral("AMTINVCTC"), QStringLiteral("AMTDUETC"),
     QStringLiteral("AMTDISCTC"),  QStringLiteral("IDCUSTPO"),  QStringLiteral("IDORDERNBR"),
     QStringLiteral("CNTTOTPAYM"), QStringLiteral("IDRMIT")};
+enum Source {
+    SourceNumber,
+    SourceTypeId,
+    SourceType,
+    SourceDescription,
+    SourceDate,
+    SourceDueDate,
+    SourceDiscountDate,
+    SourceAmount,
+    SourceDue,
+    SourceDiscount,
+    SourcePurchaseOrder,
+    SourceOrder,
+    SourcePayments,
+    SourceRemittance
+};
 
 QString money(Money m) {
     return m.toLedgerString();
@@ -39,6 +56,11 @@ qint64 fromListOrComposed(ViewCore& view, const QString& field, const QString& v
 }
 
 } // namespace
+
+QVariant DocumentSource::value(const QString& field) const {
+    const qsizetype place = DocumentFields.indexOf(field);
+    return place < 0 || size_t(place) >= values.size() ? QVariant() : values[size_t(place)];
+}
 
 bool OpenDocument::hasPending() const {
     return !pendingPayments.isZero() || !pendingDiscounts.isZero() || !pendingAdjustments.isZero();
@@ -87,24 +109,25 @@ void OpenDocumentList::process(ViewCore& view) {
     const QDate date = receiptDate(view);
 
     // Invoices, debit notes, credit notes and interest with something still due.
-    const auto records = readRecords(
-        view.store(), QStringLiteral("AR0036"), {{QStringLiteral("IDCUST"), customer}}, DocumentFields,
-        {QStringLiteral("IDINVC")}, QStringLiteral("\"AMTDUETC\" <> 0 AND \"TRXTYPETXT\" IN (1, 2, 3, 4)"));
+    auto records = readRows(view.store(), QStringLiteral("AR0036"), {{QStringLiteral("IDCUST"), customer}},
+                            DocumentFields, {QStringLiteral("IDINVC")},
+                            QStringLiteral("\"AMTDUETC\" <> 0 AND \"TRXTYPETXT\" IN (1, 2, 3, 4)"));
     const auto pending = pendingApplications(view.store(), customer, m_batch, m_entry);
     m_documents.clear();
-    for (const QVariantHash& record : records) {
+    m_documents.reserve(records.size());
+    for (std::vector<QVariant>& record : records) {
         OpenDocument document;
-        document.source = record;
-        document.number = record.value(QStringLiteral("IDINVC")).toString();
-        document.due = moneyOf(record.value(QStringLiteral("AMTDUETC")));
-        const QDate discountDate = record.value(QStringLiteral("DATEDISC")).toDate();
+        document.number = record[SourceNumber].toString();
+        document.due = moneyOf(record[SourceDue]);
+        const QDate discountDate = record[SourceDiscountDate].toDate();
         if (discountDate.isValid() && date <= discountDate)
-            document.discountAvailable = moneyOf(record.value(QStringLiteral("AMTDISCTC")));
+            document.discountAvailable = moneyOf(record[SourceDiscount]);
+        document.source.values = std::move(record);
         const PendingAmounts others = pending.value(document.number);
         document.pendingPayments = others.payments;
         document.pendingDiscounts = others.discounts;
         document.pendingAdjustments = others.adjustments;
-        m_documents.push_back(document);
+        m_documents.push_back(std::move(document));
     }
     view.set(QStringLiteral("PAYMTYPE"), QStringLiteral("CA"));
     view.set(QStringLiteral("CNTBTCH"), qlonglong(m_batch));
@@ -119,42 +142,91 @@ bool OpenDocumentList::readKept(ViewCore& view) {
     return true;
 }
 
+struct OpenDocumentList::ShownFields {
+    int paymentType, batch, entry, key, customer, number, type, typeId, date, dueDate, discountDate,
+        purchaseOrder, order, documentString, remittance, description, payments, amount, due, pendingPayments,
+        pendingDiscounts, pendingAdjustments, pendingBalance, payment, paymentAmount, discount, adjustment,
+        net, discountAvailable, discountShown, discountAmount, apply;
+
+    explicit ShownFields(ViewCore& view) {
+        const auto at = [&](const char* name) { return view.requireField(QLatin1String(name)); };
+        paymentType = at("PAYMTYPE");
+        batch = at("CNTBTCH");
+        entry = at("CNTITEM");
+        key = at("CNTKEY");
+        customer = at("IDCUST");
+        number = at("IDINVC");
+        type = at("TRXTYPE");
+        typeId = at("IDTRXTYPE");
+        date = at("DATEINVC");
+        dueDate = at("DATEDUE");
+        discountDate = at("DATEDISC");
+        purchaseOrder = at("CUSTPO");
+        order = at("ORDRNBR");
+        documentString = at("STDOCSTR");
+        remittance = at("IDRMIT");
+        description = at("TEXTDESC");
+        payments = at("CNTPAYM");
+        amount = at("ORGDOCAMT");
+        due = at("AMTDUE");
+        pendingPayments = at("PNDPAYTOT");
+        pendingDiscounts = at("PNDDSCTOT");
+        pendingAdjustments = at("PNDADJTOT");
+        pendingBalance = at("PENDNGBAL");
+        payment = at("PAYMAMT");
+        paymentAmount = at("AMTPAYM");
+        discount = at("DISCAMT");
+        adjustment = at("ADJAMT");
+        net = at("AMTNET");
+        discountAvailable = at("AMTDISC");
+        discountShown = at("OBSDISC");
+        discountAmount = at("OBSDISCAMT");
+        apply = at("APPLY");
+    }
+};
+
+const OpenDocumentList::ShownFields& OpenDocumentList::shown(const ViewCore& view) {
+    if (!m_shown)
+        m_shown = std::make_shared<const ShownFields>(const_cast<ViewCore&>(view));
+    return *m_shown;
+}
+
 void OpenDocumentList::show(ViewCore& view, int key) {
     const OpenDocument& d = m_documents[size_t(key - 1)];
-    const auto put = [&](const char* field, const QVariant& value) { view.set(QLatin1String(field), value); };
-    const auto amount = [&](const char* field, Money value) { put(field, QVariant::fromValue(value)); };
-    put("PAYMTYPE", QStringLiteral("CA"));
-    put("CNTBTCH", qlonglong(m_batch));
-    put("CNTITEM", qlonglong(m_entry));
-    put("CNTKEY", qlonglong(key));
-    put("IDCUST", m_customer);
-    put("IDINVC", d.number);
-    put("TRXTYPE", d.source.value(QStringLiteral("TRXTYPETXT")));
-    put("IDTRXTYPE", d.source.value(QStringLiteral("TRXTYPEID")));
-    put("DATEINVC", d.source.value(QStringLiteral("DATEINVC")));
-    put("DATEDUE", d.source.value(QStringLiteral("DATEDUE")));
-    put("DATEDISC", d.source.value(QStringLiteral("DATEDISC")));
-    put("CUSTPO", d.source.value(QStringLiteral("IDCUSTPO")));
-    put("ORDRNBR", d.source.value(QStringLiteral("IDORDERNBR")));
-    put("STDOCSTR", d.source.value(QStringLiteral("IDORDERNBR")));
-    put("IDRMIT", d.source.value(QStringLiteral("IDRMIT")));
-    put("TEXTDESC", d.source.value(QStringLiteral("DESCINVC")));
-    put("CNTPAYM", qlonglong(d.source.value(QStringLiteral("CNTTOTPAYM")).toLongLong() + 1));
-    amount("ORGDOCAMT", moneyOf(d.source.value(QStringLiteral("AMTINVCTC"))));
-    amount("AMTDUE", d.due);
-    amount("PNDPAYTOT", d.pendingPayments);
-    amount("PNDDSCTOT", d.pendingDiscounts);
-    amount("PNDADJTOT", d.pendingAdjustments);
-    amount("PENDNGBAL", d.pendingBalance());
-    amount("PAYMAMT", d.applied);
-    amount("AMTPAYM", d.applied);
-    amount("DISCAMT", d.discountTaken);
-    amount("ADJAMT", d.adjustment);
-    amount("AMTNET", d.netBalance());
-    amount("AMTDISC", d.discountAvailable);
-    amount("OBSDISC", d.discountAvailable);
-    amount("OBSDISCAMT", d.discountAvailable);
-    put("APPLY", d.applyFlag());
+    const ShownFields& f = shown(view);
+    const auto amount = [&](int field, Money value) { view.set(field, QVariant::fromValue(value)); };
+    view.set(f.paymentType, QStringLiteral("CA"));
+    view.set(f.batch, qlonglong(m_batch));
+    view.set(f.entry, qlonglong(m_entry));
+    view.set(f.key, qlonglong(key));
+    view.set(f.customer, m_customer);
+    view.set(f.number, d.number);
+    view.set(f.type, d.source[SourceType]);
+    view.set(f.typeId, d.source[SourceTypeId]);
+    view.set(f.date, d.source[SourceDate]);
+    view.set(f.dueDate, d.source[SourceDueDate]);
+    view.set(f.discountDate, d.source[SourceDiscountDate]);
+    view.set(f.purchaseOrder, d.source[SourcePurchaseOrder]);
+    view.set(f.order, d.source[SourceOrder]);
+    view.set(f.documentString, d.source[SourceOrder]);
+    view.set(f.remittance, d.source[SourceRemittance]);
+    view.set(f.description, d.source[SourceDescription]);
+    view.set(f.payments, qlonglong(d.source[SourcePayments].toLongLong() + 1));
+    amount(f.amount, moneyOf(d.source[SourceAmount]));
+    amount(f.due, d.due);
+    amount(f.pendingPayments, d.pendingPayments);
+    amount(f.pendingDiscounts, d.pendingDiscounts);
+    amount(f.pendingAdjustments, d.pendingAdjustments);
+    amount(f.pendingBalance, d.pendingBalance());
+    amount(f.payment, d.applied);
+    amount(f.paymentAmount, d.applied);
+    amount(f.discount, d.discountTaken);
+    amount(f.adjustment, d.adjustment);
+    amount(f.net, d.netBalance());
+    amount(f.discountAvailable, d.discountAvailable);
+    amount(f.discountShown, d.discountAvailable);
+    amount(f.discountAmount, d.discountAvailable);
+    view.set(f.apply, d.applyFlag());
 }
 
 void OpenDocumentList::updateKept(ViewCore& view) {

@@ -9,13 +9,21 @@
 #include "ledger/engine/ViewRules.h"
 
 #include <QDate>
-#include <QVariantHash>
+#include <QVariant>
+#include <memory>
 #include <vector>
 
 namespace tillbook::engine {
 
+// The AR0036 fields of a listed document as they are, kept by place in the order the list reads them.
+struct DocumentSource {
+    std::vector<QVariant> values;
+    const QVariant& operator[](size_t place) const { return values[place]; }
+    QVariant value(const QString& field) const; // by name: one of the fields the list reads, else null
+};
+
 struct OpenDocument {
-    QVariantHash source; // the AR0036 fields shown as they are
+    DocumentSource source;
     QString number;
     Money due;               // the current balance
     Money discountAvailable; // by the document's discount date
@@ -47,9 +55,13 @@ public:
     // After the entry that applied them is written: a new entry starts from a new list.
     void forget();
 
+    struct ShownFields; // the list's fields by position, resolved once
+
 private:
     void show(ViewCore& view, int key);
+    const ShownFields& shown(const ViewCore& view);
 
+    std::shared_ptr<const ShownFields> m_shown;
     QString m_customer;
     qint64 m_batch = 0;
     qint64 m_entry = 0;

@@ -16,7 +16,7 @@ QHash<QString, PendingAmounts> pendingApplications(CompanyStore& store, const QS
             "AND b.\"BATCHSTAT\" <> ? AND NOT (d.\"CNTBTCH\" = ? AND d.\"CNTITEM\" = ?) "
             "GROUP BY d.\"IDINVC\"")
             .arg(viewDef(QStringLiteral("AR0044")).table, viewDef(QStringLiteral("AR0041")).table);
-    QSqlQuery query = store.prepare(sql);
+    QSqlQuery& query = store.statement(sql);
     store.run(query, {customer, int(BatchPosted), int(BatchDeleted), batch, entry});
     QHash<QString, PendingAmounts> pending;
     while (query.next()) {

@@ -122,6 +122,26 @@ std::vector<QVariantHash> readRecords(CompanyStore& store, const QString& viewId
     return records;
 }
 
+std::vector<std::vector<QVariant>> readRows(CompanyStore& store, const QString& viewId,
+                                            const QVariantHash& equal, const QStringList& fields,
+                                            const QStringList& orderBy, const QString& where) {
+    const ViewDef& def = viewDef(viewId);
+    PageRequest request;
+    request.columns = indexes(def, fields);
+    request.order = indexes(def, orderBy);
+    request.equal = stored(def, equal);
+    request.where = where;
+    const Page page = TableAccess(store, def).page(request);
+    std::vector<std::vector<QVariant>> rows(page.rows());
+    for (size_t i = 0; i < page.rows(); ++i) {
+        const QVariant* row = page.row(i);
+        rows[i].reserve(page.width);
+        for (size_t k = 0; k < page.width; ++k)
+            rows[i].push_back(fromStorage(def.fields[size_t(request.columns[k])], row[k]));
+    }
+    return rows;
+}
+
 void insertRecord(CompanyStore& store, const QString& viewId, const QVariantHash& values) {
     const ViewDef& def = viewDef(viewId);
     std::vector<int> columns;
@@ -152,18 +172,20 @@ bool addToRecord(CompanyStore& store, const QString& viewId, const QVariantHash&
         parameters << value;
     }
     const QString condition = keyCondition(def, key, parameters);
-    QSqlQuery query = store.prepare(QStringLiteral("UPDATE %1 SET %2 WHERE %3")
-                                        .arg(quoted(def.table), assignments.join(u','), condition));
+    QSqlQuery& query = store.statement(QStringLiteral("UPDATE %1 SET %2 WHERE %3")
+                                           .arg(quoted(def.table), assignments.join(u','), condition));
     store.run(query, parameters);
-    return query.numRowsAffected() > 0;
+    const bool changed = query.numRowsAffected() > 0;
+    query.finish();
+    return changed;
 }
 
 Money sumOf(CompanyStore& store, const QString& viewId, const QString& field, const QVariantHash& equal) {
     const ViewDef& def = viewDef(viewId);
     QVariantList parameters;
     const QString condition = keyCondition(def, equal, parameters);
-    QSqlQuery query = store.prepare(QStringLiteral("SELECT COALESCE(SUM(%1), 0) FROM %2 WHERE %3")
-                                        .arg(quoted(field.toUpper()), quoted(def.table), condition));
+    QSqlQuery& query = store.statement(QStringLiteral("SELECT COALESCE(SUM(%1), 0) FROM %2 WHERE %3")
+                                           .arg(quoted(field.toUpper()), quoted(def.table), condition));
     store.run(query, parameters);
     const qint64 total = query.next() ? query.value(0).toLongLong() : 0;
     query.finish();

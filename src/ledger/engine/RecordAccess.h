@@ -34,6 +34,10 @@ std::optional<QVariantHash> readRecord(CompanyStore& store, const QString& viewI
 std::vector<QVariantHash> readRecords(CompanyStore& store, const QString& viewId, const QVariantHash& equal,
                                       const QStringList& fields, const QStringList& orderBy,
                                       const QString& where = QString());
+// As readRecords, each record's values in the order of `fields`, as callers get them (no names kept).
+std::vector<std::vector<QVariant>> readRows(CompanyStore& store, const QString& viewId,
+                                            const QVariantHash& equal, const QStringList& fields,
+                                            const QStringList& orderBy, const QString& where = QString());
 // A new record: the fields given, every other one its default.
 void insertRecord(CompanyStore& store, const QString& viewId, const QVariantHash& values);
 bool updateRecord(CompanyStore& store, const QString& viewId, const QVariantHash& key,

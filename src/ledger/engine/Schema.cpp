@@ -103,6 +103,10 @@ ViewDef parseView(const QString& id, const QJsonObject& json, const QJsonArray& 
 } // namespace
 
 int ViewDef::fieldIndex(const QString& name) const {
+    // Names are nearly always given as stored: found without making a new string.
+    const auto exact = byUpperName.constFind(name);
+    if (exact != byUpperName.constEnd())
+        return exact.value();
     return byUpperName.value(name.trimmed().toUpper(), -1);
 }
 

@@ -41,7 +41,7 @@ struct ViewDef {
     std::vector<KeyDef> keys;        // keys[0] is the primary key
     bool opensOnFirstRecord = false; // a one-record view (the company profile) stands on it when opened
 
-    int fieldIndex(const QString& name) const; // any case; -1 when there is none
+    int fieldIndex(const QString& name) const; // any case, blanks around ignored; -1 when there is none
     bool isHeader() const { return protocol.contains(QLatin1String("Header")); }
     const KeyDef& primaryKey() const { return keys.front(); }
 

@@ -37,10 +37,7 @@ QString TableAccess::column(int field) const {
 }
 
 QSqlQuery& TableAccess::cached(const QString& sql) {
-    auto it = m_statements.find(sql);
-    if (it == m_statements.end())
-        it = m_statements.insert(sql, m_store.prepare(sql));
-    return it.value();
+    return m_store.statement(sql);
 }
 
 Page TableAccess::page(const PageRequest& request) {
@@ -109,6 +106,7 @@ void TableAccess::insert(const std::vector<int>& fields, const Row& values) {
         cached(QStringLiteral("INSERT INTO \"%1\" (%2) VALUES (%3)")
                    .arg(m_view.table, columns(fields).join(u','), placeholders(fields.size())));
     m_store.run(query, QVariantList(values.begin(), values.end()));
+    query.finish();
 }
 
 bool TableAccess::update(const FieldValues& key, const FieldValues& changes) {
@@ -121,7 +119,9 @@ bool TableAccess::update(const FieldValues& key, const FieldValues& changes) {
         cached(QStringLiteral("UPDATE \"%1\" SET %2 WHERE %3")
                    .arg(m_view.table, assignments.join(u','), conditions.join(QStringLiteral(" AND "))));
     m_store.run(query, parameters);
-    return query.numRowsAffected() > 0;
+    const bool changed = query.numRowsAffected() > 0;
+    query.finish();
+    return changed;
 }
 
 bool TableAccess::exists(const std::vector<int>& fields, const QVariant& value, const FieldValues& also) {

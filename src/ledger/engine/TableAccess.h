@@ -52,11 +52,10 @@ private:
     QString column(int field) const;
     QStringList columns(const std::vector<int>& fields) const;
     QStringList equalities(const FieldValues& values, QVariantList& parameters) const;
-    QSqlQuery& cached(const QString& sql);
+    QSqlQuery& cached(const QString& sql); // the connection's kept statement
 
     CompanyStore& m_store;
     const ViewDef& m_view;
-    QHash<QString, QSqlQuery> m_statements;
 };
 
 } // namespace tillbook::engine

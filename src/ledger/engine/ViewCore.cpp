@@ -84,8 +84,21 @@ void ViewCore::blankRecord() {
     m_key.clear();
 }
 
-int ViewCore::requireField(const QString& name) {
+int ViewCore::findField(const QString& name) {
+    const auto exact = m_def.byUpperName.constFind(name);
+    if (exact != m_def.byUpperName.constEnd())
+        return exact.value();
+    const auto seen = m_otherSpellings.constFind(name);
+    if (seen != m_otherSpellings.constEnd())
+        return seen.value();
     const int index = m_def.fieldIndex(name);
+    if (index >= 0)
+        m_otherSpellings.insert(name, index);
+    return index;
+}
+
+int ViewCore::requireField(const QString& name) {
+    const int index = findField(name);
     if (index < 0)
         errors().fail(
             QStringLiteral("Field \"%1\" does not exist in view %2 (%3).").arg(name, m_def.id, m_def.title));

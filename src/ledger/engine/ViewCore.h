@@ -8,6 +8,7 @@
 #include "ledger/engine/TableAccess.h"
 #include "ledger/engine/ViewRules.h"
 
+#include <QHash>
 #include <QVariant>
 #include <map>
 #include <memory>
@@ -33,6 +34,9 @@ public:
     void set(int field, const QVariant& value);
     void set(const QString& name, const QVariant& v) { set(requireField(name), v); }
     int requireField(const QString& name); // fails for an unknown field
+    // Any case, blanks around ignored; -1 when there is none. A name seen once in another spelling is
+    // kept, so that no call after the first makes a new string.
+    int findField(const QString& name);
     bool isNew() const { return m_isNew; }
 
     void order(int keyNumber);
@@ -89,6 +93,7 @@ private:
     FieldValues m_key; // the stored key of the record as read
 
     std::unique_ptr<Cursor> m_cursor;
+    QHash<QString, int> m_otherSpellings; // names as callers wrote them, other than the stored name
 
     ViewCore* m_header = nullptr;
     std::vector<ViewCore*> m_details;

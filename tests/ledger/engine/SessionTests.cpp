@@ -74,6 +74,27 @@ TEST_P(SessionTest, FieldsAreFoundInAnyCase) {
     EXPECT_EQ(f.find("NOFIELD"), nullptr);
 }
 
+// A spelling seen once is kept per view: asked again, in another view, or after a miss, it finds the same
+// field, and a name that is not there stays not there however often it is asked for.
+TEST_P(SessionTest, FieldSpellingsKeptPerViewFindTheSameFieldEveryTime) {
+    auto customers = m_session->openView("AR0024", "AR");
+    auto documents = m_session->openView("AR0036", "AR");
+    FieldCollection& c = customers->fields();
+    FieldCollection& d = documents->fields();
+    for (int round = 0; round < 3; ++round) {
+        EXPECT_EQ(c.item("  idcust").name(), "IDCUST");
+        EXPECT_EQ(c.item("namecust\t").name(), "NAMECUST");
+        EXPECT_EQ(d.item("  idcust").name(), "IDCUST"); // the same spelling, another view
+        EXPECT_EQ(d.item("idinvc").name(), "IDINVC");
+        EXPECT_EQ(c.find("idinvc"), nullptr); // kept by the other view only
+        EXPECT_EQ(c.find("nofield "), nullptr);
+    }
+    EXPECT_EQ(&c.item("  idcust"), &c.item("IDCUST"));
+    EXPECT_NE(c.item("idcust").name(), c.item("namecust\t").name());
+    c.item(" idcust ").setValue("C1");
+    EXPECT_EQ(c.item("IDCUST").value().toString(), "C1");
+}
+
 TEST_P(SessionTest, ReferenceAdditionsAreFields) {
     auto open = m_session->openView("AR0061", "AR");
     EXPECT_EQ(open->fields().item("AMTPAYM").type(), FieldType::Decimal);

@@ -1,0 +1,508 @@
+// A clerk's everyday actions on a company of a size given on the command line, each against its floor (the
+// same rows read and written with plain prepared Qt SQL statements) in the same run on the same file:
+//   open_documents  process the open-document list of a customer with about 1,000 open documents and read
+//                   every row of it by CNTKEY;
+//   receipt         a receipt entry: the list processed, 10 applications and the header's insert;
+//   post_batch      posting a batch of 1,000 receipts of one application each;
+//   view_read       the customer list read through a view (83,000 of 100,000 customers);
+//   sort_customers  the sign-in's sort of that list by name;
+//   sign_in         sign-in to a ready receipt window.
+// Each floor is registered as "<action>:floor". scripts/bench runs this for several sizes and prints the
+// table.
+
+#include "SizedCompany.h"
+#include "entry/frmCR.h"
+#include "fetching/CustomerList.h"
+#include "fetching/NameCollation.h"
+#include "fetching/ReceiptViews.h"
+#include "ledger/Session.h"
+#include "ledger/View.h"
+#include "ledger/engine/BatchPosting.h"
+#include "settings/Globals.h"
+#include "ui/Platform.h"
+
+#include <QApplication>
+#include <QCollatorSortKey>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <algorithm>
+#include <benchmark/benchmark.h>
+#include <map>
+
+namespace {
+
+using namespace tillbook;
+using bench::rawConnection;
+using bench::sized;
+
+const QDate Today(2025, 3, 14);
+
+// The fields of the apply grid, as the receipt window reads them from each row.
+const QStringList GridFields = {"APPLY",     "IDINVC", "PENDNGBAL", "AMTPAYM",   "OBSDISCAMT", "DISCAMT",
+                                "ADJAMT",    "AMTNET", "AMTDUE",    "ORGDOCAMT", "PNDPAYTOT",  "PNDDSCTOT",
+                                "PNDADJTOT", "CUSTPO", "STDOCSTR",  "DATEINVC",  "DATEDUE",    "DATEDISC"};
+
+void require(benchmark::State& state, bool ok, const char* what) {
+    if (!ok)
+        state.SkipWithError(what);
+}
+
+QSqlQuery prepared(const QString& sql) {
+    QSqlQuery query(rawConnection(sized().path));
+    query.setForwardOnly(true);
+    if (!query.prepare(sql))
+        qFatal("floor statement refused: %s", qPrintable(query.lastError().text()));
+    return query;
+}
+
+void run(QSqlQuery& query, const QVariantList& values) {
+    for (int i = 0; i < values.size(); ++i)
+        query.bindValue(i, values[i]);
+    if (!query.exec())
+        qFatal("floor statement failed: %s", qPrintable(query.lastError().text()));
+}
+
+// The receipt views of a till, composed as the receipt window composes them.
+struct Till {
+    Session session;
+    std::map<QString, std::unique_ptr<View>> views;
+
+    Till() {
+        session.open(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"), sized().id, Today);
+        for (const char* id : {"AR0041", "AR0042", "AR0044", "AR0045", "AR0043", "AR0061"})
+            views[QLatin1String(id)] = session.openView(QLatin1String(id), QStringLiteral("AR"));
+        compose("AR0041", {"AR0042"});
+        compose("AR0042", {"AR0041", "AR0043", "AR0044"});
+        compose("AR0044", {"AR0042", "AR0045"});
+        compose("AR0045", {"AR0044"});
+        compose("AR0043", {"AR0042"});
+        compose("AR0061", {"AR0041", "AR0042", "AR0043", "AR0044", "AR0045"});
+    }
+    void compose(const char* id, std::initializer_list<const char*> others) {
+        std::vector<View*> list;
+        for (const char* other : others)
+            list.push_back(&view(other));
+        view(id).compose(list);
+    }
+    View& view(const char* id) { return *views.at(QLatin1String(id)); }
+    Field& field(const char* id, const char* name) { return view(id).fields().item(QLatin1String(name)); }
+
+    qint64 newBatch() {
+        field("AR0041", "CODEPYMTYP").putWithoutVerification("CA");
+        field("AR0041", "CNTBTCH").putWithoutVerification("0");
+        field("AR0041", "BATCHDESC").setValue("Bench");
+        view("AR0041").insert();
+        return field("AR0041", "CNTBTCH").value().toLongLong();
+    }
+    // The list of `customer`'s open documents, built anew.
+    void process(const QString& customer) {
+        field("AR0061", "IDCUST").putWithoutVerification(customer);
+        view("AR0061").process();
+        view("AR0061").order(0);
+    }
+};
+
+// ---- the open-document list ----
+
+void OpenDocuments(benchmark::State& state) {
+    Till till;
+    till.newBatch();
+    View& list = till.view("AR0061");
+    qint64 rows = 0;
+    for (auto _ : state) {
+        list.clear();
+        till.process(sized().busyCustomer);
+        rows = 0;
+        for (int n = 1;; ++n) {
+            list.fields().item(QStringLiteral("CNTKEY")).putWithoutVerification(QString::number(n));
+            if (!list.read())
+                break;
+            for (const QString& name : GridFields)
+                benchmark::DoNotOptimize(list.fields().item(name).value());
+            ++rows;
+        }
+    }
+    state.counters["documents"] = double(rows);
+}
+
+const QString DocumentSelect = QStringLiteral(
+    "SELECT \"IDINVC\",\"TRXTYPEID\",\"TRXTYPETXT\",\"DESCINVC\",\"DATEINVC\",\"DATEDUE\",\"DATEDISC\","
+    "\"AMTINVCTC\",\"AMTDUETC\",\"AMTDISCTC\",\"IDCUSTPO\",\"IDORDERNBR\",\"CNTTOTPAYM\",\"IDRMIT\" FROM "
+    "\"AROBL\" WHERE \"IDCUST\" = ? AND \"AMTDUETC\" <> 0 AND \"TRXTYPETXT\" IN (1,2,3,4) ORDER BY "
+    "\"IDINVC\"");
+const QString PendingSelect = QStringLiteral(
+    "SELECT d.\"IDINVC\", SUM(d.\"AMTPAYM\"), SUM(d.\"AMTERNDISC\"), SUM(d.\"AMTADJTOT\") FROM \"ARTCP\" d "
+    "JOIN \"ARBTA\" b ON b.\"CODEPYMTYP\" = d.\"CODEPAYM\" AND b.\"CNTBTCH\" = d.\"CNTBTCH\" WHERE "
+    "d.\"IDCUST\" = ? AND d.\"RMITTYPE\" = '1' AND b.\"BATCHSTAT\" <> 3 AND b.\"BATCHSTAT\" <> 4 "
+    "GROUP BY d.\"IDINVC\"");
+
+// The rows the list is made of: the customer's open documents and what other entries hold of them.
+qint64 readListRows(QSqlQuery& documents, QSqlQuery& pending, const QString& customer) {
+    qint64 rows = 0;
+    run(pending, {customer});
+    while (pending.next())
+        for (int i = 0; i < 4; ++i)
+            benchmark::DoNotOptimize(pending.value(i));
+    run(documents, {customer});
+    while (documents.next()) {
+        for (int i = 0; i < 14; ++i)
+            benchmark::DoNotOptimize(documents.value(i));
+        ++rows;
+    }
+    return rows;
+}
+
+void OpenDocumentsFloor(benchmark::State& state) {
+    QSqlQuery documents = prepared(DocumentSelect);
+    QSqlQuery pending = prepared(PendingSelect);
+    qint64 rows = 0;
+    for (auto _ : state)
+        rows = readListRows(documents, pending, sized().busyCustomer);
+    state.counters["documents"] = double(rows);
+}
+
+// ---- a receipt with ten applications ----
+
+constexpr int Applications = 10;
+
+// Customers with at least ten open invoices; each receipt takes a cent off ten of them, so that the same
+// customers serve however many receipts are made.
+const QStringList& receiptCustomers() {
+    static const QStringList customers = [] {
+        QSqlQuery query = prepared(QStringLiteral(
+            "SELECT \"IDCUST\" FROM \"AROBL\" WHERE \"TRXTYPETXT\" = 1 AND \"AMTDUETC\" > 0 AND "
+            "\"IDCUST\" <> ? GROUP BY \"IDCUST\" HAVING COUNT(*) >= 10 ORDER BY \"IDCUST\" LIMIT 500"));
+        run(query, {sized().busyCustomer});
+        QStringList found;
+        while (query.next())
+            found << query.value(0).toString();
+        return found;
+    }();
+    return customers;
+}
+
+void Receipt(benchmark::State& state) {
+    Till till;
+    const qint64 batch = till.newBatch();
+    qint64 entry = 0;
+    const QStringList& customers = receiptCustomers();
+    for (auto _ : state) {
+        state.PauseTiming();
+        const QString customer = customers.at(int(entry % customers.size()));
+        till.field("AR0042", "CNTITEM").putWithoutVerification("0");
+        till.view("AR0042").init();
+        till.view("AR0061").init();
+        till.field("AR0042", "TEXTRMIT").setValue("Receipt");
+        till.field("AR0042", "IDCUST").setValue(customer);
+        till.field("AR0042", "DATERMIT").setValue(Today);
+        till.field("AR0042", "IDRMIT").setValue("CHQ");
+        till.field("AR0042", "AMTRMIT").setValue(QStringLiteral("0.10"));
+        till.field("AR0042", "FISCPER").setValue("03");
+        till.field("AR0042", "FISCYR").setValue("2025");
+        ++entry;
+        state.ResumeTiming();
+        till.field("AR0061", "PAYMTYPE").putWithoutVerification("CA");
+        till.field("AR0061", "CNTBTCH").putWithoutVerification(QString::number(batch));
+        till.field("AR0061", "CNTITEM").putWithoutVerification(QString::number(entry));
+        till.field("AR0061", "AMTRMIT").putWithoutVerification(QStringLiteral("0.10"));
+        till.process(customer);
+        View& list = till.view("AR0061");
+        int applied = 0;
+        for (int n = 1; applied < Applications; ++n) {
+            list.fields().item(QStringLiteral("CNTKEY")).putWithoutVerification(QString::number(n));
+            if (!list.read())
+                break;
+            if (list.fields().item(QStringLiteral("TRXTYPE")).value().toInt() != 1)
+                continue;
+            list.fields().item(QStringLiteral("APPLY")).setValue("Y");
+            list.fields().item(QStringLiteral("PAYMAMT")).putWithoutVerification(QStringLiteral("0.01"));
+            list.update();
+            ++applied;
+        }
+        till.view("AR0042").insert();
+        require(state, applied == Applications, "fewer than ten invoices");
+    }
+    state.counters["customers"] = double(customers.size());
+}
+
+void ReceiptFloor(benchmark::State& state) {
+    QSqlDatabase db = rawConnection(sized().path);
+    const qint64 batch = 900000;
+    QSqlQuery(db).exec(
+        QStringLiteral("INSERT INTO \"ARBTA\" (\"CODEPYMTYP\",\"CNTBTCH\",\"BATCHSTAT\") VALUES ('CA',%1,1)")
+            .arg(batch));
+    QSqlQuery documents = prepared(DocumentSelect);
+    QSqlQuery pending = prepared(PendingSelect);
+    QSqlQuery header = prepared(QStringLiteral(
+        "INSERT INTO \"ARTCR\" (\"CODEPYMTYP\",\"CNTBTCH\",\"CNTITEM\",\"IDCUST\",\"AMTRMIT\",\"IDRMIT\","
+        "\"DATERMIT\",\"TEXTRMIT\",\"FISCYR\",\"FISCPER\",\"RMITTYPE\") "
+        "VALUES ('CA',?,?,?,100,'CHQ',20250314,'Receipt','2025','03',1)"));
+    QSqlQuery line = prepared(
+        QStringLiteral("INSERT INTO \"ARTCP\" (\"CODEPAYM\",\"CNTBTCH\",\"CNTITEM\",\"CNTLINE\",\"IDCUST\","
+                       "\"IDINVC\",\"AMTPAYM\",\"RMITTYPE\") VALUES ('CA',?,?,?,?,?,10,'1')"));
+    QSqlQuery figures = prepared(
+        QStringLiteral("UPDATE \"ARBTA\" SET \"CNTENTER\"=\"CNTENTER\"+1, \"AMTENTER\"=\"AMTENTER\"+100 "
+                       "WHERE \"CODEPYMTYP\"='CA' AND \"CNTBTCH\"=?"));
+    const QStringList& customers = receiptCustomers();
+    static qint64 entry = 0; // Google Benchmark calls this more than once in a run
+    for (auto _ : state) {
+        const QString customer = customers.at(int(entry % customers.size()));
+        ++entry;
+        db.transaction();
+        readListRows(documents, pending, customer);
+        run(header, {batch, entry, customer});
+        for (int l = 1; l <= Applications; ++l)
+            run(line, {batch, entry, l, customer, QStringLiteral("IN%1").arg(l, 7, 10, QLatin1Char('0'))});
+        run(figures, {batch});
+        db.commit();
+    }
+}
+
+// ---- posting a batch of a thousand receipts ----
+
+constexpr int BatchEntries = 1000;
+
+// A batch of receipts, each paying one currency unit off one open invoice of a different customer.
+qint64 makeBatch(qint64 number) {
+    QSqlDatabase db = rawConnection(sized().path);
+    static std::vector<std::pair<QString, QString>> invoices = [] {
+        std::vector<std::pair<QString, QString>> found;
+        QSqlQuery query = prepared(QStringLiteral(
+            "SELECT \"IDCUST\", MIN(\"IDINVC\") FROM \"AROBL\" WHERE \"TRXTYPETXT\" = 1 AND \"AMTDUETC\" > "
+            "100000 GROUP BY \"IDCUST\" ORDER BY \"IDCUST\" LIMIT ?"));
+        run(query, {BatchEntries});
+        while (query.next())
+            found.emplace_back(query.value(0).toString(), query.value(1).toString());
+        return found;
+    }();
+    db.transaction();
+    QSqlQuery batch = prepared(QStringLiteral(
+        "INSERT INTO \"ARBTA\" (\"CODEPYMTYP\",\"CNTBTCH\",\"BATCHSTAT\",\"CNTENTER\") VALUES ('CA',?,1,?)"));
+    run(batch, {number, qint64(invoices.size())});
+    QSqlQuery header = prepared(QStringLiteral(
+        "INSERT INTO \"ARTCR\" (\"CODEPYMTYP\",\"CNTBTCH\",\"CNTITEM\",\"IDCUST\",\"AMTRMIT\",\"IDRMIT\","
+        "\"DATERMIT\",\"TEXTRMIT\",\"RMITTYPE\",\"REMUNAPLTC\") VALUES "
+        "('CA',?,?,?,1000,'CHQ',20250314,'R',1,0)"));
+    QSqlQuery line = prepared(
+        QStringLiteral("INSERT INTO \"ARTCP\" (\"CODEPAYM\",\"CNTBTCH\",\"CNTITEM\",\"CNTLINE\",\"IDCUST\","
+                       "\"IDINVC\",\"AMTPAYM\",\"RMITTYPE\") VALUES ('CA',?,?,1,?,?,1000,'1')"));
+    qint64 item = 0;
+    for (const auto& [customer, invoice] : invoices) {
+        ++item;
+        run(header, {number, item, customer});
+        run(line, {number, item, customer, invoice});
+    }
+    db.commit();
+    return qint64(invoices.size());
+}
+
+qint64 nextBatchNumber() {
+    static qint64 number = 800000;
+    return ++number;
+}
+
+void PostBatch(benchmark::State& state) {
+    Session session;
+    session.open(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"), sized().id, Today);
+    auto store = engine::CompanyStore::open(sized().id);
+    qint64 entries = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        const qint64 number = nextBatchNumber();
+        makeBatch(number);
+        state.ResumeTiming();
+        entries = engine::postBatch(*store, session.errors(), number, Today).entries;
+    }
+    state.counters["entries"] = double(entries);
+}
+
+void PostBatchFloor(benchmark::State& state) {
+    QSqlDatabase db = rawConnection(sized().path);
+    QSqlQuery mark = prepared(QStringLiteral(
+        "UPDATE \"ARBTA\" SET \"NBRERRORS\" = 0 WHERE \"CODEPYMTYP\" = 'CA' AND \"CNTBTCH\" = ?"));
+    QSqlQuery status = prepared(QStringLiteral(
+        "SELECT \"BATCHSTAT\" FROM \"ARBTA\" WHERE \"CODEPYMTYP\" = 'CA' AND \"CNTBTCH\" = ?"));
+    QSqlQuery entries = prepared(QStringLiteral(
+        "SELECT \"CNTITEM\",\"IDCUST\",\"RMITTYPE\",\"IDRMIT\",\"DATERMIT\",\"REMUNAPLTC\",\"TEXTRMIT\" FROM "
+        "\"ARTCR\" WHERE \"CODEPYMTYP\" = 'CA' AND \"CNTBTCH\" = ? ORDER BY \"CNTITEM\""));
+    QSqlQuery lines = prepared(QStringLiteral(
+        "SELECT \"IDINVC\",\"IDDOCMTCH\",\"AMTPAYM\",\"AMTERNDISC\",\"AMTADJTOT\" FROM \"ARTCP\" WHERE "
+        "\"CODEPAYM\" = 'CA' AND \"CNTBTCH\" = ? AND \"CNTITEM\" = ? ORDER BY \"CNTLINE\""));
+    QSqlQuery document = prepared(QStringLiteral(
+        "SELECT \"AMTDUETC\",\"CNTTOTPAYM\" FROM \"AROBL\" WHERE \"IDCUST\" = ? AND \"IDINVC\" = ?"));
+    QSqlQuery pay = prepared(QStringLiteral(
+        "UPDATE \"AROBL\" SET \"AMTDUETC\" = ?, \"AMTDUEHC\" = ?, \"SWPAID\" = ?, \"DATELSTACT\" = ?, "
+        "\"CNTTOTPAYM\" = ? WHERE \"IDCUST\" = ? AND \"IDINVC\" = ?"));
+    QSqlQuery balance = prepared(QStringLiteral(
+        "UPDATE \"ARCUS\" SET \"AMTBALDUET\" = \"AMTBALDUET\" + ?, \"AMTBALDUEH\" = \"AMTBALDUEH\" + ? WHERE "
+        "\"IDCUST\" = ?"));
+    QSqlQuery posted = prepared(
+        QStringLiteral("UPDATE \"ARBTA\" SET \"BATCHSTAT\" = 3, \"POSTSEQNBR\" = ?, \"DATELSTEDT\" = ? WHERE "
+                       "\"CODEPYMTYP\" = 'CA' AND \"CNTBTCH\" = ?"));
+    for (auto _ : state) {
+        state.PauseTiming();
+        const qint64 number = nextBatchNumber();
+        makeBatch(number);
+        state.ResumeTiming();
+        db.exec(QStringLiteral("BEGIN IMMEDIATE"));
+        run(mark, {number});
+        run(status, {number});
+        status.next();
+        status.finish();
+        run(entries, {number});
+        std::vector<std::pair<qint64, QString>> items;
+        while (entries.next())
+            items.emplace_back(entries.value(0).toLongLong(), entries.value(1).toString());
+        for (const auto& [item, customer] : items) {
+            run(lines, {number, item});
+            std::vector<std::pair<QString, qint64>> paid;
+            while (lines.next())
+                paid.emplace_back(lines.value(0).toString(), lines.value(2).toLongLong());
+            for (const auto& [invoice, amount] : paid) {
+                run(document, {customer, invoice});
+                document.next();
+                const qint64 after = document.value(0).toLongLong() - amount;
+                const qint64 count = document.value(1).toLongLong() + 1;
+                document.finish();
+                run(pay, {after, after, after == 0 ? 1 : 0, 20250314, count, customer, invoice});
+                run(balance, {-amount, -amount, customer});
+            }
+        }
+        run(posted, {number, 20250314, number});
+        db.exec(QStringLiteral("COMMIT"));
+    }
+}
+
+// ---- the customer list ----
+
+const QStringList CustomerFields = {"IDCUST", "NAMECUST", "TEXTSTRE1", "TEXTSTRE2", "TEXTPHON1"};
+
+void ViewRead(benchmark::State& state) {
+    Session session;
+    session.open(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"), sized().id, Today);
+    qint64 rows = 0;
+    for (auto _ : state) {
+        std::vector<CustomerRecord> customers = Read_Customers(session);
+        rows = qint64(customers.size());
+        benchmark::DoNotOptimize(customers.data());
+    }
+    state.counters["customers"] = double(rows);
+}
+
+std::vector<CustomerRecord> rawCustomers() {
+    QSqlQuery query(rawConnection(sized().path));
+    query.setForwardOnly(true);
+    query.exec(QStringLiteral("SELECT \"NAMECUST\",\"IDCUST\",\"TEXTSTRE1\",\"TEXTSTRE2\",\"TEXTPHON1\" FROM "
+                              "\"ARCUS\" WHERE \"CNTOPENINV\" > 0 ORDER BY \"IDCUST\""));
+    std::vector<CustomerRecord> rows;
+    while (query.next())
+        rows.push_back({query.value(0).toString(), query.value(1).toString(), query.value(2).toString(),
+                        query.value(3).toString(), query.value(4).toString()});
+    return rows;
+}
+
+void ViewReadFloor(benchmark::State& state) {
+    qint64 rows = 0;
+    for (auto _ : state) {
+        std::vector<CustomerRecord> customers = rawCustomers();
+        rows = qint64(customers.size());
+        benchmark::DoNotOptimize(customers.data());
+    }
+    state.counters["customers"] = double(rows);
+}
+
+void SortCustomers(benchmark::State& state) {
+    const std::vector<CustomerRecord> read = rawCustomers();
+    for (auto _ : state) {
+        state.PauseTiming();
+        std::vector<CustomerRecord> customers = read;
+        state.ResumeTiming();
+        Sort_Customers(customers);
+        benchmark::DoNotOptimize(customers.data());
+    }
+}
+
+// Collation keys made and sorted with the standard library: the least any order by name can cost.
+void SortCustomersFloor(benchmark::State& state) {
+    const std::vector<CustomerRecord> read = rawCustomers();
+    const QCollator collator = NameCollator();
+    for (auto _ : state) {
+        state.PauseTiming();
+        std::vector<CustomerRecord> customers = read;
+        state.ResumeTiming();
+        std::vector<std::pair<QCollatorSortKey, CustomerRecord>> keyed;
+        keyed.reserve(customers.size());
+        for (CustomerRecord& c : customers)
+            keyed.emplace_back(collator.sortKey(c.Name), std::move(c));
+        std::sort(keyed.begin(), keyed.end(),
+                  [](const auto& a, const auto& b) { return a.first.compare(b.first) < 0; });
+        benchmark::DoNotOptimize(keyed.data());
+    }
+}
+
+// ---- sign-in ----
+
+void SignIn(benchmark::State& state) {
+    SignInDatabaseID = sized().id;
+    SignInUser = QStringLiteral("ADMIN");
+    SignInPassword = QStringLiteral("ADMIN");
+    CurrentDatabase = 1;
+    setMsgBoxResponder([](const MsgBoxRequest& box) {
+        qWarning("message box: %s", qPrintable(box.prompt));
+        return vbOK;
+    });
+    for (auto _ : state) {
+        auto* window = new frmCR();
+        if (!window->Form_Load())
+            state.SkipWithError("the company could not be opened");
+        window->show();
+        QApplication::processEvents();
+        state.PauseTiming();
+        delete window;
+        Close_Ledger();
+        state.ResumeTiming();
+    }
+}
+
+// The customer rows read by a plain query and sorted by their collation keys.
+void SignInFloor(benchmark::State& state) {
+    const QCollator collator = NameCollator();
+    for (auto _ : state) {
+        std::vector<CustomerRecord> customers = rawCustomers();
+        std::vector<std::pair<QCollatorSortKey, CustomerRecord>> keyed;
+        keyed.reserve(customers.size());
+        for (CustomerRecord& c : customers)
+            keyed.emplace_back(collator.sortKey(c.Name), std::move(c));
+        std::sort(keyed.begin(), keyed.end(),
+                  [](const auto& a, const auto& b) { return a.first.compare(b.first) < 0; });
+        benchmark::DoNotOptimize(keyed.data());
+    }
+}
+
+void registerPair(const char* action, void (*measured)(benchmark::State&), void (*floor)(benchmark::State&)) {
+    benchmark::RegisterBenchmark(action, measured)->Unit(benchmark::kMillisecond)->MinTime(0.5);
+    benchmark::RegisterBenchmark((std::string(action) + ":floor").c_str(), floor)
+        ->Unit(benchmark::kMillisecond)
+        ->MinTime(0.5);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    bench::takeSizeOptions(argc, argv);
+    sized();
+    registerPair("open_documents", OpenDocuments, OpenDocumentsFloor);
+    registerPair("receipt", Receipt, ReceiptFloor);
+    registerPair("post_batch", PostBatch, PostBatchFloor);
+    registerPair("view_read", ViewRead, ViewReadFloor);
+    registerPair("sort_customers", SortCustomers, SortCustomersFloor);
+    registerPair("sign_in", SignIn, SignInFloor);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
