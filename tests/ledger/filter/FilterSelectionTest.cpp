@@ -4,7 +4,9 @@
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <bitset>
 #include <gtest/gtest.h>
+#include <random>
 
 namespace tillbook::filter {
 namespace {
@@ -150,6 +152,79 @@ TEST_F(FilterSelection, InjectedSqlIsOnlyEverAValue) {
         {"IDCUST LIKE \"%' OR '1'='1\"", {}},
     });
     EXPECT_EQ(select("").size(), 6);
+}
+
+// A random filter over the yes/no fields F0..F4 and, for each of their 32 combinations, whether
+// reading it strictly left to right selects that combination.
+struct RandomFilter {
+    QString text;
+    std::bitset<32> selects;
+};
+
+RandomFilter randomRun(std::mt19937& random, int depth) {
+    RandomFilter run;
+    const int terms = int(random() % 5) + 1;
+    for (int t = 0; t < terms; ++t) {
+        RandomFilter term;
+        if (depth > 0 && random() % 3 == 0) {
+            term = randomRun(random, depth - 1);
+            term.text = "(" + term.text + ")";
+        } else {
+            const int field = int(random() % 5);
+            const int value = int(random() % 2);
+            term.text = QString("F%1 = %2").arg(field).arg(value);
+            for (int row = 0; row < 32; ++row)
+                term.selects[size_t(row)] = ((row >> field) & 1) == value;
+        }
+        if (t == 0) {
+            run = term;
+        } else if (random() % 2) {
+            run.text += " AND " + term.text;
+            run.selects &= term.selects;
+        } else {
+            run.text += " OR " + term.text;
+            run.selects |= term.selects;
+        }
+    }
+    return run;
+}
+
+TEST(FilterMeaning, SqlKeepsTheStrictLeftToRightReading) {
+    auto db = QSqlDatabase::addDatabase("QSQLITE", "filter-meaning");
+    db.setDatabaseName(":memory:");
+    ASSERT_TRUE(db.open());
+    QSqlQuery q(db);
+    ASSERT_TRUE(
+        q.exec("CREATE TABLE B (ID INTEGER, F0 INTEGER, F1 INTEGER, F2 INTEGER, F3 INTEGER, F4 INTEGER)"));
+    for (int row = 0; row < 32; ++row)
+        ASSERT_TRUE(q.exec(QString("INSERT INTO B VALUES (%1, %2, %3, %4, %5, %6)")
+                               .arg(row)
+                               .arg(row & 1)
+                               .arg((row >> 1) & 1)
+                               .arg((row >> 2) & 1)
+                               .arg((row >> 3) & 1)
+                               .arg((row >> 4) & 1)));
+    const FieldResolver flags = [](const QString& name) -> std::optional<FieldRef> {
+        return FieldRef{name, FieldType::Boolean};
+    };
+
+    std::mt19937 random(14);
+    for (int i = 0; i < 500; ++i) {
+        const RandomFilter filter = randomRun(random, 3);
+        const SqlFilter sql = compileFilter(filter.text, flags);
+        ASSERT_TRUE(q.prepare("SELECT ID FROM B WHERE " + sql.where)) << q.lastError().text().toStdString();
+        for (const QVariant& parameter : sql.parameters)
+            q.addBindValue(parameter);
+        ASSERT_TRUE(q.exec()) << q.lastError().text().toStdString();
+        std::bitset<32> selected;
+        while (q.next())
+            selected[size_t(q.value(0).toInt())] = true;
+        ASSERT_EQ(selected, filter.selects)
+            << filter.text.toStdString() << "\n  as " << sql.where.toStdString();
+    }
+    q = QSqlQuery();
+    db = QSqlDatabase();
+    QSqlDatabase::removeDatabase("filter-meaning");
 }
 
 } // namespace
