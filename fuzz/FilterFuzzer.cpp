@@ -37,6 +37,8 @@ sqlite3* receiptTable() {
 }
 
 void runOnSqlite(const SqlFilter& sql) {
+    if (sql.where.isEmpty()) // every record
+        return;
     const QByteArray text = "SELECT COUNT(*) FROM R WHERE " + sql.where.toUtf8();
     sqlite3_stmt* statement = nullptr;
     if (sqlite3_prepare_v2(receiptTable(), text.constData(), int(text.size()), &statement, nullptr) !=

@@ -46,7 +46,7 @@ QList<Token> tokenize(const QString& filter, const Diagnostics& diagnostics) {
         diagnostics.fail(QStringLiteral("a filter may be at most %1 characters long, and this one goes on")
                              .arg(MaxFilterLength),
                          MaxFilterLength + 1);
-    // No store takes a NUL inside text alike: PostgreSQL refuses it.
+    // PostgreSQL refuses a NUL inside text where SQLite takes it; refused here, both stores answer alike.
     if (const qsizetype nul = filter.indexOf(QChar(u'\0')); nul >= 0)
         diagnostics.fail(QStringLiteral("a filter cannot hold the NUL character"), int(nul) + 1);
 

@@ -24,54 +24,25 @@ TEST(FilterSql, ClausesJoinLeftToRightWithBracketsOnlyWhereSqlNeedsThem) {
               R"(("CNTBTCH" = ? AND "CNTITEM" = ? OR "RMITTYPE" = ?))", {1LL, 2LL, 3LL});
     expectSql("CNTBTCH=1 or CNTITEM=2 And RMITTYPE=3",
               R"((("CNTBTCH" = ? OR "CNTITEM" = ?) AND "RMITTYPE" = ?))", {1LL, 2LL, 3LL});
-    expectSql("CNTBTCH=1 OR CNTBTCH=2 AND CNTITEM=3 OR CNTBTCH=4 AND CNTITEM=5",
-              R"(((("CNTBTCH" = ? OR "CNTBTCH" = ?) AND "CNTITEM" = ? OR "CNTBTCH" = ?) AND "CNTITEM" = ?))",
-              {1LL, 2LL, 3LL, 4LL, 5LL});
     expectSql("((CNTBTCH  = 12      ))", R"("CNTBTCH" = ?)", {12LL});
     expectSql("IDCUST != A AND IDCUST<>B AND IDCUST like \"A%\"",
               R"(("IDCUST" <> ? AND "IDCUST" <> ? AND "IDCUST" LIKE ? ESCAPE '!'))", {"A", "B", "A%"});
     // Written brackets around a run of the joining operator vanish; around the other operator they stay.
-    expectSql("CNTBTCH=1 AND (CNTITEM=2 AND (RMITTYPE=3)) AND CNTITEM=4",
-              R"(("CNTBTCH" = ? AND "CNTITEM" = ? AND "RMITTYPE" = ? AND "CNTITEM" = ?))",
-              {1LL, 2LL, 3LL, 4LL});
-    expectSql("(CNTBTCH=1 OR CNTITEM=2) OR (RMITTYPE=3 AND CNTITEM=4)",
-              R"(("CNTBTCH" = ? OR "CNTITEM" = ? OR ("RMITTYPE" = ? AND "CNTITEM" = ?)))",
-              {1LL, 2LL, 3LL, 4LL});
-}
-
-TEST(FilterSql, LikePatternsNameTheirEscapeAndKeepBackslashesThatEscapeNothing) {
-    const auto pattern = [](const QString& written) {
-        const SqlFilter sql = compileFilter("NAMECUST LIKE \"" + written + "\"", receiptView());
-        EXPECT_EQ(sql.where, R"("NAMECUST" LIKE ? ESCAPE '!')");
-        return sql.parameters.value(0).toString();
-    };
-    EXPECT_EQ(pattern(R"(50\% off_)"), "50!% off_");
-    EXPECT_EQ(pattern(R"(a\_b)"), "a!_b");
-    EXPECT_EQ(pattern(R"(back\slash)"), R"(back\slash)");
-    EXPECT_EQ(pattern(R"(%\)"), R"(%\)");
-    EXPECT_EQ(pattern(R"(\\%)"), R"(\%)");
-    EXPECT_EQ(pattern(R"(\\\%)"), R"(\!%)");
-    EXPECT_EQ(pattern("hey! %  "), "hey!! %  "); // the escape character itself, and trailing blanks kept
+    expectSql("CNTBTCH=1 AND (CNTITEM=2 AND RMITTYPE=3) OR (CNTITEM=4 AND RMITTYPE=5)",
+              R"(("CNTBTCH" = ? AND "CNTITEM" = ? AND "RMITTYPE" = ? OR ("CNTITEM" = ? AND "RMITTYPE" = ?)))",
+              {1LL, 2LL, 3LL, 4LL, 5LL});
 }
 
 TEST(FilterSql, NumbersReadAsPutsReadThem) {
-    expectSql("CNTBTCH = １２", R"("CNTBTCH" = ?)", {12LL});
-    expectSql("AMT = １,２５０.５", R"("AMT" = ?)", {1250500LL});
-    expectSql("AMT >= -1,250.5", R"("AMT" >= ?)", {-1250500LL});
-    expectSql("IDCUST = １２", R"("IDCUST" = ?)", {QString("１２")}); // text stays as typed
-
-    // Whatever a put reads as a number, a filter reads alike, and nothing else.
-    for (const QString& word :
-         {QString("12"), QString("+1,2"), QString("-.5"), QString("1."), QString(",7"), QString("١٢"),
-          QString("１.５"), QString("1.2.3"), QString("1,2.3,4"), QString("."), QString("-"), QString(","),
-          QString("1e5"), QString("0x10"), QString("½"), QString("①"), QString("--1")}) {
+    expectSql("AMT = １,２５０.５ OR IDCUST = １２", R"(("AMT" = ? OR "IDCUST" = ?))",
+              {1250500LL, QString("１２")});
+    for (const char* word :
+         {"+1,2", "-.5", "1.", ",7", "١٢", "1.2.3", "1,2.3,4", ".", ",", "1e5", "½", "①"}) {
         bool extra = false;
         const auto put = engine::parseScaled(word, 3, extra);
         const auto read = readNumber(word);
-        ASSERT_EQ(read.has_value(), put.has_value()) << word.toStdString();
-        if (put) {
-            EXPECT_EQ(scaleNumber(*read, 3)->floor, *put) << word.toStdString();
-        }
+        ASSERT_EQ(read.has_value(), put.has_value()) << word;
+        EXPECT_EQ(read ? scaleNumber(*read, 3)->floor : 0, put.value_or(0)) << word;
     }
 }
 
