@@ -1,13 +1,15 @@
 #pragma once
 
-// The parsed form of a filter: clauses joined by AND / OR, in the order they were written. Names and
-// values are kept as typed; what a bare word means is decided when the fields are known.
+// The parsed form of a filter: runs of clauses joined by AND / OR, in the order they were written.
+// Names and values are kept as typed; what a bare word means is decided when the fields are known.
+//
+// A run holds its terms side by side rather than as a chain of binary nodes, so the tree is only as
+// deep as the filter's brackets: building, compiling and destroying it never recurse further.
 
 #include "ledger/filter/Token.h"
 
-#include <QString>
-#include <memory>
 #include <variant>
+#include <vector>
 
 namespace tillbook::filter {
 
@@ -20,18 +22,25 @@ struct Comparison {
     Token operand; // a Word or a Quoted
 };
 
-struct Expression;
-
 enum class Joiner { And, Or };
 
-struct Junction {
+struct Join {
     Joiner joiner = Joiner::And;
-    std::unique_ptr<Expression> left;
-    std::unique_ptr<Expression> right;
+    int position = 0; // of the AND / OR, for messages
 };
 
+struct Expression;
+
+// term[0] join[0] term[1] join[1] term[2] ... evaluated strictly left to right:
+// join[i] joins everything up to term[i] with term[i + 1].
+struct Run {
+    std::vector<Expression> terms; // at least one
+    std::vector<Join> joins;       // one fewer than terms
+};
+
+// A clause, or a bracketed run (one per pair of brackets written, however redundant).
 struct Expression {
-    std::variant<Comparison, Junction> node;
+    std::variant<Comparison, Run> node;
 };
 
 } // namespace tillbook::filter

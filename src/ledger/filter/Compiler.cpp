@@ -2,6 +2,8 @@
 
 #include "ledger/filter/DateConstant.h"
 #include "ledger/filter/ExactNumber.h"
+#include "ledger/filter/LikePattern.h"
+#include "ledger/filter/Limits.h"
 
 #include <optional>
 
@@ -71,25 +73,70 @@ struct ResolvedField {
     int scale() const { return ref.type == FieldType::Decimal ? ref.scale : 0; }
 };
 
+// SQL text and the operator that joins it at its top level, which decides where it needs brackets.
+enum class Top { Clause, And, Or };
+
+struct Sql {
+    QString text;
+    Top top = Top::Clause;
+};
+
+QString bracketed(const QString& text) {
+    return QLatin1Char('(') + text + QLatin1Char(')');
+}
+
+// An AND that follows an OR brackets everything before it: A OR B AND C reads (A OR B) AND C.
+bool impliesBracket(const Run& run, size_t join) {
+    return join > 0 && run.joins[join].joiner == Joiner::And && run.joins[join - 1].joiner == Joiner::Or;
+}
+
 class Compiler {
 public:
     Compiler(const FieldResolver& resolve, const Diagnostics& diagnostics)
         : m_resolve(resolve), m_diagnostics(diagnostics) {}
 
-    SqlFilter compile(const Expression& expression) {
-        QString where = sqlOf(expression);
-        return {std::move(where), std::move(m_parameters)};
+    SqlFilter compile(const Run& filter) {
+        const Sql sql = sqlOf(filter, 0);
+        return {sql.top == Top::Clause ? sql.text : bracketed(sql.text), std::move(m_parameters)};
     }
 
 private:
-    QString sqlOf(const Expression& expression) {
-        if (const auto* junction = std::get_if<Junction>(&expression.node)) {
-            const QString joiner =
-                junction->joiner == Joiner::And ? QStringLiteral(" AND ") : QStringLiteral(" OR ");
-            const QString left = sqlOf(*junction->left);
-            return QLatin1Char('(') + left + joiner + sqlOf(*junction->right) + QLatin1Char(')');
+    // A run is written as flat as SQL's precedence (AND before OR, both left-associative) allows while
+    // keeping the strict left-to-right reading: brackets only where an AND follows an OR, and around a
+    // bracketed term whose own operator differs from the one that joins it. `enclosing` counts the
+    // brackets around the run, written or implied; the recursion goes only as deep as written brackets.
+    Sql sqlOf(const Run& run, int enclosing) {
+        int implied = 0;
+        for (size_t i = 0; i < run.joins.size(); ++i) {
+            if (impliesBracket(run, i) && enclosing + ++implied > MaxNesting)
+                m_diagnostics.fail(
+                    QStringLiteral("brackets may nest at most %1 deep, counting the one this AND "
+                                   "implies after an OR (A OR B AND C reads (A OR B) AND C)")
+                        .arg(MaxNesting),
+                    run.joins[i].position);
         }
-        return emitComparison(std::get<Comparison>(expression.node));
+
+        Sql result = sqlOf(run.terms.front(), enclosing + implied);
+        for (size_t i = 0; i < run.joins.size(); ++i) {
+            const bool isAnd = run.joins[i].joiner == Joiner::And;
+            const Top joined = isAnd ? Top::And : Top::Or;
+            if (impliesBracket(run, i))
+                --implied; // the terms to the right are outside this one
+            Sql right = sqlOf(run.terms[i + 1], enclosing + implied);
+            if (result.top == Top::Or && isAnd)
+                result.text = bracketed(result.text);
+            if (right.top != Top::Clause && right.top != joined)
+                right.text = bracketed(right.text);
+            result.text += (isAnd ? QStringLiteral(" AND ") : QStringLiteral(" OR ")) + right.text;
+            result.top = joined;
+        }
+        return result;
+    }
+
+    Sql sqlOf(const Expression& term, int enclosing) {
+        if (const auto* run = std::get_if<Run>(&term.node))
+            return sqlOf(*run, enclosing + 1);
+        return {emitComparison(std::get<Comparison>(term.node)), Top::Clause};
     }
 
     std::optional<ResolvedField> lookUp(const Token& name) const {
@@ -122,17 +169,24 @@ private:
         const bool bare = c.operand.kind == TokenKind::Word;
         const auto number = bare ? readNumber(c.operand.text) : std::nullopt;
         if (bare && !number) {
-            if (const auto other = lookUp(c.operand))
+            if (const auto other = lookUp(c.operand)) {
+                // Another field's text has no escapes of its own to follow; the pattern is written.
+                if (c.op == Operator::Like)
+                    m_diagnostics.fail(QStringLiteral("LIKE needs a pattern, but \"%1\" is a field of the "
+                                                      "view (quote it to match the text)")
+                                           .arg(c.operand.text),
+                                       c.operand.position);
                 return emitFieldToField(*field, c.op, *other, c.operand);
+            }
         }
 
         switch (field->ref.type) {
-        case FieldType::Text: {
+        case FieldType::Text:
+            if (c.op == Operator::Like)
+                return bind(field->ref.column, c.op, sqlLikePattern(c.operand.text)) +
+                       QLatin1StringView(LikeEscapeClause);
             // A number against text is the text as typed: 001200 stays "001200".
-            const QString text =
-                c.op == Operator::Like ? c.operand.text : withoutTrailingBlanks(c.operand.text);
-            return bind(field->ref.column, c.op, text);
-        }
+            return bind(field->ref.column, c.op, withoutTrailingBlanks(c.operand.text));
         case FieldType::Date: {
             const auto date = readDate(c.operand);
             if (!date)
@@ -202,9 +256,8 @@ private:
 
 } // namespace
 
-SqlFilter compile(const Expression& expression, const FieldResolver& resolve,
-                  const Diagnostics& diagnostics) {
-    return Compiler(resolve, diagnostics).compile(expression);
+SqlFilter compile(const Run& filter, const FieldResolver& resolve, const Diagnostics& diagnostics) {
+    return Compiler(resolve, diagnostics).compile(filter);
 }
 
 } // namespace tillbook::filter

@@ -3,17 +3,29 @@
 #include "ledger/filter/Filter.h"
 
 namespace tillbook::filter {
+namespace {
+
+// A message quotes a long filter by its start only, so that it still fits on a screen.
+constexpr qsizetype QuotedLength = 80;
+
+} // namespace
+
+Diagnostics::Diagnostics(const QString& filter)
+    : m_quoted(filter.size() <= QuotedLength
+                   ? u'"' + filter + u'"'
+                   : QStringLiteral("\"%1...\" (%2 characters)")
+                         .arg(filter.left(QuotedLength), QString::number(filter.size()))) {}
 
 void Diagnostics::fail(const QString& what, int position) const {
-    throw FilterError(QStringLiteral("Filter \"%1\": %2 at position %3").arg(m_filter, what).arg(position),
-                      position);
+    throw FilterError(
+        QStringLiteral("Filter %1: %2 at position %3").arg(m_quoted, what, QString::number(position)),
+        position);
 }
 
 void Diagnostics::fail(const QString& what, const Token& found) const {
-    const QString message = QStringLiteral("Filter \"%1\": %2 at position %3, found %4")
-                                .arg(m_filter, what)
-                                .arg(found.position)
-                                .arg(describe(found));
+    // One arg() for all, so that a %1 in the filter's own text stays as it is.
+    const QString message = QStringLiteral("Filter %1: %2 at position %3, found %4")
+                                .arg(m_quoted, what, QString::number(found.position), describe(found));
     throw FilterError(message, found.position);
 }
 

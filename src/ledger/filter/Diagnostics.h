@@ -5,15 +5,15 @@
 #include "ledger/filter/Token.h"
 
 #include <QString>
-#include <utility>
 
 namespace tillbook::filter {
 
 class Diagnostics {
 public:
-    explicit Diagnostics(QString filter) : m_filter(std::move(filter)) {}
+    explicit Diagnostics(const QString& filter);
 
-    // Throws FilterError: `Filter "<filter>": <what> at position <position>[, found <token>]`.
+    // Throws FilterError: `Filter "<filter>": <what> at position <position>[, found <token>]`, a long
+    // filter shown as `"<its start>..." (<length> characters)`.
     [[noreturn]] void fail(const QString& what, int position) const;
     [[noreturn]] void fail(const QString& what, const Token& found) const;
 
@@ -21,7 +21,7 @@ public:
     static QString describe(const Token& token);
 
 private:
-    QString m_filter;
+    QString m_quoted; // the filter as a message shows it
 };
 
 } // namespace tillbook::filter

@@ -5,32 +5,39 @@
 namespace tillbook::filter {
 namespace {
 
-bool allDigits(QStringView text) {
-    for (QChar c : text) {
-        if (c < u'0' || c > u'9')
-            return false;
+// Reads digits (any script's decimal digits, as QChar::isDigit knows them) from `at` as ASCII; commas
+// are skipped where `commas` allows them.
+QString readDigits(QStringView text, qsizetype& at, bool commas) {
+    QString digits;
+    for (; at < text.size(); ++at) {
+        const QChar c = text[at];
+        if (c.isDigit())
+            digits += QChar(u'0' + c.digitValue());
+        else if (!(commas && c == u','))
+            break;
     }
-    return true;
+    return digits;
 }
 
 } // namespace
 
+// The numbers a put accepts: a sign, whole digits among which commas may stand, a point and fraction
+// digits, in any script's digits (１２.５ is 12.5).
 std::optional<WrittenNumber> readNumber(const QString& word) {
-    QStringView rest(word);
+    const QStringView text(word);
     WrittenNumber number;
-    if (rest.startsWith(u'-') || rest.startsWith(u'+')) {
-        number.negative = rest.front() == u'-';
-        rest = rest.mid(1);
+    qsizetype at = 0;
+    if (text.startsWith(u'-') || text.startsWith(u'+')) {
+        number.negative = text.front() == u'-';
+        ++at;
     }
-    const qsizetype point = rest.indexOf(u'.');
-    const QStringView whole = point < 0 ? rest : rest.left(point);
-    const QStringView fraction = point < 0 ? QStringView() : rest.mid(point + 1);
-    if (whole.isEmpty() && fraction.isEmpty())
+    number.whole = readDigits(text, at, true);
+    if (at < text.size() && text[at] == u'.') {
+        ++at;
+        number.fraction = readDigits(text, at, false);
+    }
+    if (at != text.size() || (number.whole.isEmpty() && number.fraction.isEmpty()))
         return std::nullopt;
-    if (!allDigits(whole) || !allDigits(fraction))
-        return std::nullopt;
-    number.whole = whole.toString();
-    number.fraction = fraction.toString();
     return number;
 }
 

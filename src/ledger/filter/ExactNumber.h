@@ -15,11 +15,12 @@ inline constexpr int MaxScale = 18;
 
 struct WrittenNumber {
     bool negative = false;
-    QString whole;    // digits before the point, possibly empty (".5")
-    QString fraction; // digits after the point, possibly empty
+    QString whole;    // ASCII digits before the point, possibly empty (".5")
+    QString fraction; // ASCII digits after the point, possibly empty
 };
 
-// Reads [+-]digits[.digits] or [+-].digits; nothing for any other word.
+// Reads [+-]digits[.digits] or [+-].digits, as a put reads a number (commas among the whole digits,
+// digits of any script); nothing for any other word.
 std::optional<WrittenNumber> readNumber(const QString& word);
 
 // A number times 10^scale: exactly `floor` when `exact`, otherwise strictly between floor and floor + 1.

@@ -12,8 +12,7 @@ SqlFilter compileFilter(const QString& filter, const FieldResolver& resolve) {
     const QList<Token> tokens = tokenize(filter, diagnostics);
     if (tokens.size() == 1) // only the End token: every record
         return {};
-    const auto expression = parse(tokens, diagnostics);
-    return compile(*expression, resolve, diagnostics);
+    return compile(parse(tokens, diagnostics), resolve, diagnostics);
 }
 
 } // namespace tillbook::filter

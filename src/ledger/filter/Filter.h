@@ -9,7 +9,10 @@
 //   joining    AND / OR, strictly left to right: A AND B OR C is (A AND B) OR C; brackets group
 //   operand    "quoted text" (a doubled "" inside stands for one "), a number, or a bare word;
 //              a bare word naming a field of the view compares the two fields, any other is text
+//   numbers    as a put reads them: 1,250.50  -.5  and digits of any script (full-width １２)
+//   LIKE       % any run of characters, _ any one; \% \_ \\ a literal %, _, \; other \ are literal
 //   blanks     free and optional between tokens; an empty filter selects every record
+//   limits     Limits.h: length, clauses and bracket depth, beyond which a filter is refused
 
 #include <QString>
 #include <QVariantList>

@@ -1,5 +1,7 @@
 #include "ledger/filter/Lexer.h"
 
+#include "ledger/filter/Limits.h"
+
 namespace tillbook::filter {
 namespace {
 
@@ -40,6 +42,14 @@ Token readQuoted(const QString& filter, qsizetype start, const Diagnostics& diag
 } // namespace
 
 QList<Token> tokenize(const QString& filter, const Diagnostics& diagnostics) {
+    if (filter.size() > MaxFilterLength)
+        diagnostics.fail(QStringLiteral("a filter may be at most %1 characters long, and this one goes on")
+                             .arg(MaxFilterLength),
+                         MaxFilterLength + 1);
+    // PostgreSQL refuses a NUL inside text where SQLite takes it; refused here, both stores answer alike.
+    if (const qsizetype nul = filter.indexOf(QChar(u'\0')); nul >= 0)
+        diagnostics.fail(QStringLiteral("a filter cannot hold the NUL character"), int(nul) + 1);
+
     QList<Token> tokens;
     qsizetype i = 0;
     while (i < filter.size()) {

@@ -1,5 +1,7 @@
 #include "ledger/filter/Parser.h"
 
+#include "ledger/filter/Limits.h"
+
 #include <optional>
 
 namespace tillbook::filter {
@@ -36,15 +38,15 @@ public:
     Parser(const QList<Token>& tokens, const Diagnostics& diagnostics)
         : m_tokens(tokens), m_diagnostics(diagnostics) {}
 
-    std::unique_ptr<Expression> parseFilter() {
-        auto expression = parseExpression();
+    Run parseFilter() {
+        Run run = parseRun(0);
         const Token& next = peek();
         if (next.kind == TokenKind::CloseBracket)
             m_diagnostics.fail(QStringLiteral("this \")\" closes a bracket that was never opened"),
                                next.position);
         if (next.kind != TokenKind::End)
             m_diagnostics.fail(QStringLiteral("expected AND, OR or the end of the filter"), next);
-        return expression;
+        return run;
     }
 
 private:
@@ -58,34 +60,41 @@ private:
         return QStringLiteral(" after ") + Diagnostics::describe(m_tokens[m_next - 1]);
     }
 
-    std::unique_ptr<Expression> parseExpression() {
-        auto left = parseTerm();
+    // `depth` is the number of brackets open around the run; it bounds the recursion.
+    Run parseRun(int depth) {
+        Run run;
+        run.terms.push_back(parseTerm(depth));
         while (const auto joiner = joinerOf(peek())) {
-            take();
-            auto right = parseTerm();
-            auto joined = std::make_unique<Expression>();
-            joined->node = Junction{*joiner, std::move(left), std::move(right)};
-            left = std::move(joined);
+            run.joins.push_back({*joiner, take().position});
+            run.terms.push_back(parseTerm(depth));
         }
-        return left;
+        return run;
     }
 
-    std::unique_ptr<Expression> parseTerm() {
+    Expression parseTerm(int depth) {
         if (peek().kind != TokenKind::OpenBracket)
             return parseComparison();
         const Token& open = take();
-        auto inner = parseExpression();
+        if (depth >= MaxNesting)
+            m_diagnostics.fail(QStringLiteral("brackets may nest at most %1 deep").arg(MaxNesting),
+                               open.position);
+        Run inner = parseRun(depth + 1);
         const Token& next = peek();
         if (next.kind == TokenKind::End)
             m_diagnostics.fail(QStringLiteral("the bracket opened here is never closed"), open.position);
         if (next.kind != TokenKind::CloseBracket)
             m_diagnostics.fail(QStringLiteral("expected AND, OR or \")\""), next);
         take();
-        return inner;
+        return Expression{std::move(inner)};
     }
 
-    std::unique_ptr<Expression> parseComparison() {
+    Expression parseComparison() {
         Comparison comparison;
+        if (++m_clauses > MaxClauses)
+            m_diagnostics.fail(QStringLiteral("a filter may have at most %1 clauses, and this is clause %2")
+                                   .arg(MaxClauses)
+                                   .arg(m_clauses),
+                               peek().position);
         if (peek().kind == TokenKind::Quoted)
             m_diagnostics.fail(
                 QStringLiteral("expected a field name (written without quotes)") + afterPrevious(), peek());
@@ -106,20 +115,18 @@ private:
         if (!isValue)
             m_diagnostics.fail(QStringLiteral("expected a value") + afterPrevious(), operand);
         comparison.operand = take();
-
-        auto expression = std::make_unique<Expression>();
-        expression->node = std::move(comparison);
-        return expression;
+        return Expression{std::move(comparison)};
     }
 
     const QList<Token>& m_tokens;
     const Diagnostics& m_diagnostics;
     qsizetype m_next = 0;
+    int m_clauses = 0;
 };
 
 } // namespace
 
-std::unique_ptr<Expression> parse(const QList<Token>& tokens, const Diagnostics& diagnostics) {
+Run parse(const QList<Token>& tokens, const Diagnostics& diagnostics) {
     return Parser(tokens, diagnostics).parseFilter();
 }
 

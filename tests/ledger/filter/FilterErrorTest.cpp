@@ -62,5 +62,10 @@ TEST(FilterErrors, InjectionThroughNamesOrStructureFailsCleanly) {
     expectError("IDCUST = x' OR '1'='1'", 16, R"(unknown field "'1'")");
 }
 
+TEST(FilterErrors, MessagesQuoteTheFilterAsWritten) {
+    expectError("IDCUST = %1 AND", 16, R"(expected a field name after "AND" at position 16)");
+    expectError("IDCUST LIKE ORGID", 13, R"(LIKE needs a pattern, but "ORGID" is a field of the view)");
+}
+
 } // namespace
 } // namespace tillbook::filter
