@@ -34,6 +34,8 @@ public:
     void set(const QString& name, const QVariant& v) { set(requireField(name), v); }
     int requireField(const QString& name); // fails for an unknown field
     bool isNew() const { return m_isNew; }
+    // Whether the field was put or set since the record was read or written.
+    bool isDirty(int field) const { return m_dirty[size_t(field)] != 0; }
 
     void order(int keyNumber);
     void compose(const std::vector<ViewCore*>& views);
@@ -73,6 +75,7 @@ private:
     bool stagingForHeader() const;
     void stage();
     bool hasKey(const Values& line, const FieldValues& key) const; // a staged line with this key
+    void refuseKeyChange();
 
     std::shared_ptr<SessionState> m_session;
     const ViewDef& m_def;
