@@ -6,6 +6,7 @@
 #include "ledger/engine/ValueCodec.h"
 #include "ledger/engine/ViewCore.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace tillbook::engine {
@@ -150,7 +151,10 @@ bool updateRecord(CompanyStore& store, const QString& viewId, const QVariantHash
 bool addToRecord(CompanyStore& store, const QString& viewId, const QVariantHash& key,
                  const QVariantHash& amounts) {
     const ViewDef& def = viewDef(viewId);
-    const FieldValues additions = stored(def, amounts);
+    FieldValues additions = stored(def, amounts);
+    // In the view's order, so that of several sums that would not fit the same one is named every time.
+    std::sort(additions.begin(), additions.end(),
+              [](const auto& a, const auto& b) { return a.first < b.first; });
     QStringList assignments;
     QStringList bounds;
     QVariantList parameters;

@@ -88,7 +88,7 @@ TEST_P(AmountRangeTest, PostingThatWouldTakeABalanceBeyondItsFieldChangesNothing
         engine::postBatch(store(), session->errors(), batch, QDate(2025, 3, 15));
         ADD_FAILURE() << "the posting went through";
     } catch (const engine::FieldRangeError& e) {
-        EXPECT_EQ(e.message(),
+        EXPECT_EQ(e.message().toStdString(),
                   "Balance Due in Cust. Curr. \"-1000000000000000.000\" is too large: it holds at most "
                   "999999999999999.999.");
     }
