@@ -5,6 +5,7 @@
 #include "ledger/engine/EntryRules.h"
 #include "ledger/engine/MiscLineRules.h"
 #include "ledger/engine/OpenDocumentList.h"
+#include "ledger/engine/PostedTotalsRules.h"
 
 namespace tillbook::engine {
 
@@ -15,6 +16,8 @@ void registerReceiptRules(void (*add)(const QString& viewId, ViewRulesFactory fa
     add(QStringLiteral("AR0044"), [] { return EntryLineRules::forAppliedDocuments(); });
     add(QStringLiteral("AR0045"), [] { return EntryLineRules::forAdjustmentDistributions(); });
     add(QStringLiteral("AR0061"), [] { return std::make_unique<OpenDocumentList>(); });
+    add(QStringLiteral("AR0036"), [] { return PostedTotalsRules::forDocuments(); });
+    add(QStringLiteral("AR0024"), [] { return PostedTotalsRules::forCustomers(); });
 }
 
 } // namespace tillbook::engine
