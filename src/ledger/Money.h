@@ -1,16 +1,23 @@
 #pragma once
 
 // An exact amount of money in whole thousandths, the ledger's precision. Amounts are never held in
-// floating point: typed text is parsed digit by digit and sums never drift.
+// floating point: typed text is parsed digit by digit and sums never drift. Arithmetic is checked: a
+// result beyond the 64-bit range throws MoneyOverflow instead of wrapping round to a wrong amount.
 
 #include <QMetaType>
 #include <QString>
-
 #include <compare>
 #include <cstdint>
+#include <limits>
 #include <optional>
+#include <stdexcept>
 
 namespace tillbook {
+
+class MoneyOverflow : public std::overflow_error {
+public:
+    MoneyOverflow() : std::overflow_error("an amount is beyond the range of the ledger's arithmetic") {}
+};
 
 class Money {
 public:
@@ -23,8 +30,10 @@ public:
         m.m_thousandths = thousandths;
         return m;
     }
-    static constexpr Money fromCents(std::int64_t cents) { return fromThousandths(cents * 10); }
-    static constexpr Money fromWhole(std::int64_t units) { return fromThousandths(units * Scale); }
+    static constexpr Money fromCents(std::int64_t cents) { return fromThousandths(checkedTimes(cents, 10)); }
+    static constexpr Money fromWhole(std::int64_t units) {
+        return fromThousandths(checkedTimes(units, Scale));
+    }
 
     // Parses "1,250.00", "-12.5", " 7 ", ".25" exactly. Commas may stand anywhere among the whole digits
     // (as a clerk types them); more than three decimals are refused rather than rounded silently.
@@ -46,13 +55,13 @@ public:
     // The ledger's own text of a value: three decimals, as stored ("1250.500").
     QString toLedgerString() const { return toPlainString(3); }
 
-    constexpr Money operator-() const { return fromThousandths(-m_thousandths); }
+    constexpr Money operator-() const { return fromThousandths(checked(0, m_thousandths, false)); }
     constexpr Money& operator+=(Money other) {
-        m_thousandths += other.m_thousandths;
+        m_thousandths = checked(m_thousandths, other.m_thousandths, true);
         return *this;
     }
     constexpr Money& operator-=(Money other) {
-        m_thousandths -= other.m_thousandths;
+        m_thousandths = checked(m_thousandths, other.m_thousandths, false);
         return *this;
     }
     friend constexpr Money operator+(Money a, Money b) { return a += b; }
@@ -61,11 +70,31 @@ public:
     friend constexpr bool operator==(Money a, Money b) = default;
 
 private:
+    // The range is kept symmetric (the lowest 64-bit value is left out), so that every amount can be negated.
+    static constexpr std::int64_t checked(std::int64_t a, std::int64_t b, bool add) {
+        std::int64_t result = 0;
+        const bool overflow =
+            add ? __builtin_add_overflow(a, b, &result) : __builtin_sub_overflow(a, b, &result);
+        if (overflow || result == std::numeric_limits<std::int64_t>::min())
+            throw MoneyOverflow();
+        return result;
+    }
+    static constexpr std::int64_t checkedTimes(std::int64_t a, std::int64_t b) {
+        std::int64_t result = 0;
+        if (__builtin_mul_overflow(a, b, &result) || result == std::numeric_limits<std::int64_t>::min())
+            throw MoneyOverflow();
+        return result;
+    }
+
     std::int64_t m_thousandths = 0;
 };
 
-constexpr Money min(Money a, Money b) { return a < b ? a : b; }
-constexpr Money max(Money a, Money b) { return a < b ? b : a; }
+constexpr Money min(Money a, Money b) {
+    return a < b ? a : b;
+}
+constexpr Money max(Money a, Money b) {
+    return a < b ? b : a;
+}
 
 } // namespace tillbook
 

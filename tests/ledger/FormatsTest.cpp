@@ -51,6 +51,20 @@ TEST(MoneyParse, SumsOfTenthsDoNotDrift) {
     EXPECT_EQ(total, Money::fromWhole(100));
 }
 
+TEST(MoneyArithmetic, ResultsBeyondTheRangeThrowInsteadOfWrapping) {
+    const Money top = m(std::numeric_limits<std::int64_t>::max());
+    EXPECT_THROW(top + m(1), MoneyOverflow);
+    EXPECT_THROW(-top - m(1), MoneyOverflow); // the lowest 64-bit value is no amount: it has no negation
+    EXPECT_THROW(-top - top, MoneyOverflow);
+    EXPECT_THROW(Money::fromWhole(std::numeric_limits<std::int64_t>::max() / 100), MoneyOverflow);
+    EXPECT_THROW(Money::fromCents(std::numeric_limits<std::int64_t>::min() / 5), MoneyOverflow);
+    Money total = top;
+    EXPECT_THROW(total += m(1), MoneyOverflow);
+    EXPECT_EQ(total, top); // a refused addition changes nothing
+    EXPECT_EQ(top - top + m(-5), m(-5));
+    EXPECT_EQ(-(-top), top);
+}
+
 TEST(MoneyRounding, BankersForKeptAmountsAwayFromZeroForFormats) {
     EXPECT_EQ(m(12345).roundedToCentsBankers(), m(12340)); // 12.345 -> 12.34
     EXPECT_EQ(m(12355).roundedToCentsBankers(), m(12360)); // 12.355 -> 12.36

@@ -6,6 +6,7 @@
 #include "ledger/engine/PendingApplications.h"
 #include "ledger/engine/RecordAccess.h"
 #include "ledger/engine/ReferenceChecks.h"
+#include "ledger/engine/SavedEntries.h"
 #include "ledger/engine/ValueCodec.h"
 #include "ledger/engine/ViewCore.h"
 
@@ -15,21 +16,14 @@ namespace {
 
 const QString Detail = QStringLiteral("AR0044");
 const QString Documents = QStringLiteral("AR0036");
+const QString MiscLines = QStringLiteral("AR0043");
 
-QString statusName(int status) {
-    switch (status) {
-    case BatchPosted:
-        return QStringLiteral("Posted");
-    case BatchDeleted:
-        return QStringLiteral("Deleted");
-    case BatchPosting:
-        return QStringLiteral("Post In Progress");
-    case BatchReady:
-        return QStringLiteral("Ready To Post");
-    default:
-        return QString::number(status);
-    }
-}
+// What a saved entry may still have changed: nothing its amounts, batch, applications or customer
+// stand on.
+const QSet<QString> Descriptive{QStringLiteral("IDRMIT"),     QStringLiteral("TEXTRMIT"),
+                                QStringLiteral("TXTRMITREF"), QStringLiteral("TEXTPAYOR"),
+                                QStringLiteral("DATERMIT"),   QStringLiteral("FISCYR"),
+                                QStringLiteral("FISCPER"),    QStringLiteral("SWPRINTED")};
 
 QVariant amount(Money m) {
     return QVariant::fromValue(m);
@@ -98,7 +92,7 @@ void EntryRules::joinBatch(ViewCore& view) {
         view.errors().fail(
             QStringLiteral("Batch %1 is not open (%2); entries can be added only to an open batch.")
                 .arg(batch)
-                .arg(statusName(status)));
+                .arg(batchStatusName(status)));
     const qint64 number = view.store().nextNumber(entryCounter(code, batch));
     view.set(QStringLiteral("CNTITEM"), qlonglong(number));
     if (number > stored->value(QStringLiteral("CNTLASTITM")).toLongLong())
@@ -127,6 +121,7 @@ void EntryRules::beforeInsert(ViewCore& view) {
             QStringLiteral("Receipt Trans. Type \"%1\" cannot be keyed here: use 1 (Receipt), 2 "
                            "(Prepayment) or 5 (Misc. Receipt).")
                 .arg(type));
+    refuseStrayLines(view);
     const QDate date = view.value(QStringLiteral("DATERMIT")).toDate();
     if (!date.isValid())
         view.errors().fail(
@@ -159,6 +154,31 @@ void EntryRules::beforeInsert(ViewCore& view) {
     view.set(QStringLiteral("REMUNAPL"), amount(unapplied));
     view.set(QStringLiteral("REMUNAPLHC"), amount(unapplied));
     view.set(QStringLiteral("CNTLSTLINE"), qlonglong(m_lines.size()));
+}
+
+// Applied documents come from the open-document list only, and miscellaneous lines belong to a
+// miscellaneous receipt: lines staged otherwise would be written unchecked and outside the entry's totals.
+void EntryRules::refuseStrayLines(ViewCore& view) {
+    const bool misc = view.value(QStringLiteral("RMITTYPE")).toInt() == MiscellaneousReceipt;
+    for (const ViewCore* detail : view.details()) {
+        if (view.stagedCount(detail) == 0)
+            continue;
+        if (detail->def().id == Detail)
+            view.errors().fail(
+                QStringLiteral("Documents are applied through the open-document list (AR0061), "
+                               "not by inserting lines into %1 (%2).")
+                    .arg(detail->def().title, detail->def().id));
+        if (detail->def().id == MiscLines && !misc)
+            view.errors().fail(
+                QStringLiteral("Only a miscellaneous receipt (Receipt Trans. Type 5) has %1 lines.")
+                    .arg(detail->def().title));
+    }
+}
+
+void EntryRules::beforeUpdate(ViewCore& view) {
+    const QString what = entryName(view);
+    requireOpenBatchForChange(view, what);
+    refuseFixedChanges(view, Descriptive, what);
 }
 
 // One detail per document the entry applies, checked again against what other entries have applied

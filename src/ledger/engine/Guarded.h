@@ -5,6 +5,8 @@
 // then throws the warning, so that the caller sees it as its status and may go on.
 
 #include "ledger/ErrorList.h"
+#include "ledger/Money.h"
+#include "ledger/engine/FieldRangeError.h"
 #include "ledger/engine/StoreError.h"
 #include "ledger/filter/Filter.h"
 
@@ -25,6 +27,11 @@ template <typename Operation> auto guarded(ErrorList& errors, Operation operatio
         }
     } catch (const LedgerError&) {
         throw; // already on the list
+    } catch (const FieldRangeError& e) {
+        errors.fail(e.message());
+    } catch (const MoneyOverflow&) {
+        errors.fail(
+            QStringLiteral("An amount is too large for the ledger to work with; nothing was written."));
     } catch (const StoreError& e) {
         errors.fail(e.message(), ErrorPriority::Severe);
     } catch (const filter::FilterError& e) {

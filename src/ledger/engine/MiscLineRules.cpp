@@ -34,6 +34,8 @@ std::optional<QString> revenueAccount(CompanyStore& store, const QString& code) 
 
 } // namespace
 
+MiscLineRules::MiscLineRules() : EntryLineRules({QStringLiteral("GLREF"), QStringLiteral("GLDESC")}) {}
+
 void MiscLineRules::initRecord(ViewCore& view) {
     view.set(QStringLiteral("CODEPAYM"), QStringLiteral("CA"));
 }

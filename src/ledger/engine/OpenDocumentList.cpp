@@ -270,9 +270,14 @@ void OpenDocumentList::updateKept(ViewCore& view) {
         d.applied = min(left, open);
         if (!open.isNegative() && d.applied <= Money()) {
             d.applied = Money();
+            // Which of the two is used up: the document's balance, or the receipt's amount.
             view.errors().warn(
-                QStringLiteral("Nothing is left of the receipt amount to apply to document %1.")
-                    .arg(d.number));
+                open.isZero()
+                    ? QStringLiteral("Document %1 has nothing left to pay: its balance is taken up by "
+                                     "payments, discounts and adjustments already applied.")
+                          .arg(d.number)
+                    : QStringLiteral("Nothing is left of the receipt amount to apply to document %1.")
+                          .arg(d.number));
         }
     }
     show(view, int(key));

@@ -1,9 +1,12 @@
 #include "ledger/engine/RecordAccess.h"
 
+#include "ledger/engine/FieldRangeError.h"
+#include "ledger/engine/StoreError.h"
 #include "ledger/engine/TableAccess.h"
 #include "ledger/engine/ValueCodec.h"
 #include "ledger/engine/ViewCore.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace tillbook::engine {
@@ -161,36 +164,79 @@ bool updateRecord(CompanyStore& store, const QString& viewId, const QVariantHash
     return TableAccess(store, def).update(stored(def, key), stored(def, changes));
 }
 
+// Each addition carries its own bound: the row changes only when every sum stays within its field's
+// capacity, so the store never computes a sum it cannot hold (SQLite would turn it into a REAL,
+// PostgreSQL refuse it as out of range). When the row stays as it was, the record is read to tell a
+// missing record from a sum that would not fit.
 bool addToRecord(CompanyStore& store, const QString& viewId, const QVariantHash& key,
                  const QVariantHash& amounts) {
     const ViewDef& def = viewDef(viewId);
+    FieldValues additions = stored(def, amounts);
+    // In the view's order, so that of several sums that would not fit the same one is named every time.
+    std::sort(additions.begin(), additions.end(),
+              [](const auto& a, const auto& b) { return a.first < b.first; });
     QStringList assignments;
+    QStringList bounds;
     QVariantList parameters;
-    for (const auto& [field, value] : stored(def, amounts)) {
+    QVariantList boundParameters;
+    for (const auto& [field, value] : additions) {
         const QString column = quoted(def.fields[size_t(field)].name);
         assignments << column + QStringLiteral(" = ") + column + QStringLiteral(" + ?");
         parameters << value;
+        // value is within the field's capacity (toStorage saw to that), so neither bound overflows.
+        const qint64 add = value.toLongLong();
+        const qint64 capacity = storedCapacity(def.fields[size_t(field)]);
+        if (add > 0) {
+            bounds << column + QStringLiteral(" <= ?");
+            boundParameters << qlonglong(capacity - add);
+        } else if (add < 0) {
+            bounds << column + QStringLiteral(" >= ?");
+            boundParameters << qlonglong(-capacity - add);
+        }
     }
-    const QString condition = keyCondition(def, key, parameters);
+    QString condition = keyCondition(def, key, parameters);
+    parameters << boundParameters;
+    if (!bounds.isEmpty())
+        condition += QStringLiteral(" AND ") + bounds.join(QStringLiteral(" AND "));
     QSqlQuery& query = store.statement(QStringLiteral("UPDATE %1 SET %2 WHERE %3")
                                            .arg(quoted(def.table), assignments.join(u','), condition));
-    store.run(query, parameters);
-    const bool changed = query.numRowsAffected() > 0;
-    query.finish();
-    return changed;
+    std::vector<int> columns;
+    for (const auto& addition : additions)
+        columns.push_back(addition.first);
+    // Another till may change the record between the refused update and the read that explains it; the
+    // addition is then tried again on what it holds now.
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        store.run(query, parameters);
+        const bool changed = query.numRowsAffected() > 0;
+        query.finish();
+        if (changed)
+            return true;
+        if (bounds.isEmpty())
+            return false;
+        const std::optional<Row> now = TableAccess(store, def).read(columns, stored(def, key));
+        if (!now)
+            return false;
+        for (size_t k = 0; k < additions.size(); ++k) {
+            const FieldDef& field = def.fields[size_t(additions[k].first)];
+            const qint64 sum = (*now)[k].toLongLong() + additions[k].second.toLongLong();
+            if (!fitsField(field, sum))
+                throw FieldRangeError(tooLargeMessage(field, formatStored(field, sum)));
+        }
+    }
+    throw StoreError(
+        QStringLiteral("%1: the record kept changing while it was being added to.").arg(def.title));
 }
 
+// Added up here, with Money's checked arithmetic, so that no sum can wrap round whatever the store.
 Money sumOf(CompanyStore& store, const QString& viewId, const QString& field, const QVariantHash& equal) {
     const ViewDef& def = viewDef(viewId);
-    QVariantList parameters;
-    const QString condition = keyCondition(def, equal, parameters);
-    QSqlQuery& query = store.statement(QStringLiteral("SELECT COALESCE(SUM(%1), 0) FROM %2 WHERE %3")
-                                           .arg(quoted(field.toUpper()), quoted(def.table), condition));
-    store.run(query, parameters);
-    const qint64 total = query.next() ? query.value(0).toLongLong() : 0;
-    query.finish();
-    const FieldDef& f = def.fields[size_t(fieldIndex(def, field))];
-    return moneyOf(fromStorage(f, total));
+    QStringList key;
+    for (int f : def.primaryKey().fields)
+        key << def.fields[size_t(f)].name;
+    Money total;
+    for (const QVariantHash& record : readRecords(store, viewId, equal, {field.toUpper()}, key))
+        total += moneyOf(record.value(field.toUpper()));
+    return total;
 }
 
 } // namespace tillbook::engine

@@ -1,6 +1,7 @@
 #include "ledger/engine/ValueCodec.h"
 
 #include "ledger/Money.h"
+#include "ledger/engine/FieldRangeError.h"
 
 #include <QDate>
 #include <QMetaType>
@@ -48,8 +49,11 @@ std::optional<qint64> scaledNumber(const QVariant& input, int scale, bool& extra
     extraDecimals = false;
     if (input.metaType() == QMetaType::fromType<Money>()) {
         const qint64 thousandths = input.value<Money>().thousandths();
+        qint64 scaled = 0;
         if (scale >= 3)
-            return thousandths * powerOfTen(scale - 3);
+            return __builtin_mul_overflow(thousandths, powerOfTen(scale - 3), &scaled)
+                       ? std::nullopt
+                       : std::optional(scaled);
         return parseScaled(input.value<Money>().toLedgerString(), scale, extraDecimals);
     }
     if (isWholeNumber(input)) {
@@ -105,13 +109,70 @@ QVariant decimalValue(const FieldDef& field, qint64 scaled) {
     return formatScaled(scaled, field.scale);
 }
 
-// Largest magnitude a BCD*p.s column holds: 2p-1 digits in all (capped by the 64-bit column).
-qint64 decimalLimit(const FieldDef& field) {
-    const int digits = std::min(18, std::max(1, field.size * 2 - 1));
-    return powerOfTen(digits);
+// Whether the input is written as a number, however many digits it has: a finite double, or text of
+// digits with an optional sign, commas and one decimal point.
+bool isNumber(const QVariant& input) {
+    const int id = input.metaType().id();
+    if (id == QMetaType::Double || id == QMetaType::Float)
+        return std::isfinite(input.toDouble());
+    if (isWholeNumber(input))
+        return true;
+    if (!isTextual(input))
+        return false;
+    const QString t = input.toString().trimmed();
+    int i = t.startsWith(u'-') || t.startsWith(u'+') ? 1 : 0;
+    bool digits = false;
+    bool point = false;
+    for (; i < t.size(); ++i) {
+        if (t[i].isDigit())
+            digits = true;
+        else if (t[i] == u'.' && !point)
+            point = true;
+        else if (t[i] != u',' || point)
+            return false;
+    }
+    return digits;
+}
+
+QString numberText(const QVariant& input) {
+    const int id = input.metaType().id();
+    if (id == QMetaType::Double || id == QMetaType::Float)
+        return QString::number(input.toDouble(), 'f', 0);
+    return input.toString().trimmed();
 }
 
 } // namespace
+
+// A BCD*p.s column holds 2p-1 digits in all (capped by the 64-bit column); Integer and Long are 16 and
+// 32 bits.
+qint64 storedCapacity(const FieldDef& field) {
+    switch (field.kind) {
+    case FieldKind::Decimal:
+        return powerOfTen(std::min(18, std::max(1, field.size * 2 - 1))) - 1;
+    case FieldKind::Integer:
+        return 32767;
+    case FieldKind::Long:
+        return std::numeric_limits<int>::max();
+    case FieldKind::Boolean:
+        return 1;
+    default:
+        return 0;
+    }
+}
+
+QString formatStored(const FieldDef& field, qint64 stored) {
+    return field.kind == FieldKind::Decimal ? formatScaled(stored, field.scale) : QString::number(stored);
+}
+
+bool fitsField(const FieldDef& field, qint64 stored) {
+    const qint64 capacity = storedCapacity(field);
+    return stored <= capacity && stored >= -capacity;
+}
+
+QString tooLargeMessage(const FieldDef& field, const QString& shown) {
+    return QStringLiteral("%1 \"%2\" is too large: it holds at most %3.")
+        .arg(field.label(), shown, formatStored(field, storedCapacity(field)));
+}
 
 void registerValueTypes() {
     static std::once_flag once;
@@ -229,12 +290,18 @@ QVariant toStorage(const FieldDef& field, const QVariant& value) {
     case FieldKind::Boolean:
         return qlonglong(value.toInt());
     case FieldKind::Decimal: {
-        if (field.scale == 0)
-            return qlonglong(value.toLongLong());
-        if (field.scale <= 3)
-            return qlonglong(value.value<Money>().thousandths() / powerOfTen(3 - field.scale));
-        bool extra = false;
-        return qlonglong(parseScaled(value.toString(), field.scale, extra).value_or(0));
+        qint64 stored = 0;
+        if (field.scale == 0) {
+            stored = value.toLongLong();
+        } else if (field.scale <= 3) {
+            stored = value.value<Money>().thousandths() / powerOfTen(3 - field.scale);
+        } else {
+            bool extra = false;
+            stored = parseScaled(value.toString(), field.scale, extra).value_or(0);
+        }
+        if (!fitsField(field, stored))
+            throw FieldRangeError(tooLargeMessage(field, formatStored(field, stored)));
+        return qlonglong(stored);
     }
     case FieldKind::Date: {
         const QDate d = value.toDate();
@@ -291,8 +358,15 @@ std::optional<QVariant> convertForPut(const FieldDef& field, const QVariant& inp
     case FieldKind::Decimal: {
         bool extra = false;
         std::optional<qint64> value = scaledNumber(input, field.scale, extra);
-        if (value && (*value >= decimalLimit(field) || *value <= -decimalLimit(field)))
-            value.reset();
+        if (value && !fitsField(field, *value)) {
+            problem = tooLargeMessage(field, formatStored(field, *value));
+            return std::nullopt;
+        }
+        if (!value && isNumber(input)) {
+            // A number too long even for the 64-bit arithmetic is as much too large as one just beyond.
+            problem = tooLargeMessage(field, numberText(input));
+            return std::nullopt;
+        }
         if (!value || (verify && extra)) {
             if (verify) {
                 problem = !value ? QStringLiteral("%1 %2 is not a valid number.").arg(label, quoted(input))

@@ -20,14 +20,25 @@ QVariant defaultValue(const FieldDef& field);
 // The value callers get from a column as the store returned it.
 QVariant fromStorage(const FieldDef& field, const QVariant& stored);
 
-// The column value of a field's value (as made by fromStorage or convertForPut).
+// The column value of a field's value (as made by fromStorage or convertForPut). Throws FieldRangeError
+// for a decimal beyond the field's capacity, so that no such value is ever written.
 QVariant toStorage(const FieldDef& field, const QVariant& value);
 
 // Converts what a caller put into the field's value. With `verify`, anything that does not fit
 // (wrong type, too long, too many decimals, not in the field's list) is refused with a clerk's message
-// in `problem`; without it, the value is made to fit, or becomes the field's default.
+// in `problem`; without it, the value is made to fit, or becomes the field's default. A number beyond the
+// field's capacity is refused either way: no amount is silently replaced.
 std::optional<QVariant> convertForPut(const FieldDef& field, const QVariant& input, bool verify,
                                       QString& problem);
+
+// The largest magnitude a numeric field holds, as a column value (a decimal scaled by its decimals): what
+// its declared size allows. A value beyond it is refused, whether put, computed or added up.
+qint64 storedCapacity(const FieldDef& field);
+bool fitsField(const FieldDef& field, qint64 stored);
+// A column value as plain text: "1999999999999999.998" for a decimal of three places.
+QString formatStored(const FieldDef& field, qint64 stored);
+// "Batch Total "1999999999999999.998" is too large: it holds at most 999999999999999.999."
+QString tooLargeMessage(const FieldDef& field, const QString& shown);
 
 // The value as plain text: numbers without separators, decimals with all their places, dates yyyy-mm-dd.
 QString displayText(const FieldDef& field, const QVariant& value);

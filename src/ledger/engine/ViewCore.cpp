@@ -421,6 +421,7 @@ void ViewCore::insert() {
         return;
     }
     loadRest();
+    m_rules->checkDirectInsert(*this);
     Transaction transaction(store());
     m_rules->beforeInsert(*this);
     insertRecord(m_values);
@@ -431,6 +432,22 @@ void ViewCore::insert() {
     m_isNew = false;
     m_key = storedKey();
     std::fill(m_dirty.begin(), m_dirty.end(), 0);
+}
+
+// An update changes the record that was read. A key put since would move it elsewhere: an entry into
+// another batch, a line away from its entry. That is refused, whatever view it is.
+void ViewCore::refuseKeyChange() {
+    const FieldValues key = storedKey();
+    for (size_t k = 0; k < key.size() && k < m_key.size(); ++k) {
+        if (key[k].second == m_key[k].second)
+            continue;
+        const FieldDef& field = m_def.fields[size_t(key[k].first)];
+        errors().fail(QStringLiteral("%1 of a saved %2 record cannot be changed (from %3 to %4): read the "
+                                     "record wanted instead.")
+                          .arg(field.label(), m_def.title,
+                               displayText(field, fromStorage(field, m_key[k].second)),
+                               displayText(field, m_values[size_t(key[k].first)])));
+    }
 }
 
 void ViewCore::update() {
@@ -451,6 +468,7 @@ void ViewCore::update() {
         m_key = storedKey();
         return;
     }
+    refuseKeyChange();
     Transaction transaction(store());
     m_rules->beforeUpdate(*this);
     FieldValues changes;

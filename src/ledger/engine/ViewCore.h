@@ -38,6 +38,8 @@ public:
     // kept, so that no call after the first makes a new string.
     int findField(const QString& name);
     bool isNew() const { return m_isNew; }
+    // Whether the field was put or set since the record was read or written.
+    bool isDirty(int field) const { return m_dirty[size_t(field)] != 0; }
 
     void order(int keyNumber);
     void compose(const std::vector<ViewCore*>& views);
@@ -77,6 +79,7 @@ private:
     bool stagingForHeader() const;
     void stage();
     bool hasKey(const Values& line, const FieldValues& key) const; // a staged line with this key
+    void refuseKeyChange();
 
     std::shared_ptr<SessionState> m_session;
     const ViewDef& m_def;

@@ -24,6 +24,8 @@ public:
     // Inside the write's transaction, before the record (and a header's staged lines) are written:
     // numbering, last checks.
     virtual void beforeInsert(ViewCore&) {}
+    // Before a record is inserted on its own, not as a staged line its header's insert writes.
+    virtual void checkDirectInsert(ViewCore&) {}
     // Inside the same transaction, after header and lines are written: totals kept elsewhere.
     virtual void afterInsert(ViewCore&) {}
     virtual void beforeUpdate(ViewCore&) {}

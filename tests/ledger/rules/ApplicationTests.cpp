@@ -77,6 +77,21 @@ TEST_P(ApplicationTest, OtherUnpostedEntriesShowAsPendingAndLimitTheNextApplicat
     EXPECT_EQ(money(second.field("AR0042", "REMUNAPLTC").value()), Money::fromWhole(60));
 }
 
+TEST_P(ApplicationTest, WarningSaysWhetherTheReceiptOrTheDocumentIsUsedUp) {
+    auto session = signIn();
+    Till till(*session);
+    const qint64 batch = till.newBatch();
+    till.postReceipt(batch, 1, "C1", 50.0, {3}); // IN2 taken up by an unposted entry
+    till.postReceipt(batch, 2, "C1", 100.0, {3, 2});
+    till.postReceipt(batch, 3, "C2", 0.0, {1}); // a receipt of nothing
+    ASSERT_EQ(session->errors().count(), 2);
+    EXPECT_EQ(session->errors().at(0).description,
+              "Document IN2 has nothing left to pay: its balance is taken up by payments, discounts and "
+              "adjustments already applied.");
+    EXPECT_EQ(session->errors().at(1).description,
+              "Nothing is left of the receipt amount to apply to document IN3.");
+}
+
 TEST_P(ApplicationTest, ApplicationsMadeStaleByAnotherTillAreRefusedWhole) {
     auto session = signIn();
     Till till(*session);

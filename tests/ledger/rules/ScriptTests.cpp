@@ -1,5 +1,6 @@
 // The run scripts under scripts/ give their expected output, on the sample company, through the tool.
 
+#include "ledger/engine/EngineTestSupport.h" // storeParamName
 #include "support/TestCompany.h"
 
 #include <QFile>
@@ -37,6 +38,24 @@ TEST(RunScripts, ReceiptPrepaymentAndMiscReceiptThenPosting) {
     tool({"post-batch", "DEMO", "1"}, 1);
     posted += tool({"run", "DEMO", Scripts + "post-batch.script", "--date", "2025-03-15"}, 0);
     EXPECT_EQ(posted.toStdString(), expected("post-batch.expected").toStdString());
+}
+
+// Generic operations against saved entries, and amounts at the edge of their fields: the same refusals
+// and the same ledger afterwards on both stores.
+class StoreScripts : public ::testing::TestWithParam<StoreKind> {};
+INSTANTIATE_TEST_SUITE_P(Stores, StoreScripts, ::testing::Values(StoreKind::Sqlite, StoreKind::Postgres),
+                         storeParamName);
+
+TEST_P(StoreScripts, SavedEntriesAndAmountsStayWithinTheRules) {
+    TestStore store(GetParam());
+    if (!store.unavailableReason().isEmpty())
+        GTEST_SKIP() << "PostgreSQL is not available: " << store.unavailableReason().toStdString();
+    for (const QString name : {"saved-entries", "amounts"}) {
+        const QString id = TestStore::uniqueId(QStringLiteral("S"));
+        tool({"create", id, "--sample", "--customers", "20", "--documents", "120"}, 0);
+        EXPECT_EQ(tool({"run", id, Scripts + name + ".script", "--date", "2025-03-15"}, 1).toStdString(),
+                  expected(name + ".expected").toStdString());
+    }
 }
 
 } // namespace
