@@ -40,6 +40,8 @@ void BatchRules::beforeInsert(ViewCore& view) {
     if (wholeField(view, QStringLiteral("CNTBTCH")) != 0)
         return;
     // Numbers from the company's counter; one a batch imported under that number already holds is skipped.
+    // The counter's row is locked until commit; a batch inserted meanwhile under the same number by hand
+    // is refused by the primary key.
     for (;;) {
         const qint64 number = view.store().nextNumber(QStringLiteral("AR0041/%1/batches").arg(code));
         if (!readRecord(view.store(), QStringLiteral("AR0041"),
@@ -51,13 +53,19 @@ void BatchRules::beforeInsert(ViewCore& view) {
     }
 }
 
+// The status is read for update: a posting cannot begin between this check and the change.
 void BatchRules::beforeUpdate(ViewCore& view) {
-    const auto stored = readRecord(view.store(), QStringLiteral("AR0041"),
-                                   {{QStringLiteral("CODEPYMTYP"), view.value(QStringLiteral("CODEPYMTYP"))},
-                                    {QStringLiteral("CNTBTCH"), view.value(QStringLiteral("CNTBTCH"))}},
-                                   {QStringLiteral("BATCHSTAT")});
-    if (stored && stored->value(QStringLiteral("BATCHSTAT")).toInt() == BatchPosted)
+    const auto stored =
+        readRecordForUpdate(view.store(), QStringLiteral("AR0041"),
+                            {{QStringLiteral("CODEPYMTYP"), view.value(QStringLiteral("CODEPYMTYP"))},
+                             {QStringLiteral("CNTBTCH"), view.value(QStringLiteral("CNTBTCH"))}},
+                            {QStringLiteral("BATCHSTAT")});
+    const int status = stored ? stored->value(QStringLiteral("BATCHSTAT")).toInt() : 0;
+    if (status == BatchPosted)
         view.errors().fail(QStringLiteral("Batch %1 has been posted and can no longer be changed.")
+                               .arg(wholeField(view, QStringLiteral("CNTBTCH"))));
+    if (status == BatchPosting)
+        view.errors().fail(QStringLiteral("Batch %1 is being posted and cannot be changed now.")
                                .arg(wholeField(view, QStringLiteral("CNTBTCH"))));
 }
 

@@ -5,8 +5,10 @@
 
 #include "ledger/engine/CompanyLocation.h"
 #include "ledger/engine/Dialect.h"
+#include "ledger/engine/StoreError.h"
 
 #include <QSqlDatabase>
+#include <QSqlError>
 #include <QSqlQuery>
 #include <QVariantList>
 #include <memory>
@@ -57,6 +59,7 @@ private:
     CompanyStore(CompanyLocation location, std::unique_ptr<Dialect> dialect);
     void connect();
     void createTables(bool withIndexes);
+    StoreError failure(const QString& what, const QSqlError& error) const;
 
     CompanyLocation m_location;
     std::unique_ptr<Dialect> m_dialect;
