@@ -38,7 +38,7 @@ STORE=${TILLBOOK_LEDGER_URL:+PostgreSQL}
 STORE=${STORE:-SQLite}
 
 "$L" create $ID --sample --customers 40 --documents 400 --force >/dev/null || exit 2
-mapfile -t CUSTOMERS < <("$L" browse $ID AR0024 'CNTOPENINV>0' --fields IDCUST | tail -n +2 | tr -d '"')
+mapfile -t CUSTOMERS < <("$L" browse $ID AR0024 'CNTOPENINV>0' --fields IDCUST | tail -n +2 | tr -d '"\r')
 
 HEAD='open nb AR0041
 open batch AR0041
@@ -102,7 +102,7 @@ poster() { # poster B: posts batch B until it is posted, started again after eac
         "$L" post-batch $ID "$b" >/dev/null 2>>"$WORK/post-errors" &
         echo $! >"$WORK/pids/post$b"
         wait $!
-        status=$("$L" browse $ID AR0041 "CNTBTCH = $b" --fields BATCHSTAT | tail -1)
+        status=$("$L" browse $ID AR0041 "CNTBTCH = $b" --fields BATCHSTAT | tail -1 | tr -d '\r')
         [ "$status" = 3 ] && break
         sleep 0.2
     done
@@ -129,7 +129,7 @@ done
 wait "${WORKERS[@]}"
 ELAPSED=$(echo "$(date +%s.%N) - $START" | bc)
 
-ENTRIES=$("$L" browse $ID AR0041 "CNTBTCH = 1" --fields CNTENTER | tail -1)
+ENTRIES=$("$L" browse $ID AR0041 "CNTBTCH = 1" --fields CNTENTER | tail -1 | tr -d '\r')
 BUSY=$(grep -c "The company is busy" "$WORK/till-errors" "$WORK/post-errors" 2>/dev/null | awk -F: '{s += $2} END {print s + 0}')
 echo "== $STORE: $TILLS tills x $RECEIPTS receipts (scripts of $CHUNK), 2 batches of $POSTED entries posted meanwhile"
 echo "   $ELAPSED s, $KILLED kills ($KILLED_POSTINGS of postings), $ENTRIES entries in the tills' batch, $BUSY busy errors"
