@@ -198,7 +198,9 @@ void EntryRules::applyDocuments(ViewCore& view) {
         const Money left = (now ? moneyOf(now->value(QStringLiteral("AMTDUETC"))) : Money()) -
                            pending.value(d.number).total();
         const Money taking = d.applied + d.discountTaken + d.adjustment;
-        if (left.isNegative() ? taking < left : taking > left)
+        // What is taken must lie between nothing and what is left, on the side of its own sign: a credit
+        // note used up (nothing left) takes no more, whichever way the amount goes.
+        if (taking.isNegative() ? taking < left : taking > left)
             view.errors().fail(
                 QStringLiteral("Document %1 has %2 left to pay, less than the %3 applied to it; "
                                "another entry has applied to it meanwhile. Build the list again.")
