@@ -85,13 +85,15 @@ for b in 2 3; do receipts $b "$POSTED" $b | "$L" run $ID - >/dev/null; done
 START=$(date +%s.%N)
 mkdir -p "$WORK/pids" "$WORK/scripts"
 
-till() { # till T: RECEIPTS receipts in scripts of CHUNK; a killed script is not run again
-    local t=$1 c
-    for ((c = 0; c < RECEIPTS / CHUNK; c++)); do
+till() { # till T: RECEIPTS receipts in scripts of CHUNK; a killed script is keyed again (what it saved stays)
+    local t=$1 c=0 done=0
+    while ((done < RECEIPTS / CHUNK)); do
         receipts 1 "$CHUNK" $((t * 1000 + c)) >"$WORK/scripts/$t"
         "$L" run $ID "$WORK/scripts/$t" >/dev/null 2>>"$WORK/till-errors" &
         echo $! >"$WORK/pids/till$t"
         wait $!
+        [ $? = 137 ] || done=$((done + 1))
+        c=$((c + 1))
     done
     rm -f "$WORK/pids/till$t"
 }
@@ -117,7 +119,7 @@ for b in 2 3; do poster $b & WORKERS+=($!); done
 # The killer: a random running till or posting, at a random moment, until KILLS kills are done.
 KILLED=0 KILLED_POSTINGS=0
 while ((KILLED < KILLS)); do
-    sleep "0.$((5 + RANDOM % 30))"
+    sleep "$(printf '0.%03d' $((10 + RANDOM % 100)))"
     PIDS=("$WORK"/pids/*)
     [ -e "${PIDS[0]}" ] || break
     VICTIM=${PIDS[$((RANDOM % ${#PIDS[@]}))]}
