@@ -20,11 +20,13 @@ int userCommand(const QStringList& words);
 int browseCommand(const QStringList& words);
 int runCommand(const QStringList& words);
 int postBatchCommand(const QStringList& words);
+int checkCommand(const QStringList& words);
 
 extern const char* const CreateHelp;
 extern const char* const UserHelp;
 extern const char* const BrowseHelp;
 extern const char* const RunHelp;
 extern const char* const PostBatchHelp;
+extern const char* const CheckHelp;
 
 } // namespace tillbook::tool

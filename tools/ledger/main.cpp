@@ -14,12 +14,13 @@ using namespace tillbook::tool;
 
 namespace {
 
-const std::array<Command, 5> Commands = {{
+const std::array<Command, 6> Commands = {{
     {"create", "create a company, empty or a sample one", CreateHelp, createCommand},
     {"user", "add a user or change a password", UserHelp, userCommand},
     {"browse", "write a view's records as CSV", BrowseHelp, browseCommand},
     {"run", "run a script of view operations", RunHelp, runCommand},
     {"post-batch", "post an open receipt batch", PostBatchHelp, postBatchCommand},
+    {"check", "check that a company's receipt ledger holds together", CheckHelp, checkCommand},
 }};
 
 void printUsage(QTextStream& out) {

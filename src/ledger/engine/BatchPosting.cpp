@@ -2,6 +2,7 @@
 
 #include "ledger/engine/BatchRules.h"
 #include "ledger/engine/EntryRules.h"
+#include "ledger/engine/Guarded.h"
 #include "ledger/engine/RecordAccess.h"
 #include "ledger/engine/Transaction.h"
 
@@ -12,6 +13,7 @@ namespace {
 const QString Code = QStringLiteral("CA");
 const QString Documents = QStringLiteral("AR0036");
 const QString Customers = QStringLiteral("AR0024");
+const QString Batches = QStringLiteral("AR0041");
 
 QVariant amount(Money m) {
     return QVariant::fromValue(m);
@@ -23,12 +25,22 @@ QVariantHash customerKey(const QString& customer) {
 
 class Poster {
 public:
-    Poster(CompanyStore& store, ErrorList& errors, qint64 batch, const QDate& date)
-        : m_store(store), m_errors(errors), m_batch(batch), m_date(date) {}
+    Poster(CompanyStore& store, ErrorList& errors, qint64 batch, const QDate& date,
+           const PostingOptions& options)
+        : m_store(store), m_errors(errors), m_batch(batch),
+          m_date(date.isValid() ? date : QDate::currentDate()), m_options(options) {}
 
     PostingSummary run();
 
 private:
+    QVariantHash batchKey() const {
+        return {{QStringLiteral("CODEPYMTYP"), Code}, {QStringLiteral("CNTBTCH"), m_batch}};
+    }
+    int lockedStatus();
+    void begin();
+    bool step();
+    void finish();
+    void lockCustomers(const std::vector<QVariantHash>& entries);
     void postEntry(const QVariantHash& entry);
     void payDocument(const QString& customer, const QVariantHash& line);
     void addDocument(const QVariantHash& entry, const QString& number, int type, int typeId, Money owed,
@@ -38,33 +50,97 @@ private:
     ErrorList& m_errors;
     qint64 m_batch;
     QDate m_date;
+    const PostingOptions& m_options;
     PostingSummary m_summary;
 };
 
 PostingSummary Poster::run() {
-    const QVariantHash key{{QStringLiteral("CODEPYMTYP"), Code}, {QStringLiteral("CNTBTCH"), m_batch}};
-    // Marking the batch first locks its record against entries being added while it posts.
-    if (!updateRecord(m_store, QStringLiteral("AR0041"), key, {{QStringLiteral("NBRERRORS"), 0}}))
-        m_errors.fail(QStringLiteral("Batch Number \"%1\" does not exist.").arg(m_batch));
-    const auto batch = readRecord(m_store, QStringLiteral("AR0041"), key, {QStringLiteral("BATCHSTAT")});
-    if (batch->value(QStringLiteral("BATCHSTAT")).toInt() != BatchOpen)
-        m_errors.fail(QStringLiteral("Batch %1 is not open; only an open batch can be posted.").arg(m_batch));
-    const auto entries =
-        readRecords(m_store, QStringLiteral("AR0042"), key,
-                    {QStringLiteral("CNTITEM"), QStringLiteral("IDCUST"), QStringLiteral("RMITTYPE"),
-                     QStringLiteral("IDRMIT"), QStringLiteral("DATERMIT"), QStringLiteral("REMUNAPLTC"),
-                     QStringLiteral("TEXTRMIT")},
-                    {QStringLiteral("CNTITEM")});
-    for (const QVariantHash& entry : entries)
-        postEntry(entry);
-    m_summary.postingSequence = m_store.nextNumber(QStringLiteral("AR0041/%1/postings").arg(Code));
-    updateRecord(m_store, QStringLiteral("AR0041"), key,
-                 {{QStringLiteral("BATCHSTAT"), int(BatchPosted)},
-                  {QStringLiteral("POSTSEQNBR"), m_summary.postingSequence},
-                  {QStringLiteral("DATELSTEDT"), m_date}});
+    begin();
+    while (step())
+        if (m_options.afterStep)
+            m_options.afterStep(m_summary);
     return m_summary;
 }
 
+// The batch's status, its record locked (read for update) until the step commits: entries cannot be
+// added while it is read, and two postings of the batch take their steps one after the other.
+int Poster::lockedStatus() {
+    const auto batch = readRecordForUpdate(m_store, Batches, batchKey(), {QStringLiteral("BATCHSTAT")});
+    if (!batch)
+        m_errors.fail(QStringLiteral("Batch Number \"%1\" does not exist.").arg(m_batch));
+    return batch->value(QStringLiteral("BATCHSTAT")).toInt();
+}
+
+// An open batch becomes "Post In Progress": no till adds an entry to it any more. One already in that
+// state is a posting that stopped half-way, and goes on.
+void Poster::begin() {
+    Transaction transaction(m_store);
+    const int status = lockedStatus();
+    if (status == BatchOpen)
+        updateRecord(m_store, Batches, batchKey(),
+                     {{QStringLiteral("BATCHSTAT"), int(BatchPosting)}, {QStringLiteral("NBRERRORS"), 0}});
+    else if (status != BatchPosting)
+        m_errors.fail(QStringLiteral("Batch %1 is not open; only an open batch can be posted.").arg(m_batch));
+    transaction.commit();
+}
+
+// Posts the next entries not yet posted, at most entriesPerStep of them, in one transaction; marks the
+// batch Posted when none is left. False when the posting is done.
+bool Poster::step() {
+    Transaction transaction(m_store);
+    const int status = lockedStatus();
+    if (status == BatchPosted)
+        return false; // another posting of the batch finished it
+    if (status != BatchPosting)
+        m_errors.fail(QStringLiteral("Batch %1 is no longer being posted.").arg(m_batch));
+    const auto entries =
+        readRecords(m_store, QStringLiteral("AR0042"), batchKey(),
+                    {QStringLiteral("CNTITEM"), QStringLiteral("IDCUST"), QStringLiteral("RMITTYPE"),
+                     QStringLiteral("IDRMIT"), QStringLiteral("DATERMIT"), QStringLiteral("REMUNAPLTC"),
+                     QStringLiteral("TEXTRMIT")},
+                    {QStringLiteral("CNTITEM")}, QStringLiteral("\"DATEBUS\" = 0"),
+                    std::max(1, m_options.entriesPerStep));
+    if (entries.empty()) {
+        finish();
+        transaction.commit();
+        return false;
+    }
+    lockCustomers(entries);
+    for (const QVariantHash& entry : entries) {
+        postEntry(entry);
+        QVariantHash key = batchKey();
+        key.insert(QStringLiteral("CNTITEM"), entry.value(QStringLiteral("CNTITEM")));
+        updateRecord(m_store, QStringLiteral("AR0042"), key, {{QStringLiteral("DATEBUS"), m_date}});
+    }
+    transaction.commit();
+    return true;
+}
+
+void Poster::finish() {
+    m_summary.postingSequence = m_store.nextNumber(QStringLiteral("AR0041/%1/postings").arg(Code));
+    updateRecord(m_store, Batches, batchKey(),
+                 {{QStringLiteral("BATCHSTAT"), int(BatchPosted)},
+                  {QStringLiteral("POSTSEQNBR"), m_summary.postingSequence},
+                  {QStringLiteral("DATELSTEDT"), m_date}});
+}
+
+// The customers of a step are locked first, in one order (their numbers), before any of their documents
+// is read: a till applying to a customer's documents locks the customer too, so each sees the other's
+// work whole, and two steps never wait for each other in a circle.
+void Poster::lockCustomers(const std::vector<QVariantHash>& entries) {
+    if (m_store.dialect().lockForUpdate().isEmpty())
+        return; // the store's write lock already keeps everyone else out
+    QStringList customers;
+    for (const QVariantHash& entry : entries)
+        if (entry.value(QStringLiteral("RMITTYPE")).toInt() != MiscellaneousReceipt)
+            customers << entry.value(QStringLiteral("IDCUST")).toString().trimmed();
+    customers.sort();
+    customers.removeDuplicates();
+    for (const QString& customer : customers)
+        readRecordForUpdate(m_store, Customers, customerKey(customer), {QStringLiteral("IDCUST")});
+}
+
+// Entries are posted in their numbers' order; an entry of the step is wholly posted or not at all.
 void Poster::postEntry(const QVariantHash& entry) {
     ++m_summary.entries;
     const int type = entry.value(QStringLiteral("RMITTYPE")).toInt();
@@ -99,8 +175,9 @@ void Poster::postEntry(const QVariantHash& entry) {
 void Poster::payDocument(const QString& customer, const QVariantHash& line) {
     const QVariantHash key{{QStringLiteral("IDCUST"), customer},
                            {QStringLiteral("IDINVC"), line.value(QStringLiteral("IDINVC"))}};
-    const auto document =
-        readRecord(m_store, Documents, key, {QStringLiteral("AMTDUETC"), QStringLiteral("CNTTOTPAYM")});
+    // The amount due and payment count are written back from what is read here: read for update.
+    const auto document = readRecordForUpdate(m_store, Documents, key,
+                                              {QStringLiteral("AMTDUETC"), QStringLiteral("CNTTOTPAYM")});
     if (!document)
         m_errors.fail(
             QStringLiteral("Document %1 of customer %2 no longer exists; the batch cannot be posted.")
@@ -124,6 +201,7 @@ void Poster::payDocument(const QString& customer, const QVariantHash& line) {
         change.insert(QStringLiteral("CNTOPENINV"), -1);
         change.insert(QStringLiteral("CNTINVPAID"), 1);
     }
+    // Relative: the customer's figures are added to, never written back from a read.
     addToRecord(m_store, Customers, customerKey(customer), change);
 }
 
@@ -165,11 +243,9 @@ void Poster::addDocument(const QVariantHash& entry, const QString& number, int t
 
 } // namespace
 
-PostingSummary postBatch(CompanyStore& store, ErrorList& errors, qint64 batch, const QDate& postingDate) {
-    Transaction transaction(store);
-    const PostingSummary summary = Poster(store, errors, batch, postingDate).run();
-    transaction.commit();
-    return summary;
+PostingSummary postBatch(CompanyStore& store, ErrorList& errors, qint64 batch, const QDate& postingDate,
+                         const PostingOptions& options) {
+    return guarded(errors, [&] { return Poster(store, errors, batch, postingDate, options).run(); });
 }
 
 } // namespace tillbook::engine

@@ -85,6 +85,8 @@ void BatchRules::beforeInsert(ViewCore& view) {
     if (wholeField(view, QStringLiteral("CNTBTCH")) != 0)
         return;
     // Numbers from the company's counter; one a batch imported under that number already holds is skipped.
+    // The counter's row is locked until commit; a batch inserted meanwhile under the same number by hand
+    // is refused by the primary key.
     for (;;) {
         const qint64 number = view.store().nextNumber(QStringLiteral("AR0041/%1/batches").arg(code));
         if (!readRecord(view.store(), QStringLiteral("AR0041"),
@@ -96,22 +98,22 @@ void BatchRules::beforeInsert(ViewCore& view) {
     }
 }
 
-// The batch's record is locked first (PostgreSQL), so that the status checked is the one the update
-// follows: a posting cannot come in between.
+// The status is read for update: a posting cannot begin between this check and the change.
 void BatchRules::beforeUpdate(ViewCore& view) {
     const qint64 batch = wholeField(view, QStringLiteral("CNTBTCH"));
     const QVariantHash key{{QStringLiteral("CODEPYMTYP"), view.value(QStringLiteral("CODEPYMTYP"))},
                            {QStringLiteral("CNTBTCH"), batch}};
-    addToRecord(view.store(), QStringLiteral("AR0041"), key, {{QStringLiteral("CNTENTER"), 0}});
     QStringList fields = KeptFields;
     fields << QStringLiteral("BATCHSTAT");
-    const auto stored = readRecord(view.store(), QStringLiteral("AR0041"), key, fields);
+    const auto stored = readRecordForUpdate(view.store(), QStringLiteral("AR0041"), key, fields);
     if (!stored)
         return; // the update says the record is gone
     const int status = stored->value(QStringLiteral("BATCHSTAT")).toInt();
     if (status == BatchPosted)
         view.errors().fail(
             QStringLiteral("Batch %1 has been posted and can no longer be changed.").arg(batch));
+    if (status == BatchPosting)
+        view.errors().fail(QStringLiteral("Batch %1 is being posted and cannot be changed now.").arg(batch));
     if (status != BatchOpen && status != BatchReady)
         view.errors().fail(QStringLiteral("Batch %1 is %2 and can no longer be changed.")
                                .arg(batch)

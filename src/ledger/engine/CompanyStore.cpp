@@ -186,11 +186,19 @@ void CompanyStore::detach() {
         execute(QStringLiteral("PRAGMA journal_mode=DELETE"));
 }
 
+// A lock not had within the wait is told as such: the clerk can try again, and the driver's text would
+// not say so.
+StoreError CompanyStore::failure(const QString& what, const QSqlError& error) const {
+    if (m_dialect->isBusy(error.nativeErrorCode()))
+        return StoreError(QStringLiteral("The company is busy. Try again in a moment."));
+    return StoreError(what.arg(error.text()));
+}
+
 QSqlQuery CompanyStore::prepare(const QString& sql) {
     QSqlQuery query(m_db);
     query.setForwardOnly(true);
     if (!query.prepare(sql))
-        throw StoreError(QStringLiteral("The ledger refused a statement: %1").arg(query.lastError().text()));
+        throw failure(QStringLiteral("The ledger refused a statement: %1"), query.lastError());
     return query;
 }
 
@@ -205,8 +213,7 @@ void CompanyStore::run(QSqlQuery& query, const QVariantList& values) {
     for (int i = 0; i < values.size(); ++i)
         query.bindValue(i, values[i]);
     if (!query.exec())
-        throw StoreError(
-            QStringLiteral("The ledger could not complete the operation: %1").arg(query.lastError().text()));
+        throw failure(QStringLiteral("The ledger could not complete the operation: %1"), query.lastError());
 }
 
 void CompanyStore::execute(const QString& sql, const QVariantList& values) {
@@ -214,8 +221,8 @@ void CompanyStore::execute(const QString& sql, const QVariantList& values) {
         // Not prepared: PostgreSQL prepares neither SET nor transaction control.
         QSqlQuery query(m_db);
         if (!query.exec(sql))
-            throw StoreError(QStringLiteral("The ledger could not complete the operation: %1")
-                                 .arg(query.lastError().text()));
+            throw failure(QStringLiteral("The ledger could not complete the operation: %1"),
+                          query.lastError());
         return;
     }
     QSqlQuery& query = statement(sql);

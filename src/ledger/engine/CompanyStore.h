@@ -6,9 +6,11 @@
 #include "ledger/engine/CompanyLocation.h"
 #include "ledger/engine/Dialect.h"
 #include "ledger/engine/PasswordHash.h"
+#include "ledger/engine/StoreError.h"
 
 #include <QHash>
 #include <QSqlDatabase>
+#include <QSqlError>
 #include <QSqlQuery>
 #include <QVariantList>
 #include <functional>
@@ -80,6 +82,7 @@ private:
     void checkIsCompany();
     void createTables(bool withIndexes);
     void detach();
+    StoreError failure(const QString& what, const QSqlError& error) const;
 
     CompanyLocation m_location;
     std::unique_ptr<Dialect> m_dialect;

@@ -18,12 +18,21 @@ public:
     }
     QStringList connectionSetup() const override {
         // LIKE compares case-sensitively, as it does on PostgreSQL.
-        return {QStringLiteral("PRAGMA case_sensitive_like=ON"), QStringLiteral("PRAGMA busy_timeout=10000"),
+        return {QStringLiteral("PRAGMA case_sensitive_like=ON"),
+                QStringLiteral("PRAGMA busy_timeout=%1").arg(lockWaitMilliseconds()),
                 QStringLiteral("PRAGMA synchronous=NORMAL")};
     }
     // WAL lets tills read while one writes.
     QStringList journalSetup() const override { return {QStringLiteral("PRAGMA journal_mode=WAL")}; }
+    // BEGIN IMMEDIATE takes the one write lock, so what a write transaction reads cannot change under it.
     QString beginWrite() const override { return QStringLiteral("BEGIN IMMEDIATE"); }
+    QString lockForUpdate() const override { return QString(); }
+    // SQLITE_BUSY and SQLITE_LOCKED, with or without their extended codes.
+    bool isBusy(const QString& nativeErrorCode) const override {
+        bool number = false;
+        const int code = nativeErrorCode.toInt(&number) & 0xff;
+        return number && (code == 5 || code == 6);
+    }
 };
 
 class PostgresDialect final : public Dialect {
@@ -36,14 +45,26 @@ public:
                                    : QStringLiteral("BIGINT NOT NULL DEFAULT 0");
     }
     QStringList connectionSetup() const override {
-        return {QStringLiteral("SET client_min_messages TO WARNING")};
+        return {QStringLiteral("SET client_min_messages TO WARNING"),
+                QStringLiteral("SET lock_timeout = %1").arg(lockWaitMilliseconds())};
     }
     QStringList journalSetup() const override { return {}; }
     // Counter rows are locked by the UPDATE that takes the next number, so a plain BEGIN is enough.
     QString beginWrite() const override { return QStringLiteral("BEGIN"); }
+    QString lockForUpdate() const override { return QStringLiteral(" FOR UPDATE"); }
+    // lock_not_available (lock_timeout ran out) and deadlock_detected: both pass when tried again.
+    bool isBusy(const QString& nativeErrorCode) const override {
+        return nativeErrorCode == QLatin1String("55P03") || nativeErrorCode == QLatin1String("40P01");
+    }
 };
 
 } // namespace
+
+int lockWaitMilliseconds() {
+    bool number = false;
+    const int configured = qEnvironmentVariableIntValue("TILLBOOK_LOCK_WAIT_MS", &number);
+    return number && configured > 0 ? configured : 10000;
+}
 
 std::unique_ptr<Dialect> makeSqliteDialect() {
     return std::make_unique<SqliteDialect>();

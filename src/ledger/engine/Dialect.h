@@ -1,7 +1,8 @@
 #pragma once
 
-// Everything that differs between SQLite and PostgreSQL, in one place: column types, connection set-up
-// and how a write transaction begins. Everything else is the same SQL on both.
+// Everything that differs between SQLite and PostgreSQL, in one place: column types, connection set-up,
+// how a write transaction begins, how a record is locked for writing and how a lock wait that ran out
+// is told. Everything else is the same SQL on both.
 
 #include "ledger/engine/Schema.h"
 
@@ -26,7 +27,16 @@ public:
     // Starts a transaction that will write, taking the write lock at once where the store has one, so
     // that two tills taking a next number never both read the same one.
     virtual QString beginWrite() const = 0;
+    // Appended to a SELECT of a record that the transaction will write from what it read: the record is
+    // locked until commit where the store locks rows, and nothing where the write lock is the store's.
+    virtual QString lockForUpdate() const = 0;
+    // Whether a failed statement's native error code means a lock was not had within the wait.
+    virtual bool isBusy(const QString& nativeErrorCode) const = 0;
 };
+
+// How long a statement waits for another till's lock before it fails as busy: 10 s, or
+// TILLBOOK_LOCK_WAIT_MS.
+int lockWaitMilliseconds();
 
 std::unique_ptr<Dialect> makeSqliteDialect();
 std::unique_ptr<Dialect> makePostgresDialect();

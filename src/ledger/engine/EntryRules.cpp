@@ -67,8 +67,9 @@ void EntryRules::checkPut(ViewCore& view, int field, const QVariant& value) {
     }
 }
 
-// Adds the entry to its batch first: in PostgreSQL this locks the batch's record, so that the status read
-// next is the committed one and entries of one batch are written one after another.
+// Adds the entry to its batch first, relatively: in PostgreSQL this locks the batch's record (under
+// SQLite's write lock anyway), so that the status and last entry number read next are the committed
+// ones and stay so until commit; entries of one batch are written one after another.
 void EntryRules::joinBatch(ViewCore& view) {
     if (wholeField(view, QStringLiteral("CNTBTCH")) == 0)
         if (ViewCore* batch = composedView(view, QStringLiteral("AR0041")))
@@ -127,6 +128,7 @@ void EntryRules::beforeInsert(ViewCore& view) {
         view.errors().fail(
             QStringLiteral("Receipt Date/Adjustment Date is empty: the receipt needs a date."));
     joinBatch(view);
+    view.set(QStringLiteral("DATEBUS"), QDate()); // not posted: posting dates it
 
     const QString year = textField(view, QStringLiteral("FISCYR"));
     const QString period = textField(view, QStringLiteral("FISCPER"));
@@ -198,8 +200,9 @@ void EntryRules::applyDocuments(ViewCore& view) {
             QStringLiteral("The documents applied are those of customer %1, not of this receipt's "
                            "customer %2; build the list again for %2.")
                 .arg(list->customer(), customer));
-    // Touching the customer's record locks it (PostgreSQL) until commit: tills applying to the same
-    // customer's documents check what is left one after another.
+    // Touching the customer's record locks it (PostgreSQL; SQLite's write lock anyway) until commit:
+    // tills applying to the same customer's documents, and postings paying them, which lock the
+    // customer as well, check and change what is left one after another.
     addToRecord(view.store(), QStringLiteral("AR0024"), {{QStringLiteral("IDCUST"), customer}},
                 {{QStringLiteral("CNTOPENINV"), 0}});
     const auto pending = pendingApplications(view.store(), customer, 0, 0);
@@ -215,7 +218,9 @@ void EntryRules::applyDocuments(ViewCore& view) {
         const Money left = (now ? moneyOf(now->value(QStringLiteral("AMTDUETC"))) : Money()) -
                            pending.value(d.number).total();
         const Money taking = d.applied + d.discountTaken + d.adjustment;
-        if (left.isNegative() ? taking < left : taking > left)
+        // What is taken must lie between nothing and what is left, on the side of its own sign: a credit
+        // note used up (nothing left) takes no more, whichever way the amount goes.
+        if (taking.isNegative() ? taking < left : taking > left)
             view.errors().fail(
                 QStringLiteral("Document %1 has %2 left to pay, less than the %3 applied to it; "
                                "another entry has applied to it meanwhile. Build the list again.")
@@ -252,7 +257,8 @@ void EntryRules::applyDocuments(ViewCore& view) {
                 .arg(applied.toLedgerString(), moneyField(view, QStringLiteral("AMTRMIT")).toLedgerString()));
 }
 
-// A prepayment gets its document number from the company's counter, skipping any already in use.
+// A prepayment gets its document number from the company's counter, skipping any already in use. The
+// counter's row stays locked until commit; only posting writes documents, so the number read free is free.
 void EntryRules::addPrepayment(ViewCore& view) {
     QString number;
     do {
@@ -291,6 +297,7 @@ void EntryRules::afterInsert(ViewCore& view) {
         insertRecord(view.store(), Detail, line);
     }
     if (view.value(QStringLiteral("RMITTYPE")).toInt() == MiscellaneousReceipt) {
+        // The entry's own lines, written in this transaction under a number no other till has.
         const Money lines = sumOf(view.store(), QStringLiteral("AR0043"), QStringLiteral("AMTDIST"), entry);
         const Money receipt = moneyField(view, QStringLiteral("AMTRMIT"));
         if (lines != receipt)

@@ -108,11 +108,13 @@ void OpenDocumentList::process(ViewCore& view) {
     m_entry = fromListOrComposed(view, QStringLiteral("CNTITEM"), QStringLiteral("AR0042"));
     const QDate date = receiptDate(view);
 
+    // What other entries apply is read before what is due: a posting committed in between then counts
+    // twice (what is left is shown short, never over), and the entry's insert checks again under lock.
+    const auto pending = pendingApplications(view.store(), customer, m_batch, m_entry);
     // Invoices, debit notes, credit notes and interest with something still due.
     auto records = readRows(view.store(), QStringLiteral("AR0036"), {{QStringLiteral("IDCUST"), customer}},
                             DocumentFields, {QStringLiteral("IDINVC")},
                             QStringLiteral("\"AMTDUETC\" <> 0 AND \"TRXTYPETXT\" IN (1, 2, 3, 4)"));
-    const auto pending = pendingApplications(view.store(), customer, m_batch, m_entry);
     m_documents.clear();
     m_documents.reserve(records.size());
     for (std::vector<QVariant>& record : records) {

@@ -108,11 +108,36 @@ std::optional<QVariantHash> readRecord(CompanyStore& store, const QString& viewI
     return named(def, columns, row->data());
 }
 
+std::optional<QVariantHash> readRecordForUpdate(CompanyStore& store, const QString& viewId,
+                                                const QVariantHash& key, const QStringList& fields) {
+    const ViewDef& def = viewDef(viewId);
+    const std::vector<int> columns = indexes(def, fields);
+    QStringList names;
+    for (int column : columns)
+        names << quoted(def.fields[size_t(column)].name);
+    QVariantList parameters;
+    const QString condition = keyCondition(def, key, parameters);
+    QSqlQuery query = store.prepare(
+        QStringLiteral("SELECT %1 FROM %2 WHERE %3%4")
+            .arg(names.join(u','), quoted(def.table), condition, store.dialect().lockForUpdate()));
+    store.run(query, parameters);
+    std::optional<QVariantHash> record;
+    if (query.next()) {
+        Row row;
+        for (int i = 0; i < int(columns.size()); ++i)
+            row.push_back(query.value(i));
+        record = named(def, columns, row.data());
+    }
+    query.finish();
+    return record;
+}
+
 std::vector<QVariantHash> readRecords(CompanyStore& store, const QString& viewId, const QVariantHash& equal,
                                       const QStringList& fields, const QStringList& orderBy,
-                                      const QString& where) {
+                                      const QString& where, int limit) {
     const ViewDef& def = viewDef(viewId);
     PageRequest request;
+    request.limit = limit;
     request.columns = indexes(def, fields);
     request.order = indexes(def, orderBy);
     request.equal = stored(def, equal);

@@ -29,11 +29,15 @@ QString textField(ViewCore& view, const QString& field);
 // The named fields of the record whose key fields equal `key`; nothing when there is none.
 std::optional<QVariantHash> readRecord(CompanyStore& store, const QString& viewId, const QVariantHash& key,
                                        const QStringList& fields);
+// The same, locked until the caller's transaction ends, for a write that depends on what was read
+// (SELECT ... FOR UPDATE where the store locks rows; under SQLite's write lock a plain read).
+std::optional<QVariantHash> readRecordForUpdate(CompanyStore& store, const QString& viewId,
+                                                const QVariantHash& key, const QStringList& fields);
 // Every record matching `equal` (and the SQL condition `where`, of this folder's own making), in the order
-// of `orderBy`.
+// of `orderBy`; the first `limit` of them when it is above 0.
 std::vector<QVariantHash> readRecords(CompanyStore& store, const QString& viewId, const QVariantHash& equal,
                                       const QStringList& fields, const QStringList& orderBy,
-                                      const QString& where = QString());
+                                      const QString& where = QString(), int limit = 0);
 // As readRecords, each record's values in the order of `fields`, as callers get them (no names kept).
 std::vector<std::vector<QVariant>> readRows(CompanyStore& store, const QString& viewId,
                                             const QVariantHash& equal, const QStringList& fields,

@@ -1,6 +1,8 @@
-// Several tills at once: separate processes insert entries into one batch, and new batches, at the
-// same moment. Every number is taken once and the batch's count and total stay exact.
+// Several tills at once, each a process of its own: eight tills key receipts into one batch, applied to
+// the documents of customers that two postings running at the same time are paying, and make new
+// batches meanwhile. Afterwards every number is taken once and the ledger holds together.
 
+#include "PaymentBatches.h"
 #include "RulesTestSupport.h"
 #include "ledger/engine/RecordAccess.h"
 
@@ -14,33 +16,63 @@ namespace {
 using SeveralTillsTest = RulesTest;
 TILLBOOK_ON_EACH_STORE(SeveralTillsTest);
 
-constexpr int Tills = 4;
-constexpr int EntriesEach = 200;
-constexpr int BatchesEach = 5;
+constexpr int Tills = 8;
+constexpr int ReceiptsEach = 100;
+constexpr int BatchesEach = 2;
+constexpr int PaymentsPerPostedBatch = 150;
+const QStringList Customers{"K1", "K2", "K3", "K4"};
 
-// Till t's script: new batches, then entries into batch 1 of 1.00 + t/100 + i/10000... in cents.
+// Till t's script: new batches, then receipts into batch 1; most are applied to a document of K1..K4,
+// every tenth stays unapplied with customer C2.
 Money writeScript(QTextStream& out, int till) {
-    out << "open nb AR0041\nopen batch AR0041\nopen header AR0042\ncompose batch header\ncompose header "
-           "batch\n"
-           "stop-on-error\n";
+    out << "open nb AR0041\nopen batch AR0041\nopen header AR0042\nopen detail AR0044\nopen misc AR0043\n"
+           "open post AR0061\ncompose batch header\ncompose header batch misc detail\ncompose detail header\n"
+           "compose misc header\ncompose post batch header misc detail\nstop-on-error\n";
     for (int b = 0; b < BatchesEach; ++b)
         out << "put-unverified nb CODEPYMTYP CA CNTBTCH 0\ninsert nb\n";
     out << "put-unverified batch CODEPYMTYP CA CNTBTCH 1\nread batch\n";
     Money total;
-    for (int i = 1; i <= EntriesEach; ++i) {
+    for (int i = 1; i <= ReceiptsEach; ++i) {
         const Money amount = Money::fromCents(100 * till + i);
+        const QString text = amount.toPlainString(2);
         total += amount;
-        out << "init header\nput header IDCUST C2 AMTRMIT " << amount.toPlainString(2) << "\ninsert header\n";
+        if (i % 10 == 0) {
+            out << "init header\nput header IDCUST C2 AMTRMIT " << text << "\ninsert header\n";
+            continue;
+        }
+        const QString customer = Customers[(till + i) % Customers.size()];
+        out << "init header\nput header IDCUST " << customer << " AMTRMIT " << text << '\n'
+            << "put-unverified post PAYMTYPE CA CNTBTCH 1 CNTITEM 0 IDCUST " << customer << " AMTRMIT "
+            << text << "\nprocess post\nput-unverified post CNTKEY " << 1 + i % 3
+            << "\nread post\nput post APPLY Y\nupdate post\ninsert header\n";
     }
     return total;
 }
 
-TEST_P(SeveralTillsTest, EntriesAndBatchesFromFourProcessesGetEveryNumberOnce) {
+std::unique_ptr<QProcess> startTool(const QStringList& arguments) {
+    auto process = std::make_unique<QProcess>();
+    process->setProcessChannelMode(QProcess::MergedChannels);
+    process->start(QStringLiteral(TILLBOOK_LEDGER_TOOL), arguments);
+    return process;
+}
+
+TEST_P(SeveralTillsTest, EightTillsAndTwoPostingsAtOnceKeepTheLedgerWhole) {
     {
         auto session = signIn();
         Till till(*session);
         ASSERT_EQ(till.newBatch(), 1);
     }
+    for (const QString& customer : Customers)
+        addCustomerWithDocuments(store(), customer, 3, Money::fromWhole(100000));
+    for (qint64 batch : {2, 3}) {
+        std::vector<Payment> payments;
+        for (int n = 0; n < PaymentsPerPostedBatch; ++n) {
+            const QString& customer = Customers[n % Customers.size()];
+            payments.push_back({customer, documentOf(customer, 1 + n % 3), Money::fromWhole(10)});
+        }
+        addBatchOfPayments(store(), batch, payments);
+    }
+
     Money expectedTotal;
     std::vector<std::unique_ptr<QTemporaryFile>> scripts;
     std::vector<std::unique_ptr<QProcess>> processes;
@@ -51,36 +83,34 @@ TEST_P(SeveralTillsTest, EntriesAndBatchesFromFourProcessesGetEveryNumberOnce) {
         expectedTotal += writeScript(out, t);
         out.flush();
         script->close();
-        auto process = std::make_unique<QProcess>();
-        process->start(QStringLiteral(TILLBOOK_LEDGER_TOOL),
-                       {"run", m_id, script->fileName(), "--date", "2025-03-14"});
+        processes.push_back(startTool({"run", m_id, script->fileName(), "--date", "2025-03-14"}));
         scripts.push_back(std::move(script));
-        processes.push_back(std::move(process));
     }
+    for (const char* batch : {"2", "3"})
+        processes.push_back(startTool({"post-batch", m_id, batch, "--entries-per-step", "25"}));
     for (auto& process : processes) {
         ASSERT_TRUE(process->waitForFinished(300000));
-        EXPECT_EQ(process->exitCode(), 0) << process->readAllStandardOutput().toStdString();
+        EXPECT_EQ(process->exitCode(), 0) << process->readAll().right(2000).toStdString();
     }
 
-    const auto entries = engine::readRecords(store(), "AR0042", {{"CODEPYMTYP", "CA"}, {"CNTBTCH", 1}},
-                                             {"CNTITEM", "AMTRMIT"}, {"CNTITEM"});
-    ASSERT_EQ(int(entries.size()), Tills * EntriesEach);
-    Money sum;
-    for (size_t i = 0; i < entries.size(); ++i) {
-        EXPECT_EQ(entries[i].value("CNTITEM").toLongLong(), qint64(i + 1));
-        sum += money(entries[i].value("AMTRMIT"));
-    }
-    EXPECT_EQ(sum, expectedTotal);
+    const auto check = startTool({"check", m_id});
+    ASSERT_TRUE(check->waitForFinished(60000));
+    EXPECT_EQ(check->exitCode(), 0) << check->readAll().left(4000).toStdString();
+
     const auto batch =
-        record("AR0041", {{"CODEPYMTYP", "CA"}, {"CNTBTCH", 1}}, {"CNTENTER", "AMTENTER", "CNTLASTITM"});
-    EXPECT_EQ(batch->value("CNTENTER").toInt(), Tills * EntriesEach);
-    EXPECT_EQ(batch->value("CNTLASTITM").toInt(), Tills * EntriesEach);
+        record("AR0041", {{"CODEPYMTYP", "CA"}, {"CNTBTCH", 1}}, {"CNTENTER", "AMTENTER", "BATCHSTAT"});
+    EXPECT_EQ(batch->value("CNTENTER").toInt(), Tills * ReceiptsEach);
     EXPECT_EQ(money(batch->value("AMTENTER")), expectedTotal);
-
-    const auto batches = engine::readRecords(store(), "AR0041", {}, {"CNTBTCH"}, {"CNTBTCH"});
-    ASSERT_EQ(int(batches.size()), 1 + Tills * BatchesEach);
-    for (size_t i = 0; i < batches.size(); ++i)
+    const auto batches = engine::readRecords(store(), "AR0041", {}, {"CNTBTCH", "BATCHSTAT"}, {"CNTBTCH"});
+    ASSERT_EQ(int(batches.size()), 3 + Tills * BatchesEach);
+    for (size_t i = 0; i < batches.size(); ++i) {
         EXPECT_EQ(batches[i].value("CNTBTCH").toLongLong(), qint64(i + 1));
+        EXPECT_EQ(batches[i].value("BATCHSTAT").toInt(), i == 1 || i == 2 ? 3 : 1) << i + 1;
+    }
+    // Each K customer's documents paid 10.00 per posted payment, nothing lost between the two postings.
+    const auto k1 = record("AR0024", {{"IDCUST", "K1"}}, {"AMTBALDUET"});
+    const int paymentsToK1 = (PaymentsPerPostedBatch + 3) / 4; // every fourth, from the first
+    EXPECT_EQ(money(k1->value("AMTBALDUET")), Money::fromWhole(300000 - 2 * 10 * paymentsToK1));
 }
 
 } // namespace
