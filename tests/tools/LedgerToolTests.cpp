@@ -1,3 +1,4 @@
+#include "ledger/engine/CompanyStore.h"
 #include "support/TestCompany.h"
 
 #include <QDir>
@@ -6,8 +7,8 @@
 #include <QRegularExpression>
 #include <QTemporaryFile>
 #include <QThread>
-#include <gtest/gtest.h>
 #include <grp.h>
+#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -213,6 +214,19 @@ TEST_F(LedgerToolTest, AKilledCreationLeavesNoCompany) {
     EXPECT_EQ(browsed.exitCode, 1);
     EXPECT_TRUE(browsed.err.contains("does not exist")) << browsed.err.toStdString();
     EXPECT_EQ(runTool({"create", "BIG", "--sample", "--customers", "5", "--documents", "5"}).exitCode, 0);
+}
+
+// SQLite's locks belong to the process: opening a second connection here must leave the first one's in
+// place, or a till closing elsewhere takes itself for the company's last user and folds the log away under
+// this one's feet.
+TEST_F(LedgerToolTest, ASecondConnectionKeepsTheFirstOnesLocks) {
+    const auto first = engine::CompanyStore::open("SAMINC");
+    const auto second = engine::CompanyStore::open("SAMINC");
+    const QString log = engine::locateCompany("SAMINC").sqlitePath + "-wal";
+    ASSERT_TRUE(QFile::exists(log));
+    const ToolResult browsed = runTool({"browse", "SAMINC", "AR0024", "IDCUST = \"0001\""});
+    ASSERT_EQ(browsed.exitCode, 0) << browsed.err.toStdString();
+    EXPECT_TRUE(QFile::exists(log)) << "another process found the company unused";
 }
 
 } // namespace

@@ -37,7 +37,8 @@ private:
         return {{QStringLiteral("CODEPYMTYP"), Code}, {QStringLiteral("CNTBTCH"), m_batch}};
     }
     int lockedStatus();
-    void begin();
+    bool begin();
+    void reopenIfNothingPosted();
     bool step();
     void finish();
     void lockCustomers(const std::vector<QVariantHash>& entries);
@@ -55,11 +56,33 @@ private:
 };
 
 PostingSummary Poster::run() {
-    begin();
-    while (step())
-        if (m_options.afterStep)
-            m_options.afterStep(m_summary);
+    const bool opened = begin();
+    try {
+        while (step())
+            if (m_options.afterStep)
+                m_options.afterStep(m_summary);
+    } catch (...) {
+        if (opened)
+            reopenIfNothingPosted();
+        throw;
+    }
     return m_summary;
+}
+
+// A posting that fails before any entry of the batch is posted leaves the batch open, as it found it, for
+// the clerk to correct; once entries are posted the batch stays being posted, to be resumed.
+void Poster::reopenIfNothingPosted() {
+    try {
+        Transaction transaction(m_store);
+        if (lockedStatus() == BatchPosting &&
+            readRecords(m_store, QStringLiteral("AR0042"), batchKey(), {QStringLiteral("CNTITEM")},
+                        {QStringLiteral("CNTITEM")}, QStringLiteral("\"DATEBUS\" <> 0"), 1)
+                .empty())
+            updateRecord(m_store, Batches, batchKey(), {{QStringLiteral("BATCHSTAT"), int(BatchOpen)}});
+        transaction.commit();
+    } catch (...) {
+        // The failure that stopped the posting is the one reported; the batch stays being posted.
+    }
 }
 
 // The batch's status, its record locked (read for update) until the step commits: entries cannot be
@@ -73,7 +96,8 @@ int Poster::lockedStatus() {
 
 // An open batch becomes "Post In Progress": no till adds an entry to it any more. One already in that
 // state is a posting that stopped half-way, and goes on.
-void Poster::begin() {
+// True when this posting is the one that took the batch from open to being posted.
+bool Poster::begin() {
     Transaction transaction(m_store);
     const int status = lockedStatus();
     if (status == BatchOpen)
@@ -82,6 +106,7 @@ void Poster::begin() {
     else if (status != BatchPosting)
         m_errors.fail(QStringLiteral("Batch %1 is not open; only an open batch can be posted.").arg(m_batch));
     transaction.commit();
+    return status == BatchOpen;
 }
 
 // Posts the next entries not yet posted, at most entriesPerStep of them, in one transaction; marks the

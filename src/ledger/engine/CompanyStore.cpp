@@ -1,6 +1,7 @@
 #include "ledger/engine/CompanyStore.h"
 
 #include "ledger/engine/CompanyFile.h"
+#include "ledger/engine/CompanyFileUse.h"
 #include "ledger/engine/PasswordHash.h"
 #include "ledger/engine/PostgresDatabases.h"
 #include "ledger/engine/Schema.h"
@@ -69,6 +70,8 @@ CompanyStore::~CompanyStore() {
     m_db.close();
     m_db = QSqlDatabase();
     QSqlDatabase::removeDatabase(m_connectionName);
+    if (!m_countedFile.isEmpty())
+        CompanyFileUse::closed(m_countedFile);
 }
 
 bool CompanyStore::exists(const QString& databaseId) {
@@ -126,16 +129,24 @@ std::unique_ptr<CompanyStore> CompanyStore::create(const QString& databaseId, bo
 // `fresh`: the file or database was just made for a company being built, and is ours alone.
 void CompanyStore::connect(bool fresh) {
     bool switchJournal = false;
+    std::optional<CompanyFileUse> use; // a company file other connections of this process may have open
     if (m_location.postgres) {
         m_db = postgresConnection(m_connectionName, m_location, m_location.database);
     } else {
         m_db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connectionName);
         m_db.setDatabaseName(m_location.sqlitePath);
-        switchJournal = fresh || prepareSqliteOpen();
+        if (!fresh)
+            use.emplace(m_location.sqlitePath);
+        switchJournal = fresh || prepareSqliteOpen(use->state(), use->firstConnection());
     }
     if (!m_db.open())
         throw StoreError(QStringLiteral("Cannot open company \"%1\" (%2): %3")
                              .arg(m_location.companyId, m_location.describe(), m_db.lastError().text()));
+    if (use) {
+        use->opened();
+        m_countedFile = m_location.sqlitePath;
+        use.reset();
+    }
     for (const QString& statement : m_dialect->connectionSetup())
         execute(statement);
     if (switchJournal)
@@ -148,16 +159,15 @@ void CompanyStore::connect(bool fresh) {
 // Refuses what is no company before SQLite touches it (an empty file would silently become an empty
 // database), and opens a company this till cannot write for reading only. True when the file's
 // journal mode is still to be set.
-bool CompanyStore::prepareSqliteOpen() {
+bool CompanyStore::prepareSqliteOpen(const CompanyFileState& file, bool firstConnection) {
     const QString& path = m_location.sqlitePath;
-    const CompanyFileState file = inspectCompanyFile(path);
     if (file.empty)
         throw StoreError(notACompany(m_location, QStringLiteral("the file is empty")));
     if (!file.sqlite)
         throw StoreError(notACompany(m_location, QStringLiteral("the file is no SQLite database")));
     m_readOnly = !canWriteCompanyFile(path);
     if (!m_readOnly)
-        return !file.wal;
+        return firstConnection && !file.wal;
     QStringList options{QStringLiteral("QSQLITE_OPEN_READONLY")};
     // Reading a WAL file needs its -shm file, which SQLite cannot make in a folder it cannot write. No
     // till is writing while there is none (a writer keeps it until it closes), so the file is read as

@@ -3,6 +3,7 @@
 // One company's ledger in its store: the connection, the tables of the views, its users and its
 // counters. All SQL of the engine runs through here.
 
+#include "ledger/engine/CompanyFile.h"
 #include "ledger/engine/CompanyLocation.h"
 #include "ledger/engine/Dialect.h"
 #include "ledger/engine/PasswordHash.h"
@@ -78,7 +79,7 @@ public:
 private:
     CompanyStore(CompanyLocation location, std::unique_ptr<Dialect> dialect);
     void connect(bool fresh);
-    bool prepareSqliteOpen();
+    bool prepareSqliteOpen(const CompanyFileState& file, bool firstConnection);
     void checkIsCompany();
     void createTables(bool withIndexes);
     void detach();
@@ -91,6 +92,7 @@ private:
     QHash<QString, QSqlQuery> m_statements; // see statement()
     int m_depth = 0;
     bool m_readOnly = false;
+    QString m_countedFile; // counted in CompanyFileUse while this connection is open
 };
 
 } // namespace tillbook::engine

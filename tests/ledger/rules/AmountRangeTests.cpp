@@ -26,8 +26,8 @@ TEST_P(AmountRangeTest, PostingThatWouldTakeABalanceBeyondItsFieldChangesNothing
     try {
         engine::postBatch(store(), session->errors(), batch, QDate(2025, 3, 15));
         ADD_FAILURE() << "the posting went through";
-    } catch (const engine::FieldRangeError& e) {
-        EXPECT_EQ(e.message().toStdString(),
+    } catch (const LedgerError& e) {
+        EXPECT_EQ(e.description().toStdString(),
                   "Balance Due in Cust. Curr. \"-1000000000000000.000\" is too large: "
                   "it holds at most 999999999999999.999.");
     }

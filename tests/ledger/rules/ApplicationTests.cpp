@@ -92,13 +92,10 @@ TEST_P(ApplicationTest, WarningSaysWhetherTheReceiptOrTheDocumentIsUsedUp) {
               "Nothing is left of the receipt amount to apply to document IN3.");
 }
 
-TEST_P(ApplicationTest, ApplicationsMadeStaleByAnotherTillAreRefusedWhole) {
-    auto session = signIn();
-    Till till(*session);
-    const qint64 batch = till.newBatch();
-    auto other = signIn();
-    Till second(*other);
-    // The second till builds its list first; the first till then pays IN1 in full.
+// The second till builds its list of C1's documents for a receipt of 100 in `batch`, then the first till
+// saves `firstReceipt`; the second applies to `apply` (CNTKEYs) from its list, which is stale by then.
+bool savesFromAStaleList(Till& first, Till& second, qint64 batch, double firstReceipt,
+                         std::vector<int> firstKeys, std::vector<int> apply) {
     second.field("AR0042", "CNTITEM").putWithoutVerification("0");
     second.field("AR0041", "CNTBTCH").putWithoutVerification(QString::number(batch));
     second.view("AR0041").read();
@@ -108,16 +105,46 @@ TEST_P(ApplicationTest, ApplicationsMadeStaleByAnotherTillAreRefusedWhole) {
     second.field("AR0061", "IDCUST").putWithoutVerification("C1");
     second.field("AR0061", "AMTRMIT").putWithoutVerification(100);
     second.view("AR0061").process();
-    till.postReceipt(batch, 1, "C1", 100.0, {2});
-    second.field("AR0061", "CNTKEY").putWithoutVerification("2");
-    ASSERT_TRUE(second.view("AR0061").read());
-    second.field("AR0061", "APPLY").setValue("Y");
-    second.view("AR0061").update();
-    EXPECT_THROW(second.view("AR0042").insert(), LedgerError);
+    first.postReceipt(batch, 1, "C1", firstReceipt, firstKeys);
+    for (int key : apply) {
+        second.field("AR0061", "CNTKEY").putWithoutVerification(QString::number(key));
+        EXPECT_TRUE(second.view("AR0061").read());
+        second.field("AR0061", "APPLY").setValue("Y");
+        second.view("AR0061").update();
+    }
+    try {
+        second.view("AR0042").insert();
+        return true;
+    } catch (const LedgerError&) {
+        return false;
+    }
+}
+
+TEST_P(ApplicationTest, ApplicationsMadeStaleByAnotherTillAreRefusedWhole) {
+    auto session = signIn();
+    Till till(*session);
+    const qint64 batch = till.newBatch();
+    auto other = signIn();
+    Till second(*other);
+    // IN1 paid in full by the first till meanwhile.
+    EXPECT_FALSE(savesFromAStaleList(till, second, batch, 100.0, {2}, {2}));
     EXPECT_EQ(count("AR0042", {{"CNTBTCH", batch}}), 1);
     EXPECT_EQ(
         record("AR0041", {{"CODEPYMTYP", "CA"}, {"CNTBTCH", batch}}, {"CNTENTER"})->value("CNTENTER").toInt(),
         1);
+}
+
+TEST_P(ApplicationTest, ACreditNoteUsedUpByAnotherTillIsNotTakenAgain) {
+    auto session = signIn();
+    Till till(*session);
+    const qint64 batch = till.newBatch();
+    auto other = signIn();
+    Till second(*other);
+    // CN1's -30 taken by the first till meanwhile; the second's CN1 and IN2 would otherwise be accepted.
+    ASSERT_FALSE(savesFromAStaleList(till, second, batch, 70.0, {1, 2}, {1, 3}));
+    ASSERT_GT(other->errors().count(), 0);
+    EXPECT_TRUE(other->errors().at(other->errors().count() - 1).description.contains("CN1"));
+    EXPECT_EQ(count("AR0042", {{"CNTBTCH", batch}}), 1);
 }
 
 } // namespace
