@@ -49,6 +49,8 @@ FieldType Field::type() const {
 }
 
 QVariant Field::value() const {
+    if (const QVariant* loaded = m_core->loadedValue(m_index))
+        return *loaded;
     return engine::guarded(m_core->errors(), [&] { return m_core->value(m_index); });
 }
 

@@ -120,6 +120,7 @@ void OpenDocumentList::process(ViewCore& view) {
     for (std::vector<QVariant>& record : records) {
         OpenDocument document;
         document.number = record[SourceNumber].toString();
+        document.amount = moneyOf(record[SourceAmount]);
         document.due = moneyOf(record[SourceDue]);
         const QDate discountDate = record[SourceDiscountDate].toDate();
         if (discountDate.isValid() && date <= discountDate)
@@ -196,13 +197,14 @@ const OpenDocumentList::ShownFields& OpenDocumentList::shown(const ViewCore& vie
 void OpenDocumentList::show(ViewCore& view, int key) {
     const OpenDocument& d = m_documents[size_t(key - 1)];
     const ShownFields& f = shown(view);
-    const auto amount = [&](int field, Money value) { view.set(field, QVariant::fromValue(value)); };
-    view.set(f.paymentType, QStringLiteral("CA"));
-    view.set(f.batch, qlonglong(m_batch));
-    view.set(f.entry, qlonglong(m_entry));
-    view.set(f.key, qlonglong(key));
-    view.set(f.customer, m_customer);
-    view.set(f.number, d.number);
+    // Each value is written over the one the previous document left in the field.
+    const auto amount = [&](int field, Money value) { view.setAs(field, value); };
+    view.setAs(f.paymentType, QStringLiteral("CA"));
+    view.setAs(f.batch, qlonglong(m_batch));
+    view.setAs(f.entry, qlonglong(m_entry));
+    view.setAs(f.key, qlonglong(key));
+    view.setAs(f.customer, m_customer);
+    view.setAs(f.number, d.number);
     view.set(f.type, d.source[SourceType]);
     view.set(f.typeId, d.source[SourceTypeId]);
     view.set(f.date, d.source[SourceDate]);
@@ -213,8 +215,8 @@ void OpenDocumentList::show(ViewCore& view, int key) {
     view.set(f.documentString, d.source[SourceOrder]);
     view.set(f.remittance, d.source[SourceRemittance]);
     view.set(f.description, d.source[SourceDescription]);
-    view.set(f.payments, qlonglong(d.source[SourcePayments].toLongLong() + 1));
-    amount(f.amount, moneyOf(d.source[SourceAmount]));
+    view.setAs(f.payments, qlonglong(d.source[SourcePayments].toLongLong() + 1));
+    amount(f.amount, d.amount);
     amount(f.due, d.due);
     amount(f.pendingPayments, d.pendingPayments);
     amount(f.pendingDiscounts, d.pendingDiscounts);
@@ -228,7 +230,7 @@ void OpenDocumentList::show(ViewCore& view, int key) {
     amount(f.discountAvailable, d.discountAvailable);
     amount(f.discountShown, d.discountAvailable);
     amount(f.discountAmount, d.discountAvailable);
-    view.set(f.apply, d.applyFlag());
+    view.setAs(f.apply, d.applyFlag());
 }
 
 void OpenDocumentList::updateKept(ViewCore& view) {

@@ -25,6 +25,7 @@ struct DocumentSource {
 struct OpenDocument {
     DocumentSource source;
     QString number;
+    Money amount;            // as issued
     Money due;               // the current balance
     Money discountAvailable; // by the document's discount date
     Money pendingPayments;   // applied by other unposted entries

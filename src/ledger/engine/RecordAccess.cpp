@@ -7,6 +7,7 @@
 #include "ledger/engine/ViewCore.h"
 
 #include <algorithm>
+#include <iterator>
 #include <stdexcept>
 
 namespace tillbook::engine {
@@ -159,13 +160,13 @@ std::vector<std::vector<QVariant>> readRows(CompanyStore& store, const QString& 
     request.order = indexes(def, orderBy);
     request.equal = stored(def, equal);
     request.where = where;
-    const Page page = TableAccess(store, def).page(request);
+    Page page = TableAccess(store, def).page(request);
     std::vector<std::vector<QVariant>> rows(page.rows());
     for (size_t i = 0; i < page.rows(); ++i) {
-        const QVariant* row = page.row(i);
-        rows[i].reserve(page.width);
+        QVariant* row = page.row(i);
         for (size_t k = 0; k < page.width; ++k)
-            rows[i].push_back(fromStorage(def.fields[size_t(request.columns[k])], row[k]));
+            fromStorageInPlace(def.fields[size_t(request.columns[k])], row[k]);
+        rows[i].assign(std::make_move_iterator(row), std::make_move_iterator(row + page.width));
     }
     return rows;
 }
