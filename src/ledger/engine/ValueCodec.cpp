@@ -290,8 +290,9 @@ QVariant fromStorage(const FieldDef& field, const QVariant& stored) {
 
 void fromStorageInPlace(const FieldDef& field, QVariant& cell) {
     const bool text = field.kind == FieldKind::Text || field.kind == FieldKind::Opaque;
-    // A NULL column comes as a null QString variant; it still becomes a plain (non-null) variant.
-    if (text && cell.metaType() == QMetaType::fromType<QString>() && !cell.isNull())
+    // A NULL column comes as a null variant holding a null string; that one is made afresh below.
+    if (text && cell.metaType() == QMetaType::fromType<QString>() &&
+        !static_cast<const QString*>(cell.constData())->isNull())
         return;
     cell = fromStorage(field, cell);
 }
