@@ -59,7 +59,7 @@ qint64 fromListOrComposed(ViewCore& view, const QString& field, const QString& v
 
 QVariant DocumentSource::value(const QString& field) const {
     const qsizetype place = DocumentFields.indexOf(field);
-    return place < 0 || size_t(place) >= values.size() ? QVariant() : values[size_t(place)];
+    return place < 0 || !rows || size_t(place) >= rows->width ? QVariant() : (*this)[size_t(place)];
 }
 
 bool OpenDocument::hasPending() const {
@@ -112,12 +112,13 @@ void OpenDocumentList::process(ViewCore& view) {
     // twice (what is left is shown short, never over), and the entry's insert checks again under lock.
     const auto pending = pendingApplications(view.store(), customer, m_batch, m_entry);
     // Invoices, debit notes, credit notes and interest with something still due.
-    auto records = readRows(view.store(), QStringLiteral("AR0036"), {{QStringLiteral("IDCUST"), customer}},
-                            DocumentFields, {QStringLiteral("IDINVC")},
-                            QStringLiteral("\"AMTDUETC\" <> 0 AND \"TRXTYPETXT\" IN (1, 2, 3, 4)"));
+    const auto records = std::make_shared<const Page>(readRows(
+        view.store(), QStringLiteral("AR0036"), {{QStringLiteral("IDCUST"), customer}}, DocumentFields,
+        {QStringLiteral("IDINVC")}, QStringLiteral("\"AMTDUETC\" <> 0 AND \"TRXTYPETXT\" IN (1, 2, 3, 4)")));
     m_documents.clear();
-    m_documents.reserve(records.size());
-    for (std::vector<QVariant>& record : records) {
+    m_documents.reserve(records->rows());
+    for (size_t row = 0; row < records->rows(); ++row) {
+        const QVariant* record = records->row(row);
         OpenDocument document;
         document.number = record[SourceNumber].toString();
         document.amount = moneyOf(record[SourceAmount]);
@@ -125,7 +126,7 @@ void OpenDocumentList::process(ViewCore& view) {
         const QDate discountDate = record[SourceDiscountDate].toDate();
         if (discountDate.isValid() && date <= discountDate)
             document.discountAvailable = moneyOf(record[SourceDiscount]);
-        document.source.values = std::move(record);
+        document.source = {records, row};
         const PendingAmounts others = pending.value(document.number);
         document.pendingPayments = others.payments;
         document.pendingDiscounts = others.discounts;

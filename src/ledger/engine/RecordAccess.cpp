@@ -7,7 +7,6 @@
 #include "ledger/engine/ViewCore.h"
 
 #include <algorithm>
-#include <iterator>
 #include <stdexcept>
 
 namespace tillbook::engine {
@@ -151,9 +150,8 @@ std::vector<QVariantHash> readRecords(CompanyStore& store, const QString& viewId
     return records;
 }
 
-std::vector<std::vector<QVariant>> readRows(CompanyStore& store, const QString& viewId,
-                                            const QVariantHash& equal, const QStringList& fields,
-                                            const QStringList& orderBy, const QString& where) {
+Page readRows(CompanyStore& store, const QString& viewId, const QVariantHash& equal,
+              const QStringList& fields, const QStringList& orderBy, const QString& where) {
     const ViewDef& def = viewDef(viewId);
     PageRequest request;
     request.columns = indexes(def, fields);
@@ -161,14 +159,12 @@ std::vector<std::vector<QVariant>> readRows(CompanyStore& store, const QString& 
     request.equal = stored(def, equal);
     request.where = where;
     Page page = TableAccess(store, def).page(request);
-    std::vector<std::vector<QVariant>> rows(page.rows());
     for (size_t i = 0; i < page.rows(); ++i) {
         QVariant* row = page.row(i);
         for (size_t k = 0; k < page.width; ++k)
             fromStorageInPlace(def.fields[size_t(request.columns[k])], row[k]);
-        rows[i].assign(std::make_move_iterator(row), std::make_move_iterator(row + page.width));
     }
-    return rows;
+    return page;
 }
 
 void insertRecord(CompanyStore& store, const QString& viewId, const QVariantHash& values) {
