@@ -48,8 +48,12 @@ FieldType Field::type() const {
     return FieldType::Opaque;
 }
 
-QVariant Field::value() const {
-    return engine::guarded(m_core->errors(), [&] { return m_core->value(m_index); });
+const QVariant& Field::value() const {
+    if (const QVariant* loaded = m_core->loadedValue(m_index))
+        return *loaded;
+    // A column the page left out: read now, and then held like the others.
+    engine::guarded(m_core->errors(), [&] { m_core->value(m_index); });
+    return *m_core->loadedValue(m_index);
 }
 
 QString Field::text() const {

@@ -27,8 +27,9 @@ public:
     QStringList allowedValues() const; // empty = any
 
     // Text → QString; Integer, Long, Boolean → int; Decimal → qlonglong (no decimals), Money (1 to 3)
-    // or exact decimal text (more); Date → QDate, null when there is none.
-    QVariant value() const;
+    // or exact decimal text (more); Date → QDate, null when there is none. The reference holds until the
+    // view's next operation: a caller that keeps the value keeps a copy.
+    const QVariant& value() const;
     // The value as plain text: amounts with the field's decimals, dates yyyy-mm-dd (empty when none).
     QString text() const;
     // Verified put: the value must be of the field's type, fit it, be one of its allowed values and name

@@ -59,7 +59,7 @@ qint64 fromListOrComposed(ViewCore& view, const QString& field, const QString& v
 
 QVariant DocumentSource::value(const QString& field) const {
     const qsizetype place = DocumentFields.indexOf(field);
-    return place < 0 || size_t(place) >= values.size() ? QVariant() : values[size_t(place)];
+    return place < 0 || !rows || size_t(place) >= rows->width ? QVariant() : (*this)[size_t(place)];
 }
 
 bool OpenDocument::hasPending() const {
@@ -112,19 +112,21 @@ void OpenDocumentList::process(ViewCore& view) {
     // twice (what is left is shown short, never over), and the entry's insert checks again under lock.
     const auto pending = pendingApplications(view.store(), customer, m_batch, m_entry);
     // Invoices, debit notes, credit notes and interest with something still due.
-    auto records = readRows(view.store(), QStringLiteral("AR0036"), {{QStringLiteral("IDCUST"), customer}},
-                            DocumentFields, {QStringLiteral("IDINVC")},
-                            QStringLiteral("\"AMTDUETC\" <> 0 AND \"TRXTYPETXT\" IN (1, 2, 3, 4)"));
+    const auto records = std::make_shared<const Page>(readRows(
+        view.store(), QStringLiteral("AR0036"), {{QStringLiteral("IDCUST"), customer}}, DocumentFields,
+        {QStringLiteral("IDINVC")}, QStringLiteral("\"AMTDUETC\" <> 0 AND \"TRXTYPETXT\" IN (1, 2, 3, 4)")));
     m_documents.clear();
-    m_documents.reserve(records.size());
-    for (std::vector<QVariant>& record : records) {
+    m_documents.reserve(records->rows());
+    for (size_t row = 0; row < records->rows(); ++row) {
+        const QVariant* record = records->row(row);
         OpenDocument document;
         document.number = record[SourceNumber].toString();
+        document.amount = moneyOf(record[SourceAmount]);
         document.due = moneyOf(record[SourceDue]);
         const QDate discountDate = record[SourceDiscountDate].toDate();
         if (discountDate.isValid() && date <= discountDate)
             document.discountAvailable = moneyOf(record[SourceDiscount]);
-        document.source.values = std::move(record);
+        document.source = {records, row};
         const PendingAmounts others = pending.value(document.number);
         document.pendingPayments = others.payments;
         document.pendingDiscounts = others.discounts;
@@ -196,13 +198,14 @@ const OpenDocumentList::ShownFields& OpenDocumentList::shown(const ViewCore& vie
 void OpenDocumentList::show(ViewCore& view, int key) {
     const OpenDocument& d = m_documents[size_t(key - 1)];
     const ShownFields& f = shown(view);
-    const auto amount = [&](int field, Money value) { view.set(field, QVariant::fromValue(value)); };
-    view.set(f.paymentType, QStringLiteral("CA"));
-    view.set(f.batch, qlonglong(m_batch));
-    view.set(f.entry, qlonglong(m_entry));
-    view.set(f.key, qlonglong(key));
-    view.set(f.customer, m_customer);
-    view.set(f.number, d.number);
+    // Each value is written over the one the previous document left in the field.
+    const auto amount = [&](int field, Money value) { view.setAs(field, value); };
+    view.setAs(f.paymentType, QStringLiteral("CA"));
+    view.setAs(f.batch, qlonglong(m_batch));
+    view.setAs(f.entry, qlonglong(m_entry));
+    view.setAs(f.key, qlonglong(key));
+    view.setAs(f.customer, m_customer);
+    view.setAs(f.number, d.number);
     view.set(f.type, d.source[SourceType]);
     view.set(f.typeId, d.source[SourceTypeId]);
     view.set(f.date, d.source[SourceDate]);
@@ -213,8 +216,8 @@ void OpenDocumentList::show(ViewCore& view, int key) {
     view.set(f.documentString, d.source[SourceOrder]);
     view.set(f.remittance, d.source[SourceRemittance]);
     view.set(f.description, d.source[SourceDescription]);
-    view.set(f.payments, qlonglong(d.source[SourcePayments].toLongLong() + 1));
-    amount(f.amount, moneyOf(d.source[SourceAmount]));
+    view.setAs(f.payments, qlonglong(d.source[SourcePayments].toLongLong() + 1));
+    amount(f.amount, d.amount);
     amount(f.due, d.due);
     amount(f.pendingPayments, d.pendingPayments);
     amount(f.pendingDiscounts, d.pendingDiscounts);
@@ -228,7 +231,7 @@ void OpenDocumentList::show(ViewCore& view, int key) {
     amount(f.discountAvailable, d.discountAvailable);
     amount(f.discountShown, d.discountAvailable);
     amount(f.discountAmount, d.discountAvailable);
-    view.set(f.apply, d.applyFlag());
+    view.setAs(f.apply, d.applyFlag());
 }
 
 void OpenDocumentList::updateKept(ViewCore& view) {

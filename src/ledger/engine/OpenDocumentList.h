@@ -6,6 +6,7 @@
 // lives in memory for the till that keys the entry; the entry's insert writes what it applies.
 
 #include "ledger/Money.h"
+#include "ledger/engine/TableAccess.h"
 #include "ledger/engine/ViewRules.h"
 
 #include <QDate>
@@ -15,16 +16,19 @@
 
 namespace tillbook::engine {
 
-// The AR0036 fields of a listed document as they are, kept by place in the order the list reads them.
+// The AR0036 fields of a listed document as they are, kept by place in the order the list reads them:
+// one row of the block the list was read into.
 struct DocumentSource {
-    std::vector<QVariant> values;
-    const QVariant& operator[](size_t place) const { return values[place]; }
+    std::shared_ptr<const Page> rows;
+    size_t row = 0;
+    const QVariant& operator[](size_t place) const { return rows->row(row)[place]; }
     QVariant value(const QString& field) const; // by name: one of the fields the list reads, else null
 };
 
 struct OpenDocument {
     DocumentSource source;
     QString number;
+    Money amount;            // as issued
     Money due;               // the current balance
     Money discountAvailable; // by the document's discount date
     Money pendingPayments;   // applied by other unposted entries

@@ -150,24 +150,21 @@ std::vector<QVariantHash> readRecords(CompanyStore& store, const QString& viewId
     return records;
 }
 
-std::vector<std::vector<QVariant>> readRows(CompanyStore& store, const QString& viewId,
-                                            const QVariantHash& equal, const QStringList& fields,
-                                            const QStringList& orderBy, const QString& where) {
+Page readRows(CompanyStore& store, const QString& viewId, const QVariantHash& equal,
+              const QStringList& fields, const QStringList& orderBy, const QString& where) {
     const ViewDef& def = viewDef(viewId);
     PageRequest request;
     request.columns = indexes(def, fields);
     request.order = indexes(def, orderBy);
     request.equal = stored(def, equal);
     request.where = where;
-    const Page page = TableAccess(store, def).page(request);
-    std::vector<std::vector<QVariant>> rows(page.rows());
+    Page page = TableAccess(store, def).page(request);
     for (size_t i = 0; i < page.rows(); ++i) {
-        const QVariant* row = page.row(i);
-        rows[i].reserve(page.width);
+        QVariant* row = page.row(i);
         for (size_t k = 0; k < page.width; ++k)
-            rows[i].push_back(fromStorage(def.fields[size_t(request.columns[k])], row[k]));
+            fromStorageInPlace(def.fields[size_t(request.columns[k])], row[k]);
     }
-    return rows;
+    return page;
 }
 
 void insertRecord(CompanyStore& store, const QString& viewId, const QVariantHash& values) {

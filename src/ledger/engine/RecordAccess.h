@@ -7,6 +7,7 @@
 #include "ledger/Money.h"
 #include "ledger/engine/CompanyStore.h"
 #include "ledger/engine/Schema.h"
+#include "ledger/engine/TableAccess.h"
 
 #include <QVariantHash>
 #include <optional>
@@ -38,10 +39,10 @@ std::optional<QVariantHash> readRecordForUpdate(CompanyStore& store, const QStri
 std::vector<QVariantHash> readRecords(CompanyStore& store, const QString& viewId, const QVariantHash& equal,
                                       const QStringList& fields, const QStringList& orderBy,
                                       const QString& where = QString(), int limit = 0);
-// As readRecords, each record's values in the order of `fields`, as callers get them (no names kept).
-std::vector<std::vector<QVariant>> readRows(CompanyStore& store, const QString& viewId,
-                                            const QVariantHash& equal, const QStringList& fields,
-                                            const QStringList& orderBy, const QString& where = QString());
+// As readRecords, each record's values in the order of `fields`, as callers get them (no names kept),
+// record after record in one block.
+Page readRows(CompanyStore& store, const QString& viewId, const QVariantHash& equal,
+              const QStringList& fields, const QStringList& orderBy, const QString& where = QString());
 // A new record: the fields given, every other one its default.
 void insertRecord(CompanyStore& store, const QString& viewId, const QVariantHash& values);
 bool updateRecord(CompanyStore& store, const QString& viewId, const QVariantHash& key,

@@ -23,6 +23,7 @@ struct Page {
     std::vector<QVariant> cells;
     size_t rows() const { return width ? cells.size() / width : 0; }
     const QVariant* row(size_t i) const { return cells.data() + i * width; }
+    QVariant* row(size_t i) { return cells.data() + i * width; }
 };
 
 struct PageRequest {

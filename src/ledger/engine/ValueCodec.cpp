@@ -256,6 +256,17 @@ QVariant defaultValue(const FieldDef& field) {
     return {};
 }
 
+namespace {
+
+// A column's integer, taken straight from the variant when the driver gave one (the usual case).
+qint64 storedInteger(const QVariant& stored) {
+    if (stored.metaType() == QMetaType::fromType<qlonglong>())
+        return *static_cast<const qlonglong*>(stored.constData());
+    return stored.toLongLong();
+}
+
+} // namespace
+
 QVariant fromStorage(const FieldDef& field, const QVariant& stored) {
     switch (field.kind) {
     case FieldKind::Text:
@@ -264,17 +275,26 @@ QVariant fromStorage(const FieldDef& field, const QVariant& stored) {
     case FieldKind::Integer:
     case FieldKind::Long:
     case FieldKind::Boolean:
-        return stored.toInt();
+        return int(storedInteger(stored));
     case FieldKind::Decimal:
-        return decimalValue(field, stored.toLongLong());
+        return decimalValue(field, storedInteger(stored));
     case FieldKind::Date: {
-        const qlonglong ymd = stored.toLongLong();
+        const qlonglong ymd = storedInteger(stored);
         if (ymd <= 0)
             return QDate();
         return QDate(int(ymd / 10000), int(ymd / 100 % 100), int(ymd % 100));
     }
     }
     return {};
+}
+
+void fromStorageInPlace(const FieldDef& field, QVariant& cell) {
+    const bool text = field.kind == FieldKind::Text || field.kind == FieldKind::Opaque;
+    // A NULL column comes as a null variant holding a null string; that one is made afresh below.
+    if (text && cell.metaType() == QMetaType::fromType<QString>() &&
+        !static_cast<const QString*>(cell.constData())->isNull())
+        return;
+    cell = fromStorage(field, cell);
 }
 
 QVariant toStorage(const FieldDef& field, const QVariant& value) {

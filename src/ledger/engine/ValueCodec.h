@@ -19,6 +19,9 @@ QVariant defaultValue(const FieldDef& field);
 
 // The value callers get from a column as the store returned it.
 QVariant fromStorage(const FieldDef& field, const QVariant& stored);
+// The same, turning a column value the caller owns into the value callers get where it stands: text the
+// store returned as a string is kept as it is, not copied.
+void fromStorageInPlace(const FieldDef& field, QVariant& cell);
 
 // The column value of a field's value (as made by fromStorage or convertForPut). Throws FieldRangeError
 // for a decimal beyond the field's capacity, so that no such value is ever written.

@@ -11,7 +11,9 @@ namespace tillbook::engine {
 
 namespace {
 
-constexpr int FirstPageSize = 64; // read with every column, to learn which ones callers use
+// The first page is read with every column, to learn which ones callers use; a few records teach that,
+// and each of them costs every column of the table.
+constexpr int FirstPageSize = 16;
 constexpr int PageSize = 1000;
 
 filter::FieldType filterType(FieldKind kind) {
@@ -85,15 +87,22 @@ void ViewCore::blankRecord() {
 }
 
 int ViewCore::findField(const QString& name) {
+    SeenName& seen = m_seenNames[(quintptr(name.constData()) >> 4) % m_seenNames.size()];
+    if (seen.index >= 0 && seen.name.constData() == name.constData() && seen.name.size() == name.size())
+        return seen.index;
+    int index = -1;
     const auto exact = m_def.byUpperName.constFind(name);
-    if (exact != m_def.byUpperName.constEnd())
-        return exact.value();
-    const auto seen = m_otherSpellings.constFind(name);
-    if (seen != m_otherSpellings.constEnd())
-        return seen.value();
-    const int index = m_def.fieldIndex(name);
+    if (exact != m_def.byUpperName.constEnd()) {
+        index = exact.value();
+    } else if (const auto other = m_otherSpellings.constFind(name); other != m_otherSpellings.constEnd()) {
+        index = other.value();
+    } else {
+        index = m_def.fieldIndex(name);
+        if (index >= 0)
+            m_otherSpellings.insert(name, index);
+    }
     if (index >= 0)
-        m_otherSpellings.insert(name, index);
+        seen = {name, index};
     return index;
 }
 
@@ -133,12 +142,13 @@ void ViewCore::set(int field, const QVariant& value) {
     m_dirty[size_t(field)] = 1;
 }
 
-void ViewCore::loadRow(const std::vector<int>& columns, const QVariant* row) {
+void ViewCore::loadRow(const std::vector<int>& columns, QVariant* row) {
     std::memset(m_loaded.data(), 0, m_loaded.size());
     std::memset(m_dirty.data(), 0, m_dirty.size());
     for (size_t k = 0; k < columns.size(); ++k) {
         const size_t i = size_t(columns[k]);
-        m_values[i] = fromStorage(m_def.fields[i], row[k]);
+        m_values[i] = std::move(row[k]);
+        fromStorageInPlace(m_def.fields[i], m_values[i]);
         m_loaded[i] = 1;
     }
     m_isNew = false;
@@ -508,7 +518,7 @@ bool ViewCore::read() {
     std::vector<int> columns;
     for (int i = 0; i < int(m_def.fields.size()); ++i)
         columns.push_back(i);
-    const std::optional<Row> row = m_table.read(columns, storedKey());
+    std::optional<Row> row = m_table.read(columns, storedKey());
     if (!row)
         return false;
     loadRow(columns, row->data());

@@ -10,6 +10,7 @@
 
 #include <QHash>
 #include <QVariant>
+#include <array>
 #include <map>
 #include <memory>
 #include <vector>
@@ -28,11 +29,34 @@ public:
 
     // The current record. value() reads columns a page left out on first use.
     QVariant value(int field);
+    // The value when the current record holds it already (nothing to read, nothing that can fail),
+    // else nullptr: the common case of a get, answered without the error bookkeeping of value().
+    const QVariant* loadedValue(int field) {
+        const size_t i = size_t(field);
+        if (!m_loaded[i])
+            return nullptr;
+        if (!m_wanted[i]) {
+            m_wanted[i] = 1;
+            m_anyWanted = true;
+        }
+        return &m_values[i];
+    }
     QVariant value(const QString& name) { return value(requireField(name)); }
     void put(int field, const QVariant& input, bool verify);
     // For rules: sets a value of the field's type without checks.
     void set(int field, const QVariant& value);
     void set(const QString& name, const QVariant& v) { set(requireField(name), v); }
+    // As set(), writing over the value where it stands when the field holds one of type T already:
+    // for rules that show a whole record, record after record.
+    template <typename T> void setAs(int field, const T& value) {
+        QVariant& held = m_values[size_t(field)];
+        if (held.metaType() == QMetaType::fromType<T>())
+            *static_cast<T*>(held.data()) = value;
+        else
+            held = QVariant::fromValue(value);
+        m_loaded[size_t(field)] = 1;
+        m_dirty[size_t(field)] = 1;
+    }
     int requireField(const QString& name); // fails for an unknown field
     // Any case, blanks around ignored; -1 when there is none. A name seen once in another spelling is
     // kept, so that no call after the first makes a new string.
@@ -65,7 +89,7 @@ private:
     using Values = std::vector<QVariant>;
 
     void blankRecord();
-    void loadRow(const std::vector<int>& columns, const QVariant* row);
+    void loadRow(const std::vector<int>& columns, QVariant* row); // takes the row's cells over
     void loadRest();
     FieldValues storedKey() const;
     FieldValues headerConstraint() const;
@@ -97,6 +121,15 @@ private:
 
     std::unique_ptr<Cursor> m_cursor;
     QHash<QString, int> m_otherSpellings; // names as callers wrote them, other than the stored name
+    // Names found before, by where their characters lie: a caller that names fields with the same
+    // strings each time (literals, a list it keeps) finds a field by two comparisons, without hashing
+    // the name. Each entry holds its string, so that its characters can be neither freed nor changed
+    // while they are here.
+    struct SeenName {
+        QString name;
+        int index = -1;
+    };
+    std::array<SeenName, 64> m_seenNames;
 
     ViewCore* m_header = nullptr;
     std::vector<ViewCore*> m_details;

@@ -95,6 +95,26 @@ TEST_P(SessionTest, FieldSpellingsKeptPerViewFindTheSameFieldEveryTime) {
     EXPECT_EQ(c.item("IDCUST").value().toString(), "C1");
 }
 
+// Names are remembered by the string the caller holds: that string changed in place, or a new one made
+// where a freed one lay, finds its own field, never the one found before.
+TEST_P(SessionTest, ANameChangedOrMadeAnewFindsItsOwnField) {
+    auto customers = m_session->openView("AR0024", "AR");
+    FieldCollection& c = customers->fields();
+    QString name = QStringLiteral("textstre1").toUpper(); // the caller's own text, on the heap
+    EXPECT_EQ(c.item(name).name(), "TEXTSTRE1");
+    name[8] = u'2'; // the same length, in the same place unless the look-up kept a share of it
+    EXPECT_EQ(c.item(name).name(), "TEXTSTRE2");
+    EXPECT_EQ(c.find(QString(name).replace(u'2', u'9')), nullptr);
+    // Names made and freed one after another: the allocator soon hands the same memory out again.
+    for (int round = 0; round < 3; ++round) {
+        for (int i = 0; i < c.count(); ++i) {
+            const QString own = c.at(i).name();
+            const QString spelled = (i % 2 ? own.toLower() : QString(own).append(u' '));
+            ASSERT_EQ(&c.item(spelled), &c.at(i)) << qPrintable(spelled);
+        }
+    }
+}
+
 TEST_P(SessionTest, ReferenceAdditionsAreFields) {
     auto open = m_session->openView("AR0061", "AR");
     EXPECT_EQ(open->fields().item("AMTPAYM").type(), FieldType::Decimal);

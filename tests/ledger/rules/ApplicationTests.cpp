@@ -28,6 +28,35 @@ TEST_P(ApplicationTest, ListHoldsDocumentsWithAmountDueInNumberOrder) {
     EXPECT_FALSE(till.openDocument("C1", 4)); // the paid IN0 is not listed
 }
 
+// A read shows the document's own values in every field, whatever the record held before: another
+// document of the list, or values of other types put by the caller.
+TEST_P(ApplicationTest, EachReadShowsTheDocumentsOwnValuesInEveryField) {
+    auto session = signIn();
+    Till till(*session);
+    till.newBatch();
+    View& list = till.view("AR0061");
+    const auto shown = [&list] {
+        QStringList texts;
+        for (int i = 0; i < list.fields().count(); ++i)
+            texts << list.fields().at(i).name() + u'=' + list.fields().at(i).text();
+        return texts;
+    };
+    const auto readKey = [&](int key) {
+        list.fields().item("CNTKEY").putWithoutVerification(key);
+        return list.read();
+    };
+    ASSERT_TRUE(till.openDocument("C1", 2));
+    const QStringList invoice = shown();
+    ASSERT_TRUE(readKey(1));
+    EXPECT_EQ(till.text("AR0061", "IDINVC"), "CN1");
+    EXPECT_NE(shown(), invoice);
+    till.field("AR0061", "IDINVC").putWithoutVerification(7);
+    till.field("AR0061", "AMTDUE").putWithoutVerification("12.5");
+    till.field("AR0061", "CNTBTCH").putWithoutVerification("9");
+    ASSERT_TRUE(readKey(2));
+    EXPECT_EQ(shown(), invoice);
+}
+
 TEST_P(ApplicationTest, ReceiptPaysWholeThenPartAndLeavesNothingUnapplied) {
     auto session = signIn();
     Till till(*session);
