@@ -131,12 +131,14 @@ bool Poster::step() {
         return false;
     }
     lockCustomers(entries);
-    for (const QVariantHash& entry : entries) {
+    for (const QVariantHash& entry : entries)
         postEntry(entry);
-        QVariantHash key = batchKey();
-        key.insert(QStringLiteral("CNTITEM"), entry.value(QStringLiteral("CNTITEM")));
-        updateRecord(m_store, QStringLiteral("AR0042"), key, {{QStringLiteral("DATEBUS"), m_date}});
-    }
+    // The step's entries are the first unposted ones in number order, and none can join the batch while
+    // it is being posted: the unposted entries from the first number to the last are exactly them.
+    updateRun(m_store, QStringLiteral("AR0042"), batchKey(), QStringLiteral("CNTITEM"),
+              entries.front().value(QStringLiteral("CNTITEM")),
+              entries.back().value(QStringLiteral("CNTITEM")), {{QStringLiteral("DATEBUS"), m_date}},
+              QStringLiteral("\"DATEBUS\" = 0"));
     transaction.commit();
     return true;
 }

@@ -186,6 +186,29 @@ bool updateRecord(CompanyStore& store, const QString& viewId, const QVariantHash
     return TableAccess(store, def).update(stored(def, key), stored(def, changes));
 }
 
+void updateRun(CompanyStore& store, const QString& viewId, const QVariantHash& equal, const QString& field,
+               const QVariant& first, const QVariant& last, const QVariantHash& changes,
+               const QString& where) {
+    const ViewDef& def = viewDef(viewId);
+    QStringList assignments;
+    QVariantList parameters;
+    for (const auto& [index, value] : stored(def, changes)) {
+        assignments << quoted(def.fields[size_t(index)].name) + QStringLiteral(" = ?");
+        parameters << value;
+    }
+    QString condition = keyCondition(def, equal, parameters);
+    const int ranged = fieldIndex(def, field);
+    const FieldDef& rangedDef = def.fields[size_t(ranged)];
+    condition += QStringLiteral(" AND %1 BETWEEN ? AND ?").arg(quoted(rangedDef.name));
+    parameters << toStorage(rangedDef, first) << toStorage(rangedDef, last);
+    if (!where.isEmpty())
+        condition += QStringLiteral(" AND (%1)").arg(where);
+    QSqlQuery& query = store.statement(QStringLiteral("UPDATE %1 SET %2 WHERE %3")
+                                           .arg(quoted(def.table), assignments.join(u','), condition));
+    store.run(query, parameters);
+    query.finish();
+}
+
 // Each addition carries its own bound: the row changes only when every sum stays within its field's
 // capacity, so the store never computes a sum it cannot hold (SQLite would turn it into a REAL,
 // PostgreSQL refuse it as out of range). When the row stays as it was, the record is read to tell a

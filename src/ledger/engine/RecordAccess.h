@@ -47,6 +47,11 @@ Page readRows(CompanyStore& store, const QString& viewId, const QVariantHash& eq
 void insertRecord(CompanyStore& store, const QString& viewId, const QVariantHash& values);
 bool updateRecord(CompanyStore& store, const QString& viewId, const QVariantHash& key,
                   const QVariantHash& changes);
+// Changes `changes` in every record matching `equal` whose `field` lies from `first` to `last` and that
+// matches the SQL condition `where` (of this folder's own making): one statement for a run of records.
+void updateRun(CompanyStore& store, const QString& viewId, const QVariantHash& equal, const QString& field,
+               const QVariant& first, const QVariant& last, const QVariantHash& changes,
+               const QString& where);
 // Adds `amounts` to numeric fields in one statement, so that tills adding at once never lose an addition.
 bool addToRecord(CompanyStore& store, const QString& viewId, const QVariantHash& key,
                  const QVariantHash& amounts);
