@@ -97,39 +97,38 @@ QString textField(ViewCore& view, const QString& field) {
     return view.value(field).toString().trimmed();
 }
 
-std::optional<QVariantHash> readRecord(CompanyStore& store, const QString& viewId, const QVariantHash& key,
-                                       const QStringList& fields) {
+namespace {
+
+std::optional<QVariantHash> readOne(CompanyStore& store, const QString& viewId, const QVariantHash& key,
+                                    const QStringList& fields, bool forUpdate) {
     const ViewDef& def = viewDef(viewId);
     const std::vector<int> columns = indexes(def, fields);
-    TableAccess table(store, def);
-    const std::optional<Row> row = table.read(columns, stored(def, key));
+    const std::optional<Row> row = TableAccess(store, def).read(columns, stored(def, key), forUpdate);
     if (!row)
         return std::nullopt;
     return named(def, columns, row->data());
 }
 
+Page readPage(CompanyStore& store, const ViewDef& def, const QVariantHash& equal, const QStringList& fields,
+              const QStringList& orderBy, const QString& where, int limit, PageRequest& request) {
+    request.limit = limit;
+    request.columns = indexes(def, fields);
+    request.order = indexes(def, orderBy);
+    request.equal = stored(def, equal);
+    request.where = where;
+    return TableAccess(store, def).page(request);
+}
+
+} // namespace
+
+std::optional<QVariantHash> readRecord(CompanyStore& store, const QString& viewId, const QVariantHash& key,
+                                       const QStringList& fields) {
+    return readOne(store, viewId, key, fields, false);
+}
+
 std::optional<QVariantHash> readRecordForUpdate(CompanyStore& store, const QString& viewId,
                                                 const QVariantHash& key, const QStringList& fields) {
-    const ViewDef& def = viewDef(viewId);
-    const std::vector<int> columns = indexes(def, fields);
-    QStringList names;
-    for (int column : columns)
-        names << quoted(def.fields[size_t(column)].name);
-    QVariantList parameters;
-    const QString condition = keyCondition(def, key, parameters);
-    QSqlQuery query = store.prepare(
-        QStringLiteral("SELECT %1 FROM %2 WHERE %3%4")
-            .arg(names.join(u','), quoted(def.table), condition, store.dialect().lockForUpdate()));
-    store.run(query, parameters);
-    std::optional<QVariantHash> record;
-    if (query.next()) {
-        Row row;
-        for (int i = 0; i < int(columns.size()); ++i)
-            row.push_back(query.value(i));
-        record = named(def, columns, row.data());
-    }
-    query.finish();
-    return record;
+    return readOne(store, viewId, key, fields, true);
 }
 
 std::vector<QVariantHash> readRecords(CompanyStore& store, const QString& viewId, const QVariantHash& equal,
@@ -137,14 +136,8 @@ std::vector<QVariantHash> readRecords(CompanyStore& store, const QString& viewId
                                       const QString& where, int limit) {
     const ViewDef& def = viewDef(viewId);
     PageRequest request;
-    request.limit = limit;
-    request.columns = indexes(def, fields);
-    request.order = indexes(def, orderBy);
-    request.equal = stored(def, equal);
-    request.where = where;
-    TableAccess table(store, def);
+    const Page page = readPage(store, def, equal, fields, orderBy, where, limit, request);
     std::vector<QVariantHash> records;
-    const Page page = table.page(request);
     for (size_t i = 0; i < page.rows(); ++i)
         records.push_back(named(def, request.columns, page.row(i)));
     return records;
@@ -154,11 +147,7 @@ Page readRows(CompanyStore& store, const QString& viewId, const QVariantHash& eq
               const QStringList& fields, const QStringList& orderBy, const QString& where) {
     const ViewDef& def = viewDef(viewId);
     PageRequest request;
-    request.columns = indexes(def, fields);
-    request.order = indexes(def, orderBy);
-    request.equal = stored(def, equal);
-    request.where = where;
-    Page page = TableAccess(store, def).page(request);
+    Page page = readPage(store, def, equal, fields, orderBy, where, 0, request);
     for (size_t i = 0; i < page.rows(); ++i) {
         QVariant* row = page.row(i);
         for (size_t k = 0; k < page.width; ++k)

@@ -84,12 +84,13 @@ Page TableAccess::page(const PageRequest& request) {
     return result;
 }
 
-std::optional<Row> TableAccess::read(const std::vector<int>& fields, const FieldValues& key) {
+std::optional<Row> TableAccess::read(const std::vector<int>& fields, const FieldValues& key, bool forUpdate) {
     QVariantList parameters;
     const QStringList conditions = equalities(key, parameters);
     QSqlQuery& query =
-        cached(QStringLiteral("SELECT %1 FROM \"%2\" WHERE %3")
-                   .arg(columns(fields).join(u','), m_view.table, conditions.join(QStringLiteral(" AND "))));
+        cached(QStringLiteral("SELECT %1 FROM \"%2\" WHERE %3%4")
+                   .arg(columns(fields).join(u','), m_view.table, conditions.join(QStringLiteral(" AND ")),
+                        forUpdate ? m_store.dialect().lockForUpdate() : QString()));
     m_store.run(query, parameters);
     std::optional<Row> row;
     if (query.next()) {

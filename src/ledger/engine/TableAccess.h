@@ -42,7 +42,8 @@ public:
     TableAccess(CompanyStore& store, const ViewDef& view) : m_store(store), m_view(view) {}
 
     Page page(const PageRequest& request);
-    std::optional<Row> read(const std::vector<int>& columns, const FieldValues& key);
+    // `forUpdate`: the record stays locked until the transaction ends, where the store locks records.
+    std::optional<Row> read(const std::vector<int>& columns, const FieldValues& key, bool forUpdate = false);
     void insert(const std::vector<int>& columns, const Row& values);
     // Changes `changes` in the record whose key is `key`; false when there is no such record.
     bool update(const FieldValues& key, const FieldValues& changes);
