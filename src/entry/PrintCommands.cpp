@@ -1,7 +1,6 @@
 // The receipt window's print commands: the receipt of the entry on show, its style, and the printer.
 
 #include "entry/frmCR.h"
-#include "fetching/CustomerList.h"
 #include "printing/Printing.h"
 #include "printing/frmPrinter.h"
 #include "ui_frmCR.h"
@@ -48,9 +47,6 @@ void frmCR::cmdPrint_Click() {
     request.entry = ui->cboEntry->currentText();
     const int kind = ui->cboTransType->ListIndex();
     request.kind = kind == 1 ? ReceiptKind::Prepayment : kind == 2 ? ReceiptKind::Misc : ReceiptKind::Receipt;
-    const int customer = ui->cboCustomers->ListIndex();
-    if (customer >= 0 && customer < static_cast<int>(Customers.size()))
-        request.customerNumber = Customers[static_cast<size_t>(customer)].Id;
     request.threePart = ui->mnuFileReceipt3V->isChecked();
     Print_Receipt(request);
 }

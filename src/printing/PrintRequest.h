@@ -14,9 +14,8 @@ struct PrintRequest {
     QString batch; // the batch list's text: the batch number
     QString entry; // the entry list's text: the entry number
     ReceiptKind kind = ReceiptKind::Receipt;
-    QString customerNumber; // the selected customer's number; not read for a miscellaneous receipt
-    bool threePart = true;  // the "3 panel Voucher" style is ticked; otherwise two-part
-    QString reportFolder;   // the templates' folder; empty = "Reports" beside the program
+    bool threePart = true; // the "3 panel Voucher" style is ticked; otherwise two-part
+    QString reportFolder;  // the templates' folder; empty = "Reports" beside the program
 };
 
 } // namespace tillbook

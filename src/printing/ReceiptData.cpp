@@ -1,5 +1,6 @@
 #include "printing/ReceiptData.h"
 
+#include "fetching/FieldValues.h"
 #include "fetching/ReceiptViews.h"
 #include "ledger/Formats.h"
 #include "ledger/LedgerError.h"
@@ -14,6 +15,12 @@ const QStringList ReceiptValues = {
     QStringLiteral("Customer State"),    QStringLiteral("Customer Postal"),   QStringLiteral("Company Name"),
     QStringLiteral("Company Address"),   QStringLiteral("Company City"),      QStringLiteral("Company State"),
     QStringLiteral("Company Postal"),    QStringLiteral("Payor Name"),        QStringLiteral("Customer ID")};
+
+// What every kind's receipt states beyond its stated fields, after them: the money handed over and how it
+// was used, the bank it goes to, and who took it and when.
+const QStringList PaymentValues = {QStringLiteral("Amount Received"),  QStringLiteral("Total Applied"),
+                                   QStringLiteral("Unapplied Amount"), QStringLiteral("Bank Code"),
+                                   QStringLiteral("Received By"),      QStringLiteral("Saved At")};
 
 // A text constant of a filter: quoted, quotes doubled, so that a code that looks like a number or a field
 // name stays text.
@@ -30,6 +37,7 @@ QString text(View& view, const char* field) {
 // The values printed once per receipt, by field name.
 struct HeaderValues {
     QString receiptNumber, date, payer, customerId;
+    QStringList payment;                   // the PaymentValues
     QStringList customer = QStringList(6); // name, two street lines, city, state, postal code
     QStringList company = QStringList(5);  // name, address, city, state, postal code
 };
@@ -42,6 +50,11 @@ QStringList headerRow(ReceiptKind kind, const HeaderValues& h) {
     if (kind != ReceiptKind::Misc)
         row << h.customerId;
     return row;
+}
+
+// A miscellaneous line's reference, printed after the stated fields.
+QStringList extraLineValues(ReceiptKind kind, View& detail) {
+    return kind == ReceiptKind::Misc ? QStringList{text(detail, "GLREF")} : QStringList();
 }
 
 QStringList lineValues(ReceiptKind kind, View& detail) {
@@ -58,6 +71,14 @@ QStringList lineValues(ReceiptKind kind, View& detail) {
             text(detail, "AMTDIST")};
 }
 
+// The bank code of the entry's batch.
+QString batchBank(const QString& batch) {
+    const std::unique_ptr<View> batches =
+        LedgerSession->openView(QStringLiteral("AR0041"), QStringLiteral("AR"));
+    batches->browse(QStringLiteral("CNTBTCH = ") + batch, true);
+    return batches->fetch() ? text(*batches, "IDBANK") : QString();
+}
+
 } // namespace
 
 QStringList ReceiptFields(ReceiptKind kind) {
@@ -65,20 +86,22 @@ QStringList ReceiptFields(ReceiptKind kind) {
     case ReceiptKind::Receipt:
         return QStringList{QStringLiteral("Invoice Number"), QStringLiteral("Invoice Description"),
                            QStringLiteral("Amount Paid")} +
-               ReceiptValues;
+               ReceiptValues + PaymentValues;
     case ReceiptKind::Prepayment:
         return QStringList{QStringLiteral("Apply Prepayment To"), QStringLiteral("Description"),
                            QStringLiteral("Prepayment Number"), QStringLiteral("Amount Applied")} +
-               ReceiptValues;
+               ReceiptValues + PaymentValues;
     case ReceiptKind::Misc:
         break;
     }
-    return {QStringLiteral("Distribution Code"), QStringLiteral("Account Number"),
-            QStringLiteral("GL Description"),    QStringLiteral("Distribution Amount"),
-            QStringLiteral("Receipt Number"),    QStringLiteral("Receipt Date"),
-            QStringLiteral("Company Name"),      QStringLiteral("Company Address"),
-            QStringLiteral("Company City"),      QStringLiteral("Company State"),
-            QStringLiteral("Company Postal"),    QStringLiteral("Payor Name")};
+    return QStringList{QStringLiteral("Distribution Code"), QStringLiteral("Account Number"),
+                       QStringLiteral("GL Description"),    QStringLiteral("Distribution Amount"),
+                       QStringLiteral("Receipt Number"),    QStringLiteral("Receipt Date"),
+                       QStringLiteral("Company Name"),      QStringLiteral("Company Address"),
+                       QStringLiteral("Company City"),      QStringLiteral("Company State"),
+                       QStringLiteral("Company Postal"),    QStringLiteral("Payor Name"),
+                       QStringLiteral("Reference")} +
+           PaymentValues;
 }
 
 DataSet Read_ReceiptData(const PrintRequest& request) {
@@ -101,12 +124,20 @@ DataSet Read_ReceiptData(const PrintRequest& request) {
     h.date = FormatDateLong(header.fields().item(QStringLiteral("DATERMIT")).value().toDate());
     h.payer = text(header, "TEXTPAYOR");
     h.customerId = text(header, "IDCUST");
+    const Money received = FieldMoney(header, QStringLiteral("AMTRMIT"));
+    const Money unapplied = FieldMoney(header, QStringLiteral("REMUNAPLTC"));
+    QString saved = text(header, "AUDTTIME");
+    if (const QDate day = header.fields().item(QStringLiteral("AUDTDATE")).value().toDate(); day.isValid())
+        saved = FormatDateLong(day) + u' ' + saved;
+    h.payment = {received.toLedgerString(),  (received - unapplied).toLedgerString(),
+                 unapplied.toLedgerString(), batchBank(batch),
+                 text(header, "ENTEREDBY"),  saved.trimmed()};
 
     View* detail = ReceiptMiscView.get();
     QString filter = QStringLiteral("CNTBTCH =") + batch + QStringLiteral(" AND CNTITEM =") + entry;
     if (request.kind != ReceiptKind::Misc) {
-        const QString customerNumber =
-            request.customerNumber.isEmpty() ? h.customerId : request.customerNumber;
+        // The customer the ledger holds for the entry, whatever the window shows.
+        const QString& customerNumber = h.customerId;
         const std::unique_ptr<View> customers =
             LedgerSession->openView(QStringLiteral("AR0024"), QStringLiteral("AR"));
         customers->browse(QStringLiteral("IDCUST = ") + quoted(customerNumber), true);
@@ -121,7 +152,10 @@ DataSet Read_ReceiptData(const PrintRequest& request) {
     DataSet data;
     data.fields = ReceiptFields(request.kind);
     const QStringList headerPart = headerRow(request.kind, h);
-    data.header = QStringList(data.fields.size() - headerPart.size()) + headerPart;
+    const int lineFields = int(ReceiptFields(request.kind).size() - headerPart.size() - h.payment.size()) -
+                           (request.kind == ReceiptKind::Misc ? 1 : 0);
+    data.header = QStringList(lineFields) + headerPart +
+                  QStringList(request.kind == ReceiptKind::Misc ? 1 : 0) + h.payment;
     // The lines are counted first, so that the rows are made at their final number.
     int count = 0;
     if (request.kind == ReceiptKind::Misc)
@@ -134,7 +168,8 @@ DataSet Read_ReceiptData(const PrintRequest& request) {
         detail->clear();
     detail->browse(filter, true);
     while (detail->fetch())
-        data.rows.push_back(lineValues(request.kind, *detail) + headerPart);
+        data.rows.push_back(lineValues(request.kind, *detail) + headerPart +
+                            extraLineValues(request.kind, *detail) + h.payment);
     return data;
 }
 

@@ -52,6 +52,17 @@ TEST_F(PrintCommands, StylesAreAPairWithExactlyOneTicked) {
     EXPECT_FALSE(action("mnuFileReceipt3V")->isChecked());
 }
 
+TEST_F(PrintCommands, ReprintNamesTheLedgersCustomerAndTheMoneyReceived) {
+    window->combo("cboEntry")->setListIndex(0); // the receipt of customer 0001, 23.06 of it unapplied
+    action("mnuCustomerNext")->trigger();
+    action("mnuFilePrint")->trigger();
+    const QStringList texts = printedTexts();
+    ASSERT_EQ(texts.size(), 1);
+    EXPECT_TRUE(texts[0].contains("Silver Dairy Group (0001)"));
+    for (const char* shown : {"Amount received", "4,000.00", "3,976.94", "23.06", "TDOPER", "ADMIN"})
+        EXPECT_TRUE(texts[0].contains(shown)) << shown;
+}
+
 TEST_F(PrintCommands, EntryOnShowPrintsInTheTickedStyle) {
     EXPECT_FALSE(action("mnuFilePrint")->isEnabled());
     window->combo("cboEntry")->setListIndex(1); // the prepayment of customer 0003

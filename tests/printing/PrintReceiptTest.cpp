@@ -31,7 +31,7 @@ TEST_F(PrintReceipt, StoredPrinterIsUsedOnlyWhenNotDefaultAndComplete) {
 }
 
 TEST_F(PrintReceipt, ReceiptPrintsEveryCopyWithItsLinesAndTotal) {
-    const QString two = printed(requestFor(1, ReceiptKind::Receipt, "0001", false));
+    const QString two = printed(requestFor(1, ReceiptKind::Receipt, false));
     EXPECT_EQ(two.count("Customer copy"), 1);
     EXPECT_EQ(two.count("Office copy"), 1);
     EXPECT_EQ(two.count("File copy"), 0);
@@ -45,19 +45,19 @@ TEST_F(PrintReceipt, ReceiptPrintsEveryCopyWithItsLinesAndTotal) {
     EXPECT_TRUE(two.contains("Northern Lights Wholesale Dairy & Cheese"));
     EXPECT_TRUE(boxes.asked.isEmpty());
 
-    const QString three = printed(requestFor(1, ReceiptKind::Receipt, "0001", true));
+    const QString three = printed(requestFor(1, ReceiptKind::Receipt, true));
     for (const char* copy : {"Customer copy", "Office copy", "File copy"})
         EXPECT_EQ(three.count(copy), 1) << copy;
     EXPECT_EQ(three.count("3,976.94"), 3);
 }
 
 TEST_F(PrintReceipt, PrepaymentAndMiscReceiptsPrintTheirOwnLines) {
-    const QString prepay = printed(requestFor(2, ReceiptKind::Prepayment, "0003", true));
+    const QString prepay = printed(requestFor(2, ReceiptKind::Prepayment, true));
     EXPECT_EQ(prepay.count("PP0000001"), 3);
     EXPECT_EQ(prepay.count("IN0000018"), 6); // the document, and in the description
     EXPECT_EQ(prepay.count("1,250.00"), 6);  // line and total, three times
 
-    const QString misc = printed(requestFor(3, ReceiptKind::Misc, "0001", false));
+    const QString misc = printed(requestFor(3, ReceiptKind::Misc, false));
     EXPECT_EQ(misc.count("Freight recovered"), 2);
     EXPECT_EQ(misc.count("1,500.00"), 2);
     EXPECT_EQ(misc.count("Walk-in"), 2);
@@ -65,20 +65,20 @@ TEST_F(PrintReceipt, PrepaymentAndMiscReceiptsPrintTheirOwnLines) {
 }
 
 TEST_F(PrintReceipt, ThirtyLinesAndNoLinesBothFitTheirBands) {
-    const QString thirty = printed(requestFor(4, ReceiptKind::Misc, QString(), true));
+    const QString thirty = printed(requestFor(4, ReceiptKind::Misc, true));
     EXPECT_EQ(thirty.count("Line 30 of thirty"), 3);
     EXPECT_EQ(thirty.count("465.00"), 3);
     EXPECT_EQ(thirty.count("Received by"), 3);
 
-    const QString none = printed(requestFor(5, ReceiptKind::Receipt, "0005", false));
+    const QString none = printed(requestFor(5, ReceiptKind::Receipt, false));
     EXPECT_EQ(none.count("CHQ-5005"), 2);
     EXPECT_EQ(none.count("(no lines)"), 2);
     EXPECT_TRUE(none.contains("Bartholomew-Fitzgerald Agricultural Supply"));
 }
 
 TEST_F(PrintReceipt, ReprintGetsTheNextCopyNumber) {
-    const QString first = Print_Receipt(requestFor(2, ReceiptKind::Prepayment, "0003", false)).pdfFile;
-    const QString second = Print_Receipt(requestFor(2, ReceiptKind::Prepayment, "0003", false)).pdfFile;
+    const QString first = Print_Receipt(requestFor(2, ReceiptKind::Prepayment, false)).pdfFile;
+    const QString second = Print_Receipt(requestFor(2, ReceiptKind::Prepayment, false)).pdfFile;
     EXPECT_EQ(QFileInfo(first).fileName(), "Receipt batch 1 entry 2.pdf");
     EXPECT_EQ(QFileInfo(second).fileName(), "Receipt batch 1 entry 2 copy 2.pdf");
     EXPECT_EQ(pdfText(first), pdfText(second));
@@ -86,7 +86,7 @@ TEST_F(PrintReceipt, ReprintGetsTheNextCopyNumber) {
 
 TEST_F(PrintReceipt, MissingOrBrokenTemplateIsNamedAndNothingIsPrinted) {
     QTemporaryDir reports;
-    PrintRequest request = requestFor(1, ReceiptKind::Receipt, "0001", true);
+    PrintRequest request = requestFor(1, ReceiptKind::Receipt, true);
     request.reportFolder = reports.path();
     EXPECT_FALSE(Print_Receipt(request).printed);
     ASSERT_EQ(boxes.asked.size(), 1);
@@ -123,7 +123,7 @@ TEST_F(PrintReceipt, EverySubReportAtAnyDepthPrintsFromTheEntry) {
     write("Head.html", "Head {{Receipt Number}} for {{Customer Name}} ({{copy}})");
     write("Lines.html", "Lines {{#rows}}{{Invoice Number}} {{/rows}}{{> Total}}");
     write("Total.html", "Total {{#total}}Amount Paid{{/total}}");
-    PrintRequest request = requestFor(1, ReceiptKind::Receipt, "0001", false);
+    PrintRequest request = requestFor(1, ReceiptKind::Receipt, false);
     request.reportFolder = reports.path();
     const QString text = printed(request);
     EXPECT_EQ(text.count("Head CHQ-1001 for Silver Dairy Group"), 2);
@@ -134,7 +134,7 @@ TEST_F(PrintReceipt, EverySubReportAtAnyDepthPrintsFromTheEntry) {
 }
 
 TEST_F(PrintReceipt, UnknownEntryIsReportedAndNotPrinted) {
-    EXPECT_FALSE(Print_Receipt(requestFor(42, ReceiptKind::Receipt, "0001", true)).printed);
+    EXPECT_FALSE(Print_Receipt(requestFor(42, ReceiptKind::Receipt, true)).printed);
     ASSERT_EQ(boxes.asked.size(), 1);
     EXPECT_EQ(boxes.asked[0].prompt, "Entry 42 of batch 1 is not in the ledger.");
     EXPECT_TRUE(QDir(pdfs.path()).isEmpty());

@@ -44,12 +44,11 @@ inline QString pdfText(const QString& file) {
     return QString::fromUtf8(process.readAllStandardOutput());
 }
 
-inline PrintRequest requestFor(int entry, ReceiptKind kind, const QString& customer, bool threePart) {
+inline PrintRequest requestFor(int entry, ReceiptKind kind, bool threePart) {
     PrintRequest request;
     request.batch = QStringLiteral("1");
     request.entry = QString::number(entry);
     request.kind = kind;
-    request.customerNumber = customer;
     request.threePart = threePart;
     request.reportFolder = sourcePath(QStringLiteral("Reports"));
     return request;

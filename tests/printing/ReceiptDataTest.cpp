@@ -15,23 +15,30 @@ QString value(const DataSet& data, size_t row, const char* field) {
     return data.rows.at(row).value(column);
 }
 
-// Every row carries the same header values, each at its own column.
+// Every row carries the same header values, each at its own column (a line's reference aside).
 void expectHeaderOnEveryRow(const DataSet& data, int firstHeaderColumn) {
     ASSERT_FALSE(data.rows.empty());
+    const auto header = [&](QStringList row) {
+        if (const int reference = data.column("Reference"); reference >= 0)
+            row.removeAt(reference);
+        return row.mid(firstHeaderColumn);
+    };
     for (const QStringList& row : data.rows) {
         ASSERT_EQ(row.size(), data.fields.size());
-        EXPECT_EQ(row.mid(firstHeaderColumn), data.rows.front().mid(firstHeaderColumn));
+        EXPECT_EQ(header(row), header(data.rows.front()));
     }
 }
 
 TEST_F(ReceiptData, ReceiptLinesAreTheAppliedDocumentsWithTheHeaderOnEachRow) {
-    const DataSet data = Read_ReceiptData(requestFor(1, ReceiptKind::Receipt, "0001", false));
+    const DataSet data = Read_ReceiptData(requestFor(1, ReceiptKind::Receipt, false));
     EXPECT_EQ(
         data.fields,
-        QStringList({"Invoice Number", "Invoice Description", "Amount Paid", "Receipt Number", "Receipt Date",
-                     "Customer Name", "Customer Address1", "Customer Address2", "Customer City",
-                     "Customer State", "Customer Postal", "Company Name", "Company Address", "Company City",
-                     "Company State", "Company Postal", "Payor Name", "Customer ID"}));
+        QStringList({"Invoice Number",   "Invoice Description", "Amount Paid",       "Receipt Number",
+                     "Receipt Date",     "Customer Name",       "Customer Address1", "Customer Address2",
+                     "Customer City",    "Customer State",      "Customer Postal",   "Company Name",
+                     "Company Address",  "Company City",        "Company State",     "Company Postal",
+                     "Payor Name",       "Customer ID",         "Amount Received",   "Total Applied",
+                     "Unapplied Amount", "Bank Code",           "Received By",       "Saved At"}));
     ASSERT_EQ(data.rows.size(), 2u);
     EXPECT_EQ(value(data, 0, "Invoice Number"), "IN0000002");
     EXPECT_EQ(value(data, 1, "Invoice Number"), "IN0000006");
@@ -51,8 +58,8 @@ TEST_F(ReceiptData, ReceiptLinesAreTheAppliedDocumentsWithTheHeaderOnEachRow) {
 }
 
 TEST_F(ReceiptData, PrepaymentNamesTheDocumentItApplesTo) {
-    const DataSet data = Read_ReceiptData(requestFor(2, ReceiptKind::Prepayment, "0003", true));
-    ASSERT_EQ(data.fields.size(), 19);
+    const DataSet data = Read_ReceiptData(requestFor(2, ReceiptKind::Prepayment, true));
+    ASSERT_EQ(data.fields.size(), 25);
     EXPECT_EQ(data.fields.mid(0, 5), QStringList({"Apply Prepayment To", "Description", "Prepayment Number",
                                                   "Amount Applied", "Receipt Number"}));
     EXPECT_EQ(data.fields.mid(4), ReceiptFields(ReceiptKind::Receipt).mid(3));
@@ -65,11 +72,13 @@ TEST_F(ReceiptData, PrepaymentNamesTheDocumentItApplesTo) {
 }
 
 TEST_F(ReceiptData, MiscReceiptHasNoCustomerFieldsEvenWithACustomerSelected) {
-    const DataSet data = Read_ReceiptData(requestFor(3, ReceiptKind::Misc, "0001", true));
-    EXPECT_EQ(data.fields,
-              QStringList({"Distribution Code", "Account Number", "GL Description", "Distribution Amount",
-                           "Receipt Number", "Receipt Date", "Company Name", "Company Address",
-                           "Company City", "Company State", "Company Postal", "Payor Name"}));
+    const DataSet data = Read_ReceiptData(requestFor(3, ReceiptKind::Misc, true));
+    EXPECT_EQ(
+        data.fields,
+        QStringList({"Distribution Code", "Account Number", "GL Description", "Distribution Amount",
+                     "Receipt Number", "Receipt Date", "Company Name", "Company Address", "Company City",
+                     "Company State", "Company Postal", "Payor Name", "Reference", "Amount Received",
+                     "Total Applied", "Unapplied Amount", "Bank Code", "Received By", "Saved At"}));
     ASSERT_EQ(data.rows.size(), 2u);
     EXPECT_EQ(value(data, 0, "Distribution Code"), "RETAIL");
     EXPECT_EQ(value(data, 0, "Distribution Amount"), "1234.500");
@@ -80,7 +89,7 @@ TEST_F(ReceiptData, MiscReceiptHasNoCustomerFieldsEvenWithACustomerSelected) {
         EXPECT_FALSE(row.contains("Silver Dairy Group"));
     expectHeaderOnEveryRow(data, 4);
 
-    const DataSet thirty = Read_ReceiptData(requestFor(4, ReceiptKind::Misc, QString(), false));
+    const DataSet thirty = Read_ReceiptData(requestFor(4, ReceiptKind::Misc, false));
     ASSERT_EQ(thirty.rows.size(), 30u);
     EXPECT_EQ(value(thirty, 29, "GL Description"), "Line 30 of thirty");
     // The day keeps its two digits.
@@ -89,7 +98,7 @@ TEST_F(ReceiptData, MiscReceiptHasNoCustomerFieldsEvenWithACustomerSelected) {
 }
 
 TEST_F(ReceiptData, EntryWithoutLinesGivesNoRowButKeepsItsHeader) {
-    const DataSet data = Read_ReceiptData(requestFor(5, ReceiptKind::Receipt, "0005", true));
+    const DataSet data = Read_ReceiptData(requestFor(5, ReceiptKind::Receipt, true));
     EXPECT_TRUE(data.rows.empty());
     ASSERT_EQ(data.header.size(), data.fields.size());
     EXPECT_EQ(data.header.value(data.column("Receipt Number")), "CHQ-5005");
@@ -98,9 +107,27 @@ TEST_F(ReceiptData, EntryWithoutLinesGivesNoRowButKeepsItsHeader) {
     EXPECT_EQ(data.header.value(data.column("Invoice Number")), "");
 }
 
-TEST_F(ReceiptData, LinesOfAnotherCustomerAreNotPrinted) {
-    // Entry 1 belongs to customer 0001: with another customer selected its lines are not found.
-    EXPECT_TRUE(Read_ReceiptData(requestFor(1, ReceiptKind::Receipt, "0003", true)).rows.empty());
+TEST_F(ReceiptData, EveryKindStatesTheMoneyReceivedItsUseItsBankAndWhoTookIt) {
+    struct Case {
+        int entry;
+        ReceiptKind kind;
+        const char *received, *applied, *unapplied;
+    };
+    // Entry 1 keeps 23.06 of its 4,000.00 unapplied; a prepayment and a misc. receipt use all of theirs.
+    for (const Case& c : {Case{1, ReceiptKind::Receipt, "4000.000", "3976.940", "23.060"},
+                          Case{2, ReceiptKind::Prepayment, "1250.000", "1250.000", "0.000"},
+                          Case{3, ReceiptKind::Misc, "1500.000", "1500.000", "0.000"}}) {
+        const DataSet data = Read_ReceiptData(requestFor(c.entry, c.kind, true));
+        ASSERT_FALSE(data.rows.empty()) << c.entry;
+        EXPECT_EQ(value(data, 0, "Amount Received"), c.received) << c.entry;
+        EXPECT_EQ(value(data, 0, "Total Applied"), c.applied) << c.entry;
+        EXPECT_EQ(value(data, 0, "Unapplied Amount"), c.unapplied) << c.entry;
+        EXPECT_EQ(value(data, 0, "Bank Code"), "TDOPER") << c.entry;
+        EXPECT_EQ(value(data, 0, "Received By"), "ADMIN") << c.entry;
+        EXPECT_TRUE(value(data, 0, "Saved At").contains(':')) << c.entry;
+    }
+    const DataSet misc = Read_ReceiptData(requestFor(3, ReceiptKind::Misc, true));
+    EXPECT_FALSE(value(misc, 0, "Reference").isEmpty());
 }
 
 } // namespace

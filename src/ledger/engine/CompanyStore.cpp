@@ -11,6 +11,7 @@
 #include <QFileInfo>
 #include <QRandomGenerator>
 #include <QSqlError>
+#include <QSqlRecord>
 #include <QUrl>
 
 namespace tillbook::engine {
@@ -152,8 +153,26 @@ void CompanyStore::connect(bool fresh) {
     if (switchJournal)
         for (const QString& statement : m_dialect->journalSetup())
             execute(statement);
-    if (!fresh)
+    if (!fresh) {
         checkIsCompany();
+        if (!m_readOnly)
+            addMissingColumns();
+    }
+}
+
+// A company made before a field was added to its view gets the field's column, empty, on its first opening
+// by this program; a till that may only read it reads the columns it has.
+void CompanyStore::addMissingColumns() {
+    for (const ViewDef& view : Schema::instance().views()) {
+        QSqlQuery query = prepare(QStringLiteral("SELECT * FROM %1 WHERE 1 = 0").arg(quoted(view.table)));
+        run(query, {});
+        const QSqlRecord columns = query.record();
+        query.finish();
+        for (const FieldDef& field : view.fields)
+            if (columns.indexOf(field.name) < 0)
+                execute(QStringLiteral("ALTER TABLE %1 ADD COLUMN %2 %3")
+                            .arg(quoted(view.table), quoted(field.name), m_dialect->columnDefinition(field)));
+    }
 }
 
 // Refuses what is no company before SQLite touches it (an empty file would silently become an empty

@@ -81,6 +81,7 @@ private:
     void connect(bool fresh);
     bool prepareSqliteOpen(const CompanyFileState& file, bool firstConnection);
     void checkIsCompany();
+    void addMissingColumns();
     void createTables(bool withIndexes);
     void detach();
     StoreError failure(const QString& what, const QSqlError& error) const;

@@ -10,6 +10,8 @@
 #include "ledger/engine/ValueCodec.h"
 #include "ledger/engine/ViewCore.h"
 
+#include <QDateTime>
+
 namespace tillbook::engine {
 
 namespace {
@@ -129,6 +131,11 @@ void EntryRules::beforeInsert(ViewCore& view) {
             QStringLiteral("Receipt Date/Adjustment Date is empty: the receipt needs a date."));
     joinBatch(view);
     view.set(QStringLiteral("DATEBUS"), QDate()); // not posted: posting dates it
+    // Who saved the entry and when: a receipt printed again later still names the clerk who took the money.
+    const QDateTime now = QDateTime::currentDateTime();
+    view.set(QStringLiteral("ENTEREDBY"), view.session().user);
+    view.set(QStringLiteral("AUDTDATE"), now.date());
+    view.set(QStringLiteral("AUDTTIME"), now.time().toString(QStringLiteral("hh:mm:ss")));
 
     const QString year = textField(view, QStringLiteral("FISCYR"));
     const QString period = textField(view, QStringLiteral("FISCPER"));
