@@ -14,6 +14,7 @@
 #include "ui/Platform.h"
 #include "ui_frmCR.h"
 
+#include <QMenu>
 #include <QMouseEvent>
 #include <QScrollBar>
 #include <algorithm>
@@ -57,6 +58,9 @@ void frmCR::connectDistributions() {
     onKeyDown(ui->txtFloat, [this](int& keyCode, int shift) { txtFloat_KeyDown(keyCode, shift); });
     onKeyUp(ui->txtFloat, [this](int keyCode, int shift) { txtFloat_KeyUp(keyCode, shift); });
     onLostFocus(ui->txtDistribution, [this] { txtDistribution_LostFocus(); });
+    connect(ui->txtDistribution, &QLineEdit::textChanged, this, &frmCR::followUndistributed);
+    grid->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(grid, &QWidget::customContextMenuRequested, this, &frmCR::showLineMenu);
     connect(grid->verticalScrollBar(), &QScrollBar::valueChanged, this, &frmCR::followScrolledCell);
     connect(grid->horizontalScrollBar(), &QScrollBar::valueChanged, this, &frmCR::followScrolledCell);
     // Misc. mode starts on an empty distribution grid, whatever the grid showed before.
@@ -85,7 +89,8 @@ void frmCR::cmdNewInvoice_Click() {
         return;
     }
     const bool first = DistLines == 0;
-    if (first || CanAddDistLine(DistLines, grid->TextMatrix(DistLines, DistColAmount))) {
+    const bool somethingLeft = first || ui->txtDistribution->text() != u"0.00";
+    if (first || (somethingLeft && CanAddDistLine(DistLines, grid->TextMatrix(DistLines, DistColAmount)))) {
         ++DistLines;
         if (grid->Rows() <= DistLines)
             grid->setRows(DistLines + 1);
@@ -112,6 +117,57 @@ void frmCR::cmdNewInvoice_Click() {
 void frmCR::txtDistribution_LostFocus() {
     if (ui->txtDistribution->text() == u"0.00")
         ui->cmdNewInvoice->setEnabled(false);
+}
+
+// The read-only undistributed amount never takes the focus: New Invoice follows its every change instead, so
+// that no empty line can be added with nothing left to distribute.
+void frmCR::followUndistributed() {
+    const QString text = ui->txtDistribution->text();
+    if (text == u"0.00" || Strip_Commas(text) < Money())
+        ui->cmdNewInvoice->setEnabled(false);
+    else if (editingDistributions() && !m_entryLocked && DistLines > 0)
+        ui->cmdNewInvoice->setEnabled(true);
+}
+
+void frmCR::removeDistLine(int line) {
+    FlexGrid* grid = ui->MSFlexGrid1;
+    if (m_entryLocked || line < 1 || line > DistLines)
+        return;
+    // The lines below move up one row; the last row is emptied.
+    for (int row = line; row < DistLines; ++row)
+        for (int col = 0; col < grid->Cols(); ++col)
+            grid->setTextMatrix(row, col, grid->TextMatrix(row + 1, col));
+    for (int col = 0; col < grid->Cols(); ++col)
+        grid->setTextMatrix(DistLines, col, QString());
+    if (static_cast<size_t>(line) < m_distAmounts.size())
+        m_distAmounts.erase(m_distAmounts.begin() + line);
+    --DistLines;
+    m_distAmounts.resize(static_cast<size_t>(DistLines) + 1);
+    ui->txtDistribution->setText(
+        FormatAmount(Undistributed(Strip_Commas(ui->txtAmount->text()), m_distAmounts, DistLines)));
+    setSaveEnabled(DistLines > 0);
+    EntryDirty = true;
+    if (DistLines == 0) {
+        m_editorFloating = false;
+        ui->txtFloat->setVisible(false);
+        ui->cmdNewInvoice->setEnabled(Strip_Commas(ui->txtAmount->text()) > Money());
+        return;
+    }
+    grid->setRow(std::min<int>(line, DistLines));
+    grid->setCol(DistColCode);
+    MSFlexGrid1_EnterCell();
+}
+
+void frmCR::showLineMenu(const QPoint& at) {
+    FlexGrid* grid = ui->MSFlexGrid1;
+    const int line = grid->rowAt(at.y());
+    if (!editingDistributions() || m_entryLocked || line < 1 || line > DistLines)
+        return;
+    QMenu menu(this);
+    QAction* remove = menu.addAction(QStringLiteral("Remove Line"));
+    remove->setObjectName(QStringLiteral("mnuRemoveLine"));
+    if (menu.exec(grid->viewport()->mapToGlobal(at)) == remove)
+        removeDistLine(line);
 }
 
 // ---- The floating editor ----
@@ -153,6 +209,8 @@ void frmCR::MSFlexGrid1_EnterCell() {
         return;
     }
     ui->txtFloat->setText(grid->Text());
+    if (grid->Col() == DistColCode)
+        m_codeOnEnter = grid->Text();
     Position_FloatEditor();
 }
 
@@ -188,9 +246,14 @@ void frmCR::MSFlexGrid1_Click() {
     m_leftCellRow = 0;
 }
 
-void frmCR::txtFloat_KeyDown(int& keyCode, int) {
+void frmCR::txtFloat_KeyDown(int& keyCode, int shift) {
     if (!editingDistributions())
         return;
+    if (keyCode == vbKeyDelete && shift == vbCtrlMask) {
+        keyCode = 0;
+        removeDistLine(ui->MSFlexGrid1->Row());
+        return;
+    }
     TabToLeft(keyCode);
     FlexGrid* grid = ui->MSFlexGrid1;
     m_keyDownCol = grid->Col();
@@ -227,8 +290,14 @@ void frmCR::txtFloat_Change() {
 bool frmCR::checkDistCell(int row, int col, const QString& text, RefusedBy by) {
     switch (col) {
     case DistColCode:
-        if (LedgerSession && Check_DistCode(*LedgerSession, text))
+        if (const auto account =
+                LedgerSession ? Get_DistRevenueAccount(*LedgerSession, text) : std::nullopt) {
+            // A code typed by hand brings its revenue account, as a code chosen in the finder does; an
+            // account keyed for the line's code stays.
+            if (text != m_codeOnEnter || Is_GridCellEmpty(row, DistColAccount))
+                ui->MSFlexGrid1->setTextMatrix(row, DistColAccount, *account);
             return true;
+        }
         MsgBox(InvalidDistCodeText(by), vbOKOnly + vbCritical, InvalidInputTitle);
         return false;
     case DistColAccount:

@@ -134,8 +134,9 @@ void frmCR::Load_Receipt() {
             error.description());
         return;
     }
-    ui->txtEntDesc->setText(receipt.description);
+    // The mode switch empties the entry: the saved values are put in after it.
     ui->cboTransType->setListIndex(Get_ReceiptTypeIndex(receipt.receiptType));
+    ui->txtEntDesc->setText(receipt.description);
     ui->txtAmount->setText(FormatAmount(receipt.amount.roundedToCentsBankers()));
     ui->txtDate->setText(receipt.date);
     int year = ui->cboYear->findText(receipt.fiscalYear);
@@ -148,13 +149,14 @@ void frmCR::Load_Receipt() {
     if (const int period = ui->cboPeriod->findText(receipt.fiscalPeriod); period >= 0)
         ui->cboPeriod->setListIndex(period);
     ui->txtReceiptNum->setText(receipt.receiptNumber);
+    ui->txtPrePay->setText(receipt.documentNumber);
+    ui->txtPrePayDocNo->setText(receipt.firstLineNumber);
+    Select_Customer(receipt.customerNumber, receipt.receiptType);
+    // Choosing the customer fills the payer and the unapplied amount afresh; the entry shows what was saved.
     ui->txtPayer->setText(receipt.payer);
     const QString unapplied = FormatAmount(receipt.unapplied.roundedToCentsBankers());
     ui->txtUnapplied->setText(unapplied);
     ui->txtDistribution->setText(unapplied);
-    ui->txtPrePay->setText(receipt.documentNumber);
-    ui->txtPrePayDocNo->setText(receipt.firstLineNumber);
-    Select_Customer(receipt.customerNumber, receipt.receiptType);
     Load_ReceiptLines(receipt.receiptType);
 }
 

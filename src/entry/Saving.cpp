@@ -59,7 +59,8 @@ void frmCR::cmdSave_Click() {
 
     PostOK = true;
     const PostingInput input = postingInput();
-    switch (ui->cboTransType->ListIndex()) {
+    // Saved as the kind it was keyed in, also when the list has already moved to another mode.
+    switch (m_transType) {
     case 0:
         Post_Receipt(input);
         ApplyCount = 0;
@@ -86,6 +87,9 @@ void frmCR::cmdSave_Click() {
 }
 
 void frmCR::showSavedEntry() {
+    // Read first: the batch's figures are read through views of their own, the entry's number from the one
+    // that wrote it.
+    const int saved = Int16Of(Posted_EntryNumber());
     QString entries;
     try {
         entries = Count_BatchEntries(CurrentBatch);
@@ -106,8 +110,9 @@ void frmCR::showSavedEntry() {
     setSaveEnabled(false);
     if (!entries.isEmpty())
         Load_EntryList(Int16Of(entries));
-    // Choosing the saved entry reads it back from the ledger, locked and ready to print.
-    ui->cboEntry->setListIndex(Int16Of(CurrentEntry) - 2);
+    // Choosing the saved entry, by the number the ledger gave it (other tills may have added entries to the
+    // batch meanwhile), reads it back from the ledger, locked and ready to print.
+    ui->cboEntry->setListIndex(saved > 0 ? saved - 1 : Int16Of(CurrentEntry) - 2);
     if (m_transType == 1)
         ui->MSFlexGrid1->setVisible(false);
 }

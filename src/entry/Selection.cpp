@@ -1,4 +1,5 @@
 // The receipt window: batches, entries and customers chosen, and the First/Previous/Next/Last menus.
+#include "entry/ApplyRules.h"
 #include "entry/CustomerInfo.h"
 #include "entry/dialogs/frmBank.h"
 #include "entry/frmCR.h"
@@ -87,6 +88,7 @@ void frmCR::Get_BatchNumber() {
 
 void frmCR::cboBatch_Click() {
     Clear_Entry();
+    lockUntilEntryChosen();
     if (ui->cboBatch->ListIndex() < 0)
         return;
     CurrentBatch = ui->cboBatch->currentText();
@@ -117,8 +119,11 @@ void frmCR::setNewEntryEnabled(bool enabled) {
 }
 
 void frmCR::cboBatch_GotFocus() {
-    if (EntryDirty)
-        return;
+    if (!EntryDirty)
+        lockUntilEntryChosen();
+}
+
+void frmCR::lockUntilEntryChosen() {
     Lock_Entry();
     ui->cmdPrint->setEnabled(false);
 }
@@ -256,6 +261,14 @@ void frmCR::cboCustomers_Click() {
         Load_CustomerDocuments();
         Show_CustomerInfo(position);
     }
+    // What was applied for the customer before is gone with the grid: the new one is offered the whole
+    // amount.
+    if (m_transType == 0 && ApplyCount > 0) {
+        AppliedRows{ApplyKeys, AppliedMarks}.reset();
+        ui->txtUnapplied->setText(ui->txtAmount->text());
+        EntryDirty = false;
+        setSaveEnabled(false);
+    }
     ApplyCount = 0;
 }
 
@@ -313,16 +326,20 @@ void frmCR::mnuEntryLast_Click() {
     selectLast(ui->cboEntry);
 }
 void frmCR::mnuCustomerFirst_Click() {
-    selectFirst(ui->cboCustomers);
+    if (!m_entryLocked) // a saved entry on show keeps its customer
+        selectFirst(ui->cboCustomers);
 }
 void frmCR::mnuCustomerPrevious_Click() {
-    selectPrevious(ui->cboCustomers);
+    if (!m_entryLocked) // a saved entry on show keeps its customer
+        selectPrevious(ui->cboCustomers);
 }
 void frmCR::mnuCustomerNext_Click() {
-    selectNext(ui->cboCustomers);
+    if (!m_entryLocked) // a saved entry on show keeps its customer
+        selectNext(ui->cboCustomers);
 }
 void frmCR::mnuCustomerLast_Click() {
-    selectLast(ui->cboCustomers);
+    if (!m_entryLocked) // a saved entry on show keeps its customer
+        selectLast(ui->cboCustomers);
 }
 
 } // namespace tillbook

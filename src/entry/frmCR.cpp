@@ -26,6 +26,7 @@
 #include <QCoreApplication>
 #include <QRegularExpression>
 #include <QResizeEvent>
+#include <QSignalBlocker>
 
 namespace tillbook {
 
@@ -106,21 +107,38 @@ void frmCR::reportLedgerError(const QString& what, const QString& description) {
 
 // ---- The mode switch and the entry fields ----
 
+// A saved entry on show keeps its kind: the menu does nothing while it is locked, as the list itself.
 void frmCR::mnuTransReceipt_Click() {
-    ui->cboTransType->setListIndex(0);
+    if (!m_entryLocked)
+        ui->cboTransType->setListIndex(0);
 }
 void frmCR::mnuTransPrePay_Click() {
-    ui->cboTransType->setListIndex(1);
+    if (!m_entryLocked)
+        ui->cboTransType->setListIndex(1);
 }
 void frmCR::mnuTransMisc_Click() {
-    ui->cboTransType->setListIndex(2);
+    if (!m_entryLocked)
+        ui->cboTransType->setListIndex(2);
 }
 
 void frmCR::cboTransType_Click() {
-    Prompt_SaveEntry();
+    // The list has already moved to the clerk's choice; the entry on show is still of the kind in TransType.
+    const int mode = ui->cboTransType->ListIndex();
+    if (Prompt_SaveEntry() == vbYes) {
+        if (!PostOK) {
+            // Not saved: the entry stays as keyed, in its own mode, for the clerk to correct and save.
+            const QSignalBlocker quiet(ui->cboTransType);
+            ui->cboTransType->setCurrentIndex(m_transType);
+            return;
+        }
+        // Saved and shown; the clerk's chosen mode then holds, on a new entry ready for keying.
+        cmdNewEntry_Click();
+        if (mode != 0)
+            ui->cboTransType->setListIndex(mode);
+        return;
+    }
     Clear_Entry();
     m_amountOnFocus = Money();
-    const int mode = ui->cboTransType->ListIndex();
     setModeControls(mode);
     ui->MSFlexGrid1->setVisible(true);
     m_transType = mode;
@@ -193,9 +211,9 @@ void frmCR::Clear_Entry() {
     ui->txtFloat->clear();
 }
 
-void frmCR::Prompt_SaveEntry() {
+int frmCR::Prompt_SaveEntry() {
     if (!EntryDirty)
-        return;
+        return 0;
     const int answer = MsgBox(QStringLiteral("Do you want to save the current entry?"),
                               vbYesNo + vbExclamation, QStringLiteral("Unsaved Entry"));
     if (answer == vbYes) {
@@ -204,6 +222,7 @@ void frmCR::Prompt_SaveEntry() {
         EntryDirty = false;
         ui->txtUnapplied->setText(ui->txtAmount->text());
     }
+    return answer;
 }
 
 // ---- Closing ----

@@ -51,7 +51,8 @@ public slots:
     void Form_Resize();
 
     void Clear_Entry();
-    void Prompt_SaveEntry();
+    // The unsaved-entry question; returns the answer (vbYes, vbNo), or 0 when there was nothing to ask.
+    int Prompt_SaveEntry();
 
     // ---- Printing: the entry on show, its receipt style and the printer ----
     void cmdPrint_Click();
@@ -184,6 +185,10 @@ private:
     void showFinder(int kind);
     void putFinderChoice(int kind, const QString& code, const QString& account);
     void followScrolledCell();
+    void followUndistributed();
+    // Takes a line out of the grid; the lines below move up and the undistributed amount follows.
+    void removeDistLine(int line);
+    void showLineMenu(const QPoint& at);
 
     std::vector<Money> m_distAmounts;
     QString m_leftCellText; // the text, row and column of the cell last left
@@ -191,6 +196,7 @@ private:
     int m_leftCellCol = 0;
     int m_keyDownCol = 0;          // the column the editor's last key was pressed in
     bool m_editorFloating = false; // the editor lies over a line's cell
+    QString m_codeOnEnter;         // the code cell's text when the editor last entered it
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -219,6 +225,8 @@ private:
     // Shows a ledger failure to the clerk and clears the session's error list.
     void reportLedgerError(const QString& what, const QString& description);
     void setNewEntryEnabled(bool enabled);
+    // The entry fields locked, with nothing to print, until an entry is started or chosen.
+    void lockUntilEntryChosen();
     void showBatchFigures(const QString& entries, const QString& total, const QString& bank);
     void setEntryFieldsEnabled(bool enabled);
     void fillGridLines(const std::vector<QStringList>& lines, int kind);

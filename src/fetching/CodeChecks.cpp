@@ -7,22 +7,28 @@ namespace tillbook {
 
 namespace {
 
-// Walks the whole view from its first record, comparing the trimmed field with the wanted text.
-bool anyRecordHas(Session& session, const QString& viewId, const QString& ledger, const QString& field,
-                  const QString& wanted) {
+// Walks the whole view from its first record, comparing the trimmed field with the wanted text; the first
+// equal record's `answer` field, trimmed, or nothing.
+std::optional<QString> firstRecordWith(Session& session, const QString& viewId, const QString& ledger,
+                                       const QString& field, const QString& wanted, const QString& answer) {
     try {
         const std::unique_ptr<View> view = session.openView(viewId, ledger);
         Field& value = view->fields().item(field);
         while (view->fetch()) {
             if (value.value().toString().trimmed() == wanted)
-                return true;
+                return view->fields().item(answer).value().toString().trimmed();
         }
     } catch (const LedgerError&) {
         // The failure is answered here as "not found"; left on the session's list it would reappear in a
         // later posting's error trap.
         session.errors().clear();
     }
-    return false;
+    return std::nullopt;
+}
+
+bool anyRecordHas(Session& session, const QString& viewId, const QString& ledger, const QString& field,
+                  const QString& wanted) {
+    return firstRecordWith(session, viewId, ledger, field, wanted, field).has_value();
 }
 
 } // namespace
@@ -30,6 +36,11 @@ bool anyRecordHas(Session& session, const QString& viewId, const QString& ledger
 bool Check_DistCode(Session& session, const QString& code) {
     return anyRecordHas(session, QStringLiteral("AR0015"), QStringLiteral("AR"), QStringLiteral("IDDIST"),
                         code);
+}
+
+std::optional<QString> Get_DistRevenueAccount(Session& session, const QString& code) {
+    return firstRecordWith(session, QStringLiteral("AR0015"), QStringLiteral("AR"), QStringLiteral("IDDIST"),
+                           code, QStringLiteral("IDACCTREV"));
 }
 
 bool Check_GLAccount(Session& session, const QString& account) {

@@ -5,12 +5,17 @@
 #include "ledger/Session.h"
 
 #include <QString>
+#include <optional>
 
 namespace tillbook {
 
 // True when a distribution code equal to `code` (exactly, case included) exists. A ledger failure answers
 // false unless the code was found before it.
 bool Check_DistCode(Session& session, const QString& code);
+
+// The revenue account of the distribution code `code` (compared as Check_DistCode does); nothing when there
+// is no such code.
+std::optional<QString> Get_DistRevenueAccount(Session& session, const QString& code);
 
 // True when the account, trimmed and without its segment hyphens, exists as an account number.
 bool Check_GLAccount(Session& session, const QString& account);

@@ -32,6 +32,10 @@ void Post_Receipt(const PostingInput& input);
 void Post_Prepayment(const PostingInput& input, QString& txtPrePayDocNo); // sets the assigned IDINVC
 void Post_MiscReceipt(const PostingInput& input);
 
+// The number the ledger gave the entry that a posting has just written (its CNTITEM); other tills may have
+// added entries to the batch since the window counted them. Empty when no receipt view is open.
+QString Posted_EntryNumber();
+
 // The prepayment's header values as keyed, 1-based: receipt number, description, amount as typed, fiscal
 // year, fiscal period, document to apply to, payer. Refilled by every Save_ReceiptHeader.
 inline std::array<QString, 8> ReceiptHeader;

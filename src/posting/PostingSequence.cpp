@@ -72,6 +72,10 @@ void PostingSequence::run() const {
     }
 }
 
+QString Posted_EntryNumber() {
+    return ReceiptHeaderView ? ReceiptHeaderView->fields().item(QStringLiteral("CNTITEM")).text() : QString();
+}
+
 bool ReceiptViewsReady() {
     if (LedgerSession && BatchView && ReceiptHeaderView && ReceiptDetailView && ReceiptDetailSubView &&
         ReceiptMiscView && ReceiptPostView)

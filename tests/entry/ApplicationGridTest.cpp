@@ -142,6 +142,43 @@ private slots:
         QCOMPARE(grid()->TextMatrix(1, 0) == "Yes", false);
     }
 
+    void anotherCustomerIsOfferedTheWholeAmount() {
+        startEntry(0);
+        window->edit("txtAmount")->setText("1,000.00");
+        window->edit("txtUnapplied")->setText("1,000.00");
+        dblClick(1, 0);
+        QVERIFY(window->text("txtUnapplied") != "1,000.00");
+        window->combo("cboCustomers")->setListIndex(1);
+        QCOMPARE(ApplyCount, 0);
+        QCOMPARE(window->text("txtUnapplied"), QString("1,000.00"));
+        QVERIFY(!saveEnabled());
+    }
+
+    // Yes to the unsaved-entry question saves the receipt as a receipt, whatever mode was chosen; the
+    // chosen mode then holds on a new entry.
+    void savingOnAModeChangeSavesTheKindKeyed() {
+        startEntry(0);
+        window->edit("txtAmount")->setText("100.00");
+        window->edit("txtUnapplied")->setText("100.00");
+        dblClick(1, 0);
+        test::AnswerMessageBoxes boxes(vbYes);
+        window->combo("cboTransType")->setListIndex(2);
+        QCOMPARE(boxes.asked.size(), 1); // the question only: no refusal
+        QVERIFY(PostOK);
+        QCOMPARE(window->text("txtBatchEntries"), QString("Entries:  1"));
+        QCOMPARE(window->combo("cboEntry")->count(), 2);
+        QCOMPARE(window->combo("cboEntry")->ListIndex(), 1);
+        QCOMPARE(window->form->TransType(), 2);
+        QCOMPARE(window->combo("cboTransType")->ListIndex(), 2);
+        QVERIFY(!window->form->EntryLocked());
+        QVERIFY(window->text("txtAmount").isEmpty());
+        QVERIFY(window->shown("txtDistribution"));
+        // The saved entry is the receipt, read back as one.
+        window->combo("cboEntry")->setListIndex(0);
+        QCOMPARE(window->combo("cboTransType")->ListIndex(), 0);
+        QCOMPARE(window->text("txtAmount"), QString("100.00"));
+    }
+
     void aPrepaymentPicksTheDocumentOnlyWithAnAmount() {
         startEntry(1);
         window->edit("txtAmount")->setText("");

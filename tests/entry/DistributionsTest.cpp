@@ -106,6 +106,7 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(window->form));
         CurrentBatch = "12";
         CurrentEntry = "3";
+        window->form->Unlock_Entry(); // as a started entry is
     }
     void cleanup() {
         window.reset();
@@ -332,6 +333,44 @@ private slots:
         expectEditorOverCurrentCell();
         QCOMPARE(editor()->width(), grid()->CellWidth());
         test::grabToPng(window->form, "frmCR-misc-editor-scrolled");
+    }
+
+    void aCodeTypedByHandBringsItsRevenueAccount() {
+        test::AnswerMessageBoxes answers;
+        startMisc("100.00");
+        editor()->setText("CONSLT");
+        key(Qt::Key_Right);
+        QCOMPARE(cell(1, 1), QString("4200100"));
+        QCOMPARE(editor()->text(), QString("4200100"));
+        key(Qt::Key_Right);
+        QCOMPARE(grid()->Col(), 2);
+        QVERIFY(answers.asked.isEmpty());
+    }
+
+    void aLineIsRemovedAndNewInvoiceFollowsWhatIsLeft() {
+        test::AnswerMessageBoxes answers;
+        startMisc("100.00");
+        keyLine("RETAIL", "4100100", "60");
+        window->form->cmdNewInvoice_Click();
+        keyLine("MISC", "4700", "40");
+        // Nothing left: New Invoice goes at once, and adds nothing when called.
+        QCOMPARE(window->text("txtDistribution"), QString("0.00"));
+        QVERIFY(!window->enabled("cmdNewInvoice"));
+        window->form->cmdNewInvoice_Click();
+        QCOMPARE(DistLines, 2);
+
+        grid()->setRow(1);
+        grid()->setCol(0);
+        QTest::keyClick(editor(), Qt::Key_Delete, Qt::ControlModifier);
+        QCOMPARE(DistLines, 1);
+        QCOMPARE(cell(1, 0), QString("MISC"));
+        QCOMPARE(cell(1, 2), QString("40.00"));
+        QCOMPARE(cell(2, 0), QString());
+        QCOMPARE(cell(2, 2), QString());
+        QCOMPARE(window->text("txtDistribution"), QString("60.00"));
+        QVERIFY(window->enabled("cmdNewInvoice"));
+        QCOMPARE(grid()->Row(), 1);
+        QVERIFY(answers.asked.isEmpty());
     }
 
     void theFinderPutsADistributionCodeAndItsRevenueAccountIntoTheLine() {

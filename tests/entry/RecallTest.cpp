@@ -73,7 +73,16 @@ private slots:
         QCOMPARE(window->text("txtAmount"), QString("4,000.00"));
         QCOMPARE(window->text("txtDate"), QString("03/15/2025"));
         QVERIFY(!window->text("txtUnapplied").isEmpty());
-        QCOMPARE(window->combo("cboCustomers")->ListIndex() >= 0, true);
+        // Shown as saved: its own description and payer, not the customer's name.
+        QCOMPARE(window->text("txtEntDesc"), QString("Cheque for two invoices"));
+        QCOMPARE(window->text("txtPayer"), QString("Silver Dairy Group"));
+        const int customer = window->combo("cboCustomers")->ListIndex();
+        QVERIFY(customer >= 0);
+        // Nothing changes what a locked entry shows: the Customer menu does nothing.
+        test::control<QAction>(window->form, "mnuCustomerNext")->trigger();
+        test::control<QAction>(window->form, "mnuCustomerLast")->trigger();
+        QCOMPARE(window->combo("cboCustomers")->ListIndex(), customer);
+        QVERIFY(!window->enabled("cmdSearch"));
         QCOMPARE(window->grid()->Cols(), 8);
         QCOMPARE(window->grid()->Rows(), 10);
         QCOMPARE(window->grid()->TextMatrix(0, 0), QString(" Document Number "));
@@ -92,6 +101,8 @@ private slots:
         QCOMPARE(window->text("txtAmount"), QString("1,250.00"));
         QCOMPARE(window->text("txtPrePay"), QString("IN0000018"));
         QCOMPARE(window->text("txtPrePayDocNo"), QString("PP0000001"));
+        QCOMPARE(window->text("txtEntDesc"), QString("Deposit on order"));
+        QCOMPARE(window->text("txtPayer"), QString("Silver Dairy Inc."));
         QVERIFY(window->combo("cboCustomers")->ListIndex() >= 0);
         QCOMPARE(window->grid()->Cols(), 13);
         expectLockedAndPrintable();
@@ -102,6 +113,8 @@ private slots:
         showEntry(3);
         QCOMPARE(window->combo("cboTransType")->ListIndex(), 2);
         QCOMPARE(window->text("txtAmount"), QString("1,500.00"));
+        QCOMPARE(window->text("txtEntDesc"), QString("Rent and freight"));
+        QCOMPARE(window->text("txtPayer"), QString("Walk-in"));
         QCOMPARE(window->combo("cboCustomers")->ListIndex(), -1);
         QCOMPARE(window->grid()->Cols(), 5);
         QCOMPARE(window->grid()->Rows(), 10);

@@ -4,6 +4,8 @@
 #include "fetching/CustomerList.h"
 #include "fetching/ReceiptRecall.h"
 #include "ledger/Formats.h"
+#include "ledger/Session.h"
+#include "ledger/View.h"
 #include "ledger/engine/BatchPosting.h"
 #include "settings/Globals.h"
 #include "support/AnswerMessageBoxes.h"
@@ -45,7 +47,11 @@ class ReceiptRoadTest : public QObject {
         test::answerBankDialog(0);
         button("cmdNewBatch")->click();
         QVERIFY(!BankCode.isEmpty());
+        // No entry is started yet: nothing can be keyed.
+        QVERIFY(!window->enabled("txtAmount"));
+        QVERIFY(!window->enabled("cboCustomers"));
         button("cmdNewEntry")->click();
+        QVERIFY(window->enabled("txtAmount"));
         QCOMPARE(window->combo("cboEntry")->count(), 1);
     }
     std::vector<QStringList> entryRows(const QString& view, const QStringList& fields) {
@@ -55,6 +61,34 @@ class ReceiptRoadTest : public QObject {
         return test::ledgerRecords(QStringLiteral("AR0041"), QStringLiteral("CNTBTCH=") + CurrentBatch,
                                    {"CNTENTER", "AMTENTER"})
             .at(0);
+    }
+
+    // Another till of the company saves a miscellaneous receipt of 10.00 into the current batch.
+    void anotherTillSaves() {
+        Session till;
+        till.open("ADMIN", "ADMIN", company->id(), Today(), 0);
+        const auto batch = till.openView("AR0041", "AR");
+        const auto header = till.openView("AR0042", "AR");
+        const auto misc = till.openView("AR0043", "AR");
+        batch->compose({header.get()});
+        header->compose({batch.get(), misc.get()});
+        misc->compose({header.get()});
+        batch->fields().item("CODEPYMTYP").setValue(QString("CA"));
+        batch->fields().item("CNTBTCH").setValue(CurrentBatch);
+        QVERIFY(batch->read());
+        header->init();
+        for (const auto& [field, value] : {std::pair{"RMITTYPE", "5"},
+                                           {"AMTRMIT", "10"},
+                                           {"FISCYR", "2026"},
+                                           {"FISCPER", "03"},
+                                           {"TEXTPAYOR", "Another till"}})
+            header->fields().item(field).setValue(QString(value));
+        header->fields().item("DATERMIT").setValue(Today());
+        misc->init();
+        misc->fields().item("IDDISTCODE").setValue(QString("RETAIL"));
+        misc->fields().item("AMTDIST").setValue(QString("10"));
+        misc->insert();
+        header->insert();
     }
 
 private slots:
@@ -155,6 +189,27 @@ private slots:
         QCOMPARE(ValMoney(header[0][1]), Money::fromWhole(1250));
         QCOMPARE(header[0][2], document);
         QCOMPARE(batchFigures(), (QStringList{"1", Money::fromWhole(1250).toLedgerString()}));
+    }
+
+    void theSavedEntryIsShownByItsNumberWhateverOtherTillsAdded() {
+        newBatchAndEntry();
+        window->combo("cboTransType")->setListIndex(1);
+        window->combo("cboCustomers")->setListIndex(0);
+        type("txtAmount", "1250");
+        dblClick(1, 0);
+        anotherTillSaves();
+        anotherTillSaves();
+
+        test::AnswerMessageBoxes boxes;
+        button("cmdSave")->click();
+        QVERIFY(PostOK);
+        QCOMPARE(window->combo("cboEntry")->count(), 3);
+        QCOMPARE(window->combo("cboEntry")->ListIndex(), 2);
+        QCOMPARE(CurrentEntry, QString("3"));
+        QVERIFY(window->form->EntryLocked());
+        QCOMPARE(window->combo("cboTransType")->ListIndex(), 1);
+        QCOMPARE(window->text("txtAmount"), QString("1,250.00"));
+        QVERIFY(!button("cmdSave")->isEnabled());
     }
 
     void aFailedSaveUndoesTheApplicationsAndKeepsTheEntryNew() {
