@@ -2,6 +2,10 @@
 
 #include "ui/Forms.h"
 #include "ui/Platform.h"
+#include "ui/frmHelp.h"
+
+#include <QFileInfo>
+#include <QStandardPaths>
 
 namespace tillbook {
 
@@ -15,8 +19,37 @@ QString HelpCommandLine() {
 #endif
 }
 
+QString HelpIndexFile() {
+    return ProgramFolder() + QStringLiteral("/help/index.html");
+}
+
 void ShowHelp() {
-    Shell(HelpCommandLine());
+#ifdef Q_OS_WIN
+    if (!Shell(HelpCommandLine()))
+        MsgBox(QStringLiteral("The help viewer could not be started: %1").arg(HelpCommandLine()),
+               vbOKOnly + vbExclamation);
+#else
+    const QString index = HelpIndexFile();
+    if (!QFileInfo::exists(index)) {
+        MsgBox(QStringLiteral("The user's guide is not installed: %1 is missing.").arg(index),
+               vbOKOnly + vbExclamation);
+        return;
+    }
+    // Without a desktop opener (a bare machine) the guide is shown in the program's own window; an opener
+    // that fails, at once or when it finds nothing to open the page with, says so and hands over to it.
+    if (QStandardPaths::findExecutable(QStringLiteral("xdg-open")).isEmpty()) {
+        frmHelp::Show(index);
+        return;
+    }
+    const auto fallBack = [index] {
+        MsgBox(QStringLiteral("The desktop could not open the user's guide (xdg-open failed). It is shown in "
+                              "Tillbook's own help window instead."),
+               vbOKOnly + vbInformation);
+        frmHelp::Show(index);
+    };
+    if (!Shell(HelpCommandLine(), fallBack))
+        fallBack();
+#endif
 }
 
 } // namespace tillbook

@@ -93,16 +93,35 @@ void setMsgBoxResponder(std::function<int(const MsgBoxRequest&)> r) {
     responder() = std::move(r);
 }
 
-void Shell(const QString& commandLine) {
+bool Shell(const QString& commandLine, std::function<void()> onFailure) {
     if (shellRecorder()) {
         shellRecorder()(commandLine);
-        return;
+        return true;
     }
     QStringList parts = QProcess::splitCommand(commandLine);
     if (parts.isEmpty())
-        return;
+        return false;
     const QString program = parts.takeFirst();
-    QProcess::startDetached(program, parts);
+    if (!onFailure)
+        return QProcess::startDetached(program, parts);
+    // Watched until it ends; never owned by a window, so that closing the program does not end it.
+    auto* process = new QProcess;
+    process->setProgram(program);
+    process->setArguments(parts);
+    process->setStandardOutputFile(QProcess::nullDevice());
+    process->setStandardErrorFile(QProcess::nullDevice());
+    process->start();
+    if (!process->waitForStarted()) {
+        delete process;
+        return false;
+    }
+    QObject::connect(process, &QProcess::finished, process,
+                     [process, onFailure = std::move(onFailure)](int status, QProcess::ExitStatus how) {
+                         process->deleteLater();
+                         if (status != 0 || how != QProcess::NormalExit)
+                             onFailure();
+                     });
+    return true;
 }
 
 void setShellRecorder(std::function<void(const QString&)> recorder) {

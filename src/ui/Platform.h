@@ -43,8 +43,10 @@ int MsgBox(const QString& prompt, int buttons = vbOKOnly, const QString& title =
 // While a responder is set, no box is shown: the responder answers instead. An empty function removes it.
 void setMsgBoxResponder(std::function<int(const MsgBoxRequest&)> responder);
 
-// Starts another program from a command line, without waiting for it.
-void Shell(const QString& commandLine);
+// Starts another program from a command line, without waiting for it. False when it could not be started
+// (no such program, not executable). When `onFailure` is given, it is also called, later, if the program
+// ends with a failing status (a desktop opener that finds nothing to open with, say).
+bool Shell(const QString& commandLine, std::function<void()> onFailure = {});
 
 // While a recorder is set, nothing is started: the recorder receives the command line. An empty function
 // removes it.

@@ -73,7 +73,8 @@ void StartSysInfo() {
         MsgBox(QStringLiteral("System Information Is Unavailable At This Time"), vbOKOnly);
         return;
     }
-    Shell(commandLine);
+    if (!Shell(commandLine))
+        MsgBox(QStringLiteral("System Information Is Unavailable At This Time"), vbOKOnly);
 }
 
 } // namespace tillbook

@@ -52,6 +52,8 @@ private slots:
         qputenv("TILLBOOK_SHORT_DATE", "MM/dd/yyyy");
         window = std::make_unique<test::ReceiptWindow>();
         QVERIFY(window->open());
+        window->form->Unlock_Entry(); // as a started entry is
+        window->form->Clear_Entry();
     }
     void cleanup() { window.reset(); }
 

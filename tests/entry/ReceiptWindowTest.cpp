@@ -36,6 +36,7 @@ private slots:
     void init() {
         window = std::make_unique<test::ReceiptWindow>();
         QVERIFY(window->open());
+        window->form->Unlock_Entry(); // as a started entry is
     }
     void cleanup() { window.reset(); }
 
