@@ -6,11 +6,68 @@
 #include "ui/Events.h"
 #include "ui_frmCR.h"
 
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMimeData>
+
 namespace tillbook {
+
+namespace {
+
+// Hands text pasted (Ctrl+V, Shift+Insert, the context menu's Paste) or dropped into a field to `type`, which
+// keys it character by character, instead of letting the field take it past its key filter.
+class PasteThroughKeys : public QObject {
+public:
+    PasteThroughKeys(QLineEdit* field, std::function<void(const QString&)> type)
+        : QObject(field), m_field(field), m_type(std::move(type)) {
+        field->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        switch (event->type()) {
+        case QEvent::KeyPress:
+            if (!static_cast<QKeyEvent*>(event)->matches(QKeySequence::Paste))
+                return false;
+            m_type(QGuiApplication::clipboard()->text());
+            return true;
+        case QEvent::Drop: {
+            auto* drop = static_cast<QDropEvent*>(event);
+            if (drop->mimeData()->hasText())
+                m_type(drop->mimeData()->text());
+            drop->acceptProposedAction();
+            return true;
+        }
+        case QEvent::ContextMenu: {
+            const std::unique_ptr<QMenu> menu(m_field->createStandardContextMenu());
+            if (QAction* paste = menu->findChild<QAction*>(QStringLiteral("edit-paste"))) {
+                paste->disconnect();
+                connect(paste, &QAction::triggered, this,
+                        [this] { m_type(QGuiApplication::clipboard()->text()); });
+            }
+            menu->exec(static_cast<QContextMenuEvent*>(event)->globalPos());
+            return true;
+        }
+        default:
+            return false;
+        }
+    }
+
+private:
+    QLineEdit* m_field;
+    std::function<void(const QString&)> m_type;
+};
+
+} // namespace
 
 void frmCR::connectAmountAndDate() {
     onGotFocus(ui->txtAmount, [this] { txtAmount_GotFocus(); });
     onKeyPress(ui->txtAmount, [this](int& keyAscii) { txtAmount_KeyPress(keyAscii); });
+    // Installed after the key filter, so that it sees a paste first.
+    new PasteThroughKeys(ui->txtAmount, [this](const QString& text) { typeIntoAmount(text); });
     onLostFocus(ui->txtAmount, [this] { txtAmount_LostFocus(); });
 
     // The date is keyed only: a paste from the context menu or a drop would go round its mask.
@@ -33,6 +90,15 @@ void frmCR::txtAmount_KeyPress(int& keyAscii) {
     const bool prepaymentPicked = !ui->txtPrePay->text().isEmpty();
     ui->cmdSave->setEnabled(prepaymentPicked);
     ui->mnuFileSave->setEnabled(prepaymentPicked);
+}
+
+void frmCR::typeIntoAmount(const QString& text) {
+    for (const QChar c : text) {
+        int keyAscii = c.unicode();
+        txtAmount_KeyPress(keyAscii);
+        if (keyAscii != 0)
+            ui->txtAmount->insert(QString(QChar(keyAscii)));
+    }
 }
 
 QString frmCR::Adjust_Remaining(bool distribution) {

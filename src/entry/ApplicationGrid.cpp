@@ -4,6 +4,7 @@
 #include "entry/frmCR.h"
 #include "ledger/Formats.h"
 #include "settings/Globals.h"
+#include "ui/Events.h"
 #include "ui/FlexGrid.h"
 #include "ui/Platform.h"
 #include "ui_frmCR.h"
@@ -24,6 +25,13 @@ const QString AppliedText = QStringLiteral("Yes");
 void frmCR::connectApplicationGrid() {
     connect(ui->MSFlexGrid1, &FlexGrid::DblClick, this, &frmCR::MSFlexGrid1_DblClick);
     connect(ui->cmdSearch, &QPushButton::clicked, this, &frmCR::cmdSearch_Click);
+    // From the keyboard: Space or Enter on a document does what a double-click does.
+    onKeyDown(ui->MSFlexGrid1, [this](int& keyCode, int shift) {
+        if ((keyCode == vbKeySpace || keyCode == vbKeyReturn) && shift == 0 && m_transType != 2) {
+            keyCode = 0;
+            MSFlexGrid1_DblClick();
+        }
+    });
 }
 
 void frmCR::setSaveEnabled(bool enabled) {

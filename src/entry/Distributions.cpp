@@ -360,7 +360,7 @@ void frmCR::cmdAccount_Click() {
 }
 
 void frmCR::showFinder(int kind) {
-    if (!LedgerSession)
+    if (!LedgerSession || DistLines < 1 || m_entryLocked)
         return;
     std::vector<QStringList> records;
     try {

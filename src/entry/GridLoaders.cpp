@@ -12,6 +12,8 @@
 #include "ui/FlexGrid.h"
 #include "ui_frmCR.h"
 
+#include <QScrollBar>
+
 namespace tillbook {
 
 // ---- The grid ----
@@ -36,6 +38,13 @@ void frmCR::Set_GridHeaders() {
         break;
     }
     grid->setRows(10);
+    showGridFromStart();
+}
+
+void frmCR::showGridFromStart() {
+    // A new column set or a new load starts at its first column and row, where Apply and the document are.
+    ui->MSFlexGrid1->horizontalScrollBar()->setValue(0);
+    ui->MSFlexGrid1->verticalScrollBar()->setValue(0);
 }
 
 void frmCR::Load_OpenDocuments() {
@@ -51,12 +60,13 @@ void frmCR::Load_OpenDocuments() {
             return;
         ui->MSFlexGrid1->setRows(1);
         ui->MSFlexGrid1->AddRows(rows, alignments);
+        showGridFromStart();
     };
     try {
         Read_OpenDocuments(
             Customers[static_cast<size_t>(position)].Id, ApplyGridFields, [&](QStringList row) {
                 row[0] = ApplyMarkText(row[0]);
-                row[1] = row[1] == u"1" ? QStringLiteral("Invoice") : QString();
+                row[1] = DocumentTypeText(row[1]);
                 alignments.clear();
                 rows.push_back(gridRowCells(row, ui->MSFlexGrid1->Cols() - 1, GridRowReceipt, alignments));
             });
@@ -87,6 +97,7 @@ void frmCR::Load_CustomerDocuments() {
     } catch (const LedgerError& error) {
         reportLedgerError(QStringLiteral("The customer's documents could not be read."), error.description());
     }
+    showGridFromStart();
 }
 
 QStringList frmCR::gridRowCells(const QStringList& values, int lastColumn, int kind,
@@ -196,6 +207,7 @@ void frmCR::loadEntryLines(View& detailView, int cols, const QString& format, co
     } catch (const LedgerError& error) {
         reportLedgerError(QStringLiteral("The entry's %1 could not be read.").arg(what), error.description());
     }
+    showGridFromStart();
 }
 
 void frmCR::Load_AppliedDocuments() {

@@ -229,8 +229,9 @@ void frmCR::setEntryFieldsEnabled(bool enabled) {
     for (QWidget* field : fields)
         field->setEnabled(enabled);
     if (m_transType == 2) {
-        ui->cmdDist->setEnabled(enabled);
-        ui->cmdAccount->setEnabled(enabled);
+        // The finders fill a line: none before the first line is started.
+        ui->cmdDist->setEnabled(enabled && DistLines > 0);
+        ui->cmdAccount->setEnabled(enabled && DistLines > 0);
     }
 }
 

@@ -140,6 +140,9 @@ void frmCR::cboTransType_Click() {
     Clear_Entry();
     m_amountOnFocus = Money();
     setModeControls(mode);
+    // Nothing of the previous entry or mode stays in the grid (misc. mode empties it as it starts its lines).
+    if (mode != 2)
+        Set_GridHeaders();
     ui->MSFlexGrid1->setVisible(true);
     m_transType = mode;
 }
@@ -193,6 +196,9 @@ void frmCR::Clear_Entry() {
     m_dateMask =
         FormatShortDate(today).replace(QRegularExpression(QStringLiteral("[0-9]")), QStringLiteral("_"));
     ui->txtDate->setText(FormatShortDate(today));
+    // Typing a date starts again at its first digit.
+    m_datePos = 0;
+    m_dateTyping = false;
     Load_FiscalYears(today);
     Load_FiscalPeriods(today);
     ui->txtAmount->clear();

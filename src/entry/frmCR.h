@@ -149,6 +149,8 @@ public slots:
 
 private:
     void connectAmountAndDate();
+    // Text pasted or dropped into the amount, keyed character by character through its key filter.
+    void typeIntoAmount(const QString& text);
     Money m_amountOnFocus;     // the amount when its field last took the focus
     int m_datePos = 0;         // characters of the date field filled; the caret stands after them
     bool m_dateTyping = false; // the last key in the date field was a digit, not Backspace
@@ -222,6 +224,7 @@ private:
     // After a failed save: the grid loaded again so that the clerk can correct the entry.
     void reloadAfterFailedSave();
     void setModeControls(int mode);
+    void showGridFromStart();
     // Shows a ledger failure to the clerk and clears the session's error list.
     void reportLedgerError(const QString& what, const QString& description);
     void setNewEntryEnabled(bool enabled);

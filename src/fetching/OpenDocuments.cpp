@@ -25,11 +25,13 @@ void Read_OpenDocuments(const QString& customer, const QStringList& fields, cons
     customerField.putWithoutVerification(customer);
     ReceiptPostView->process();
     ReceiptPostView->order(0);
-    // Each field looked up once: DOCTYPE in the header view, the others in the list.
+    // Each field looked up once. The document type is the document's own (TRXTYPE): the receipt header's
+    // DOCTYPE would give every document the type of the receipt, or none.
     std::vector<Field*> sources;
     sources.reserve(size_t(fields.size()));
     for (const QString& field : fields)
-        sources.push_back(&(field == u"DOCTYPE" ? ReceiptHeaderView : ReceiptPostView)->fields().item(field));
+        sources.push_back(
+            &ReceiptPostView->fields().item(field == u"DOCTYPE" ? QStringLiteral("TRXTYPE") : field));
     for (int n = 1;; ++n) {
         key.putWithoutVerification(QString::number(n));
         if (!ReceiptPostView->read())

@@ -9,12 +9,24 @@
 
 namespace tillbook {
 
+namespace {
+
+// The program's current printer: made current in the dialog, kept from one opening to the next.
+QPrinterInfo& currentPrinter() {
+    static QPrinterInfo printer;
+    return printer;
+}
+
+} // namespace
+
 frmPrinter::frmPrinter(QWidget* parent) : QDialog(parent), ui(std::make_unique<Ui::frmPrinter>()) {
     ui->setupUi(this);
     setObjectName(QStringLiteral("frmPrinter"));
     setFixedSize(size());
     connect(ui->chkDefault, &QCheckBox::clicked, this, &frmPrinter::chkDefault_Click);
+    // A printer chosen with the mouse or the arrow keys.
     connect(ui->lstNames, &QListWidget::itemClicked, this, &frmPrinter::lstNames_Click);
+    connect(ui->lstNames, &QListWidget::currentRowChanged, this, &frmPrinter::lstNames_Click);
     connect(ui->cmdOK, &QPushButton::clicked, this, &frmPrinter::cmdOK_Click);
     connect(ui->cmdClose, &QPushButton::clicked, this, &frmPrinter::cmdClose_Click);
     Form_Load();
@@ -45,7 +57,8 @@ void frmPrinter::Load_PrinterSettings() {
 void frmPrinter::Save_PrinterSettings() {
     PrinterSettings chosen;
     if (!ui->chkDefault->isChecked()) {
-        chosen = Printer_Identity(m_current.isNull() ? QPrinterInfo::defaultPrinter() : m_current);
+        const QPrinterInfo& current = currentPrinter();
+        chosen = Printer_Identity(current.isNull() ? QPrinterInfo::defaultPrinter() : current);
         chosen.useDefault = false;
     }
     tillbook::Save_PrinterSettings(chosen);
@@ -69,8 +82,8 @@ void frmPrinter::lstNames_Click() {
     const QString name = ui->lstNames->item(row)->text();
     for (const QPrinterInfo& printer : printers)
         if (printer.printerName() == name)
-            m_current = printer;
-    ui->lblPrinter->setText(m_current.printerName());
+            currentPrinter() = printer;
+    ui->lblPrinter->setText(currentPrinter().printerName());
 }
 
 void frmPrinter::cmdOK_Click() {

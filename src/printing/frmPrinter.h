@@ -35,7 +35,6 @@ protected:
 
 private:
     std::unique_ptr<Ui::frmPrinter> ui;
-    QPrinterInfo m_current; // the printer clicked last; none = the default printer
     bool m_closing = false;
 };
 

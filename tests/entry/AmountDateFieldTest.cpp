@@ -9,6 +9,8 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QTest>
 
@@ -56,6 +58,19 @@ private slots:
         window->form->Clear_Entry();
     }
     void cleanup() { window.reset(); }
+
+    void pastedTextGoesThroughTheKeyFilter() {
+        QLineEdit* amount = window->edit("txtAmount");
+        for (const auto& [pasted, kept] :
+             {std::pair{"1,234.56", "1234.56"}, {"$100", "100"}, {"1.2.3", "1.23"}}) {
+            amount->clear();
+            DecimalTyped = false;
+            amount->setFocus(Qt::TabFocusReason);
+            QGuiApplication::clipboard()->setText(pasted);
+            QTest::keySequence(amount, QKeySequence::Paste);
+            QCOMPARE(amount->text(), QString(kept));
+        }
+    }
 
     void theRemainingAmountsAndButtonsFollowTheAmount() {
         QCOMPARE(type("txtAmount", "12.5.0")->text(), QString("12.50"));
@@ -132,6 +147,9 @@ private slots:
         QCOMPARE(window->combo("cboYear")->currentText(), QString("2026"));
         QCOMPARE(window->combo("cboPeriod")->currentText(), QString("12"));
         QCOMPARE(headerDate(), QDate(2026, 12, 2));
+        // A new entry's date is typed from its first digit again.
+        window->form->Clear_Entry();
+        QCOMPARE(window->form->DatePos(), 0);
     }
 
     void anImpossibleDateIsRefusedByTheLedgerWithAClearMessage() {

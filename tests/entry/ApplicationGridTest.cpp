@@ -9,6 +9,7 @@
 
 #include <QAction>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTest>
 
 using namespace tillbook;
@@ -146,12 +147,22 @@ private slots:
         startEntry(0);
         window->edit("txtAmount")->setText("1,000.00");
         window->edit("txtUnapplied")->setText("1,000.00");
-        dblClick(1, 0);
+        QVERIFY(QStringList({"Invoice", "Debit Note", "Credit Note"}).contains(grid()->TextMatrix(1, 1)));
+        // From the keyboard, Space on the Apply cell applies as a double-click does.
+        grid()->setRow(1);
+        grid()->setCol(0);
+        grid()->setFocus();
+        QTest::keyClick(grid(), Qt::Key_Space);
+        QCOMPARE(grid()->TextMatrix(1, 0), QString("Yes"));
         QVERIFY(window->text("txtUnapplied") != "1,000.00");
+        grid()->horizontalScrollBar()->setValue(grid()->horizontalScrollBar()->maximum());
         window->combo("cboCustomers")->setListIndex(1);
         QCOMPARE(ApplyCount, 0);
         QCOMPARE(window->text("txtUnapplied"), QString("1,000.00"));
         QVERIFY(!saveEnabled());
+        // The next customer's documents are shown from their first column.
+        window->form->cmdSearch_Click();
+        QCOMPARE(grid()->horizontalScrollBar()->value(), 0);
     }
 
     // Yes to the unsaved-entry question saves the receipt as a receipt, whatever mode was chosen; the

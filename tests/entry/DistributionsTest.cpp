@@ -114,6 +114,10 @@ private slots:
     }
 
     void theFirstLineOpensTheEditorOverItsCodeCell() {
+        // No finder before there is a line to fill.
+        window->combo("cboTransType")->setListIndex(2);
+        window->form->Unlock_Entry();
+        QVERIFY(!window->enabled("cmdDist") && !window->enabled("cmdAccount"));
         startMisc("100.00");
         QCOMPARE(DistLines, 1);
         QCOMPARE(grid()->Cols(), 5);

@@ -72,6 +72,22 @@ private slots:
         }
     }
 
+    void theLargestAmountsFitTheirBoxes() {
+        const QString largest = "99,999,999,999,999.00";
+        for (const auto& [box, text] : {std::pair{"txtAmount", largest},
+                                        {"txtUnapplied", largest},
+                                        {"txtDistribution", largest},
+                                        {"txtBatchTotal", "Total:  " + largest},
+                                        {"txtBatchEntries", QString("Entries:  32767")}}) {
+            const QLineEdit* edit = window->edit(box);
+            QVERIFY2(edit->fontMetrics().horizontalAdvance(text) + 10 <= edit->width(),
+                     qPrintable(QString("%1: %2 of %3")
+                                    .arg(box)
+                                    .arg(edit->fontMetrics().horizontalAdvance(text))
+                                    .arg(edit->width())));
+        }
+    }
+
     void theThreeModesShowTheirOwnControls() {
         window->combo("cboTransType")->setListIndex(1);
         QCOMPARE(window->form->windowTitle(), QString("Tillbook - PrePayment Entry"));

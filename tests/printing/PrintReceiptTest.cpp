@@ -35,10 +35,10 @@ TEST_F(PrintReceipt, ReceiptPrintsEveryCopyWithItsLinesAndTotal) {
     EXPECT_EQ(two.count("Customer copy"), 1);
     EXPECT_EQ(two.count("Office copy"), 1);
     EXPECT_EQ(two.count("File copy"), 0);
-    EXPECT_EQ(two.count("CHQ-1001"), 2);
+    EXPECT_EQ(two.count("CHQ-1001"), 4); // heading and payment block, twice
     EXPECT_EQ(two.count("Pharmacy IN0000006"), 2);
     EXPECT_EQ(two.count("3,349.75"), 2);
-    EXPECT_EQ(two.count("3,976.94"), 2); // the total of the two lines
+    EXPECT_EQ(two.count("3,976.94"), 4); // the total of the two lines, and what was applied
     EXPECT_TRUE(two.contains("March 15, 2025"));
     EXPECT_TRUE(two.contains("Silver Dairy Group (0001)"));
     EXPECT_TRUE(two.contains("2858 King St. W."));
@@ -48,18 +48,18 @@ TEST_F(PrintReceipt, ReceiptPrintsEveryCopyWithItsLinesAndTotal) {
     const QString three = printed(requestFor(1, ReceiptKind::Receipt, true));
     for (const char* copy : {"Customer copy", "Office copy", "File copy"})
         EXPECT_EQ(three.count(copy), 1) << copy;
-    EXPECT_EQ(three.count("3,976.94"), 3);
+    EXPECT_EQ(three.count("3,976.94"), 6);
 }
 
 TEST_F(PrintReceipt, PrepaymentAndMiscReceiptsPrintTheirOwnLines) {
     const QString prepay = printed(requestFor(2, ReceiptKind::Prepayment, true));
     EXPECT_EQ(prepay.count("PP0000001"), 3);
     EXPECT_EQ(prepay.count("IN0000018"), 6); // the document, and in the description
-    EXPECT_EQ(prepay.count("1,250.00"), 6);  // line and total, three times
+    EXPECT_EQ(prepay.count("1,250.00"), 12); // line, total, received and applied, three times
 
     const QString misc = printed(requestFor(3, ReceiptKind::Misc, false));
     EXPECT_EQ(misc.count("Freight recovered"), 2);
-    EXPECT_EQ(misc.count("1,500.00"), 2);
+    EXPECT_EQ(misc.count("1,500.00"), 6);
     EXPECT_EQ(misc.count("Walk-in"), 2);
     EXPECT_FALSE(misc.contains("Silver Dairy Group"));
 }
@@ -67,11 +67,11 @@ TEST_F(PrintReceipt, PrepaymentAndMiscReceiptsPrintTheirOwnLines) {
 TEST_F(PrintReceipt, ThirtyLinesAndNoLinesBothFitTheirBands) {
     const QString thirty = printed(requestFor(4, ReceiptKind::Misc, true));
     EXPECT_EQ(thirty.count("Line 30 of thirty"), 3);
-    EXPECT_EQ(thirty.count("465.00"), 3);
-    EXPECT_EQ(thirty.count("Received by"), 3);
+    EXPECT_EQ(thirty.count("465.00"), 9);
+    EXPECT_EQ(thirty.count("Received by"), 6); // the clerk and the signature
 
     const QString none = printed(requestFor(5, ReceiptKind::Receipt, false));
-    EXPECT_EQ(none.count("CHQ-5005"), 2);
+    EXPECT_EQ(none.count("CHQ-5005"), 4);
     EXPECT_EQ(none.count("(no lines)"), 2);
     EXPECT_TRUE(none.contains("Bartholomew-Fitzgerald Agricultural Supply"));
 }

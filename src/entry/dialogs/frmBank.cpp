@@ -14,6 +14,9 @@ frmBank::frmBank(const QString& batchNumber, const QStringList& bankCodes, BankC
     : QDialog(parent), ui(std::make_unique<Ui::frmBank>()), m_write(std::move(writeBankCode)) {
     ui->setupUi(this);
     setObjectName(QStringLiteral("frmBank"));
+    // A title only: the dialog closes by OK, so it shows no minimise, maximise or close button that would do
+    // nothing.
+    setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
     setFixedSize(size());
     CentreForm(this);
     ui->txtBatchNum->setText(batchNumber);
