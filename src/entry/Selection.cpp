@@ -14,6 +14,8 @@
 #include "ui/Platform.h"
 #include "ui_frmCR.h"
 
+#include <QSignalBlocker>
+
 namespace tillbook {
 
 void frmCR::connectSelection() {
@@ -183,6 +185,15 @@ void frmCR::cboEntry_Click() {
     if (position < 0 || EntryIsNew.empty() || position >= static_cast<int>(EntryIsNew.size()))
         return;
     if (!EntryIsNew[static_cast<size_t>(position)]) {
+        // The entry being keyed is asked about before another is shown, while it is still the one on show.
+        if (EntryDirty && Prompt_SaveEntry() == vbYes) {
+            const QSignalBlocker quiet(ui->cboEntry);
+            // Not saved: it stays on show for the clerk to correct; saved: the list, rebuilt, shows the
+            // choice.
+            ui->cboEntry->setCurrentIndex(PostOK ? position : ui->cboEntry->ListCount() - 1);
+            if (!PostOK)
+                return;
+        }
         CurrentEntry = QString::number(position + 1);
         Load_Receipt();
         Lock_Entry();
