@@ -184,8 +184,19 @@ private slots:
         QVERIFY(!window->form->EntryLocked());
         QVERIFY(window->text("txtAmount").isEmpty());
         QVERIFY(window->shown("txtDistribution"));
-        // The saved entry is the receipt, read back as one.
+        // A receipt keyed as the new entry is saved, asked about, when a saved entry is chosen; the chosen
+        // one is then shown, the receipt read back as one.
+        window->combo("cboTransType")->setListIndex(0);
+        window->combo("cboCustomers")->setListIndex(0);
+        window->edit("txtAmount")->setText("50.00");
+        window->edit("txtUnapplied")->setText("50.00");
+        window->form->cmdSearch_Click();
+        dblClick(2, 0); // the first document is taken up by the first entry
         window->combo("cboEntry")->setListIndex(0);
+        QCOMPARE(boxes.asked.size(), 2);
+        QCOMPARE(window->text("txtBatchEntries"), QString("Entries:  2"));
+        QCOMPARE(window->combo("cboEntry")->ListIndex(), 0);
+        QVERIFY(window->form->EntryLocked());
         QCOMPARE(window->combo("cboTransType")->ListIndex(), 0);
         QCOMPARE(window->text("txtAmount"), QString("100.00"));
     }
