@@ -162,6 +162,15 @@ TEST(CompanyFileTest, TheCompanyAndItsLogFilesAreTheOwnersOnly) {
     }
 }
 
+// A company made before a field was added to its view gets the field's column when this program opens it.
+TEST_P(CompanyCreationTest, AnOlderCompanyGetsTheColumnsOfNewFields) {
+    for (const char* column : {"AUDTDATE", "AUDTTIME"})
+        CompanyStore::open(m_id)->execute(
+            QStringLiteral("ALTER TABLE \"ARTCR\" DROP COLUMN \"%1\"").arg(column));
+    EXPECT_NO_THROW(CompanyStore::open(m_id)->execute(
+        QStringLiteral("SELECT \"AUDTDATE\", \"AUDTTIME\" FROM \"ARTCR\"")));
+}
+
 TILLBOOK_ON_EACH_STORE(CompanyCreationTest);
 TILLBOOK_ON_EACH_STORE(PasswordTest);
 
