@@ -16,7 +16,7 @@ struct PrintRequest {
     ReceiptKind kind = ReceiptKind::Receipt;
     QString customerNumber; // the selected customer's number; not read for a miscellaneous receipt
     bool threePart = true;  // the "3 panel Voucher" style is ticked; otherwise two-part
-    QString reportFolder;   // the templates' folder; empty = "Reports" beside the program
+    QString reportFolder;   // the templates' folder; empty = the program's "Reports"
 };
 
 } // namespace tillbook
