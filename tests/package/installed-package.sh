@@ -28,8 +28,10 @@ for command in $("$root/usr/bin/tillbook-ledger" --help | sed -n 's/^  \([a-z-]*
   grep -q "^\.B ${command//-/\\\\-} " <<<"$manual" || { echo "manual page lacks command $command" >&2; exit 1; }
 done
 
-# A sample company made with the installed tool, and a receipt saved into its batch 1.
-export TILLBOOK_DATA="$work/data" TILLBOOK_TODAY=2025-03-15 TILLBOOK_PDF_DIR="$work/pdf"
+# A sample company made with the installed tool, and a receipt saved into its batch 1. The company goes to the
+# user's data folder, where the program looks for it too.
+unset TILLBOOK_DATA TILLBOOK_LEDGER_URL XDG_DATA_HOME XDG_CONFIG_HOME
+export HOME="$work/home" TILLBOOK_TODAY=2025-03-15 TILLBOOK_PDF_DIR="$work/pdf"
 "$root/usr/bin/tillbook-ledger" create PKGINC --sample --customers 20 --documents 120 >/dev/null
 "$root/usr/bin/tillbook-ledger" run PKGINC "$here/receipt.script" --date 2025-03-15 --stop-on-error >/dev/null
 
