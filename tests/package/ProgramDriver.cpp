@@ -1,8 +1,9 @@
 // Drives the installed program as a clerk would, from inside it: loaded into /usr/bin/tillbook with
-// LD_PRELOAD, it signs in on the sign-in window, opens the user's guide, shows entry 1 of batch 1 on the
-// receipt window and prints it, then ends the program. It reaches the windows only by their controls' names,
-// so it needs nothing of the program but Qt. It prints the sign-in window's version line on standard output;
-// a message box, or a step that does not come within a minute, ends the program with status 3.
+// LD_PRELOAD, it opens the about box from the sign-in window, signs in, opens the user's guide, shows entry 1
+// of batch 1 on the receipt window and prints it, then ends the program. It reaches the windows only by their
+// controls' names, so it needs nothing of the program but Qt. It prints the version lines of the sign-in
+// window and of the about box on standard output; a message box, or a step that does not come within a
+// minute, ends the program with status 3.
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -19,7 +20,7 @@
 
 namespace {
 
-enum class Step { SignIn, Print, AwaitPdf };
+enum class Step { Login, About, Print, AwaitPdf };
 
 QWidget* visibleWindow(const char* name) {
     for (QWidget* window : QApplication::topLevelWidgets())
@@ -61,8 +62,10 @@ private:
         if (m_clock.elapsed() > 60000)
             return fail(QStringLiteral("no progress at step %1").arg(int(m_step)));
         switch (m_step) {
-        case Step::SignIn:
-            return signIn();
+        case Step::Login:
+            return login();
+        case Step::About:
+            return aboutAndSignIn();
         case Step::Print:
             return print();
         case Step::AwaitPdf:
@@ -76,15 +79,24 @@ private:
         }
     }
 
-    void signIn() {
+    void login() {
         QWidget* login = visibleWindow("frmLogin");
         auto* user = control<QComboBox>(login, "cboUser");
         if (!user || user->currentIndex() < 0)
             return; // the stored sign-in is not loaded yet
-        std::printf("%s\n", qPrintable(control<QLabel>(login, "lblVersion")->text()));
-        std::fflush(stdout);
+        printVersion(login);
+        m_step = Step::About;
+        later([login] { QMetaObject::invokeMethod(login, "mnuHelpAbout_Click"); });
+    }
+
+    void aboutAndSignIn() {
+        QWidget* about = visibleWindow("frmAbout");
+        if (!about)
+            return;
+        printVersion(about);
         m_step = Step::Print;
-        later([login] {
+        later([about] { control<QAbstractButton>(about, "cmdOK")->click(); });
+        later([login = visibleWindow("frmLogin")] {
             control<QLineEdit>(login, "txtPassword")->setText(QStringLiteral("ADMIN"));
             QMetaObject::invokeMethod(login, "txtPassword_LostFocus");
             QMetaObject::invokeMethod(login, "mnuHelpLogin_Click");
@@ -108,9 +120,14 @@ private:
         });
     }
 
+    static void printVersion(QWidget* window) {
+        std::printf("%s\n", qPrintable(control<QLabel>(window, "lblVersion")->text()));
+        std::fflush(stdout);
+    }
+
     QTimer m_timer;
     QElapsedTimer m_clock;
-    Step m_step = Step::SignIn;
+    Step m_step = Step::Login;
 };
 
 void startDriver() {

@@ -35,7 +35,7 @@ export HOME="$work/home" TILLBOOK_TODAY=2025-03-15 TILLBOOK_PDF_DIR="$work/pdf"
 "$root/usr/bin/tillbook-ledger" create PKGINC --sample --customers 20 --documents 120 >/dev/null
 "$root/usr/bin/tillbook-ledger" run PKGINC "$here/receipt.script" --date 2025-03-15 --stop-on-error >/dev/null
 
-# The installed program signs in, opens its guide (a stand-in opener records the path) and prints entry 1.
+# The installed program shows its about box, signs in, opens its guide (a stand-in opener records the path) and prints entry 1.
 export TILLBOOK_SETTINGS="$work/settings.ini"
 cat >"$TILLBOOK_SETTINGS" <<'INI'
 [Database1]
@@ -54,7 +54,9 @@ printf '#!/bin/sh\nprintf "%%s\\n" "$@" > "%s/opened"\n' "$work" >"$work/bin/xdg
 chmod +x "$work/bin/xdg-open"
 shown="$(PATH="$work/bin:$PATH" LD_PRELOAD="$driver" timeout 120 "$root/usr/bin/tillbook")"
 
-[[ "$shown" == "Version  $version" ]] || { echo "sign-in window shows \"$shown\", package is $version" >&2; exit 1; }
+# The sign-in window and the about box show the package's version.
+[[ "$shown" == "Version  $version"$'\n'"Version  $version" ]] ||
+  { echo "sign-in window and about box show \"$shown\", package is $version" >&2; exit 1; }
 [[ "$(cat "$work/opened")" == "$root/usr/share/tillbook/help/index.html" ]] ||
   { echo "guide opened: $(cat "$work/opened")" >&2; exit 1; }
 pdf="$(ls "$TILLBOOK_PDF_DIR"/*.pdf)"
