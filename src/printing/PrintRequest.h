@@ -15,7 +15,7 @@ struct PrintRequest {
     QString entry; // the entry list's text: the entry number
     ReceiptKind kind = ReceiptKind::Receipt;
     bool threePart = true; // the "3 panel Voucher" style is ticked; otherwise two-part
-    QString reportFolder;  // the templates' folder; empty = "Reports" beside the program
+    QString reportFolder;  // the templates' folder; empty = the program's "Reports"
 };
 
 } // namespace tillbook

@@ -7,8 +7,8 @@
 #include "printing/ReceiptData.h"
 #include "printing/ReceiptPage.h"
 #include "printing/Report.h"
-#include "ui/Forms.h"
 #include "ui/Platform.h"
+#include "ui/ProgramData.h"
 
 #include <QDir>
 #include <QPainter>
@@ -149,7 +149,7 @@ PrintOutcome Print_Receipt(const PrintRequest& request) {
     }
 
     const QString folder =
-        request.reportFolder.isEmpty() ? ProgramFolder() + QStringLiteral("/Reports") : request.reportFolder;
+        request.reportFolder.isEmpty() ? ProgramDataFolder(QStringLiteral("Reports")) : request.reportFolder;
     std::unique_ptr<Report> report;
     try {
         report = Report::open(QDir(folder).filePath(ReceiptTemplateName(request.kind, request.threePart)));

@@ -2,6 +2,7 @@
 
 #include "ui/Forms.h"
 #include "ui/Platform.h"
+#include "ui/ProgramData.h"
 #include "ui/frmHelp.h"
 
 #include <QFileInfo>
@@ -15,12 +16,13 @@ QString HelpCommandLine() {
            QStringLiteral("\\Tillbook Help.chm");
 #else
     // The desktop's opener shows the user's guide in the browser; the path is quoted, as it may hold blanks.
-    return QStringLiteral("xdg-open \"") + ProgramFolder() + QStringLiteral("/help/index.html\"");
+    // The guide stands beside the program in a build tree, in the data folder once installed.
+    return QStringLiteral("xdg-open \"") + HelpIndexFile() + QStringLiteral("\"");
 #endif
 }
 
 QString HelpIndexFile() {
-    return ProgramFolder() + QStringLiteral("/help/index.html");
+    return ProgramDataFolder(QStringLiteral("help")) + QStringLiteral("/index.html");
 }
 
 void ShowHelp() {

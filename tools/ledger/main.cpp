@@ -38,7 +38,9 @@ void printUsage(QTextStream& out) {
 
 int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("tillbook"));
+    // The program's own names: without TILLBOOK_DATA both find companies in the same data folder.
+    QCoreApplication::setOrganizationName(QStringLiteral("ORVA"));
+    QCoreApplication::setApplicationName(QStringLiteral("ORVA Tillbook"));
     QStringList words = app.arguments().mid(1);
     QTextStream out(stdout);
     QTextStream err(stderr);
