@@ -11,8 +11,9 @@ namespace {
 
 const QString Due = QStringLiteral("AMTDUETC");
 
-QString documentName(ViewCore& view) {
-    return QStringLiteral("document %1 of customer %2")
+QString documentName(ViewCore& view, bool opening = false) {
+    return QStringLiteral("%1ocument %2 of customer %3")
+        .arg(opening ? QStringLiteral("D") : QStringLiteral("d"))
         .arg(textField(view, QStringLiteral("IDINVC")).trimmed(),
              textField(view, QStringLiteral("IDCUST")).trimmed());
 }
@@ -38,7 +39,7 @@ void checkDueWithinAmount(ViewCore& view, Money due) {
         view.errors().fail(
             QStringLiteral("%1 cannot be due %2: its amount is %3, and what is due lies between "
                            "nothing and that amount.")
-                .arg(documentName(view), due.toLedgerString(), amount.toLedgerString()));
+                .arg(documentName(view, true), due.toLedgerString(), amount.toLedgerString()));
 }
 
 // Unposted entries apply to the document what they apply; it may not be brought below that.
