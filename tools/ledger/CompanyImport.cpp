@@ -141,9 +141,11 @@ void FileImport::loadRecord(const CsvRecord& record, std::vector<StatedFigure>& 
         return;
     }
 
+    // A new record with its defaults and the key: what an insert writes when no record has the key, and
+    // what read replaces when one has.
     bool ok = true;
     bool changed = false;
-    m_view->clear();
+    m_view->init();
     for (int column : m_keyColumns)
         ok = putChanged(*m_columns[size_t(column)], record.fields[column], record.line, changed) && ok;
     if (!ok)
@@ -154,11 +156,6 @@ void FileImport::loadRecord(const CsvRecord& record, std::vector<StatedFigure>& 
             record.line, m_columns[size_t(m_keyColumns.front())]->name(),
             QStringLiteral("the company has a profile already; this file may change it, not add another."));
         return;
-    }
-    if (!exists) {
-        m_view->init();
-        for (int column : m_keyColumns)
-            m_columns[size_t(column)]->putWithoutVerification(record.fields[column]);
     }
     changed = false;
     for (size_t column = 0; column < m_columns.size(); ++column) {
