@@ -71,8 +71,10 @@ int importCommand(const QStringList& words) {
                    .arg(file.updated)
                    .arg(file.unchanged);
     if (!result.problems.empty()) {
-        err << QStringLiteral("Nothing was imported: %1 problems.\n")
-                   .arg(qint64(result.problems.size()) + result.problemsLeftOut);
+        const qint64 count = qint64(result.problems.size()) + result.problemsLeftOut;
+        err << QStringLiteral("Nothing was imported: %1 %2.\n")
+                   .arg(count)
+                   .arg(count == 1 ? QStringLiteral("problem") : QStringLiteral("problems"));
         return badInput ? 2 : 1;
     }
     out << (result.written ? QStringLiteral("Imported into company %1.\n").arg(args.positional[0].toUpper())
