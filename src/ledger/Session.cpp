@@ -4,6 +4,7 @@
 #include "ledger/engine/Guarded.h"
 #include "ledger/engine/SessionState.h"
 #include "ledger/engine/TableAccess.h"
+#include "ledger/engine/Transaction.h"
 #include "ledger/engine/ValueCodec.h"
 
 namespace tillbook {
@@ -74,6 +75,13 @@ std::unique_ptr<View> Session::openView(const QString& viewId, const QString& /*
     if (!def)
         m_state->errors.fail(QStringLiteral("View \"%1\" does not exist in this company.").arg(viewId));
     return std::make_unique<View>(m_state, *def);
+}
+
+std::unique_ptr<engine::Transaction> Session::beginTransaction() {
+    if (!m_state)
+        m_closedErrors.fail(QStringLiteral("Open a company before writing to it."));
+    return engine::guarded(m_state->errors,
+                           [&] { return std::make_unique<engine::Transaction>(*m_state->store); });
 }
 
 } // namespace tillbook

@@ -14,7 +14,8 @@ namespace tillbook {
 
 namespace engine {
 struct SessionState;
-}
+class Transaction;
+} // namespace engine
 
 class Session {
 public:
@@ -38,6 +39,10 @@ public:
     std::unique_ptr<View> openView(const QString& viewId, const QString& ledger = QString());
 
     ErrorList& errors();
+
+    // Many writes as one: what the session's views write until the returned object's commit() lasts
+    // together, and nothing of it when the object goes uncommitted. Fails when no company is open.
+    std::unique_ptr<engine::Transaction> beginTransaction();
 
 private:
     std::shared_ptr<engine::SessionState> m_state;

@@ -1,3 +1,4 @@
+#include "ToolProcess.h"
 #include "ledger/engine/CompanyStore.h"
 #include "support/TestCompany.h"
 
@@ -14,31 +15,6 @@
 
 namespace tillbook::test {
 namespace {
-
-struct ToolResult {
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
-
-// A user other than the test's own, for files the tool must not be able to write even as root.
-constexpr uid_t Nobody = 65534;
-
-ToolResult runTool(const QStringList& arguments, const QByteArray& input = {}, bool asNobody = false) {
-    QProcess process;
-    if (asNobody)
-        process.setChildProcessModifier([] {
-            if (setgroups(0, nullptr) != 0 || setgid(Nobody) != 0 || setuid(Nobody) != 0)
-                _exit(99);
-        });
-    process.start(QStringLiteral(TILLBOOK_LEDGER_TOOL), arguments);
-    process.write(input);
-    process.closeWriteChannel();
-    process.waitForFinished(300000);
-    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-            QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
-}
 
 class LedgerToolTest : public ::testing::Test {
 protected:

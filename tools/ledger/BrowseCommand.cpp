@@ -2,8 +2,8 @@
 
 #include "CommandLine.h"
 #include "Commands.h"
-#include "Csv.h"
 #include "SignIn.h"
+#include "ViewCsv.h"
 
 #include <QTextStream>
 
@@ -32,23 +32,13 @@ int browseCommand(const QStringList& words) {
         for (const QString& name : args.option(QStringLiteral("fields")).split(u',', Qt::SkipEmptyParts))
             fields.push_back(&view->fields().item(name));
     } else {
-        for (int i = 0; i < view->fields().count(); ++i)
-            fields.push_back(&view->fields().at(i));
+        fields = allFields(*view);
     }
     view->order(args.intOption(QStringLiteral("order"), 0));
     view->browse(args.positional.value(2), !args.flag(QStringLiteral("descending")));
 
     QTextStream out(stdout);
-    QStringList header;
-    for (Field* field : fields)
-        header << field->name();
-    out << csvLine(header);
-    while (view->fetch()) {
-        QStringList line;
-        for (Field* field : fields)
-            line << field->text();
-        out << csvLine(line);
-    }
+    writeRecords(*view, fields, out);
     return 0;
 }
 

@@ -1,5 +1,7 @@
 #include "CommandLine.h"
 
+#include <QCommandLineParser>
+
 namespace tillbook::tool {
 
 int Arguments::intOption(const QString& name, int fallback) const {
@@ -15,33 +17,43 @@ int Arguments::intOption(const QString& name, int fallback) const {
 
 Arguments parseArguments(const QStringList& words, const QStringList& valueOptions,
                          const QStringList& flagOptions) {
-    Arguments arguments;
-    for (int i = 0; i < words.size(); ++i) {
-        const QString& word = words[i];
-        if (!word.startsWith(QLatin1String("--"))) {
-            arguments.positional << word;
-            continue;
-        }
-        QString name = word.mid(2);
-        QString value;
-        const bool inlineValue = name.contains(u'=');
-        if (inlineValue) {
-            value = name.section(u'=', 1);
-            name = name.section(u'=', 0, 0);
-        }
-        if (flagOptions.contains(name) && !inlineValue) {
-            arguments.flags.insert(name);
-        } else if (valueOptions.contains(name)) {
-            if (!inlineValue) {
-                if (i + 1 >= words.size())
-                    throw UsageError(QStringLiteral("--%1 needs a value.").arg(name));
-                value = words[++i];
-            }
-            arguments.options.insert(name, value);
+    QCommandLineParser parser;
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    for (const QString& name : valueOptions)
+        parser.addOption(QCommandLineOption(name, QString(), QStringLiteral("value")));
+    for (const QString& name : flagOptions)
+        parser.addOption(QCommandLineOption(name));
+    // Options are --name; a word with a single dash ("-", "-5") is a positional word, as it always was.
+    // Those words stand in for themselves by their place, so that the parser sees no option in them.
+    QStringList given{QStringLiteral("tillbook-ledger")};
+    QStringList dashWords;
+    for (const QString& word : words) {
+        const bool option = word.startsWith(QLatin1String("--"));
+        if (!option && word.startsWith(u'-') && !valueOptions.contains(given.last().mid(2))) {
+            given << QStringLiteral("\x01%1").arg(dashWords.size());
+            dashWords << word;
         } else {
-            throw UsageError(QStringLiteral("Unknown option --%1.").arg(name));
+            given << word;
         }
     }
+    if (!parser.parse(given)) {
+        const QStringList unknown = parser.unknownOptionNames();
+        if (!unknown.isEmpty())
+            throw UsageError(QStringLiteral("Unknown option --%1.").arg(unknown.front()));
+        throw UsageError(parser.errorText());
+    }
+    Arguments arguments;
+    for (QString word : parser.positionalArguments()) {
+        if (word.startsWith(u'\x01'))
+            word = dashWords.value(word.mid(1).toInt());
+        arguments.positional << word;
+    }
+    for (const QString& name : valueOptions)
+        if (parser.isSet(name))
+            arguments.options.insert(name, parser.value(name));
+    for (const QString& name : flagOptions)
+        if (parser.isSet(name))
+            arguments.flags.insert(name);
     return arguments;
 }
 

@@ -21,6 +21,9 @@ int browseCommand(const QStringList& words);
 int runCommand(const QStringList& words);
 int postBatchCommand(const QStringList& words);
 int checkCommand(const QStringList& words);
+int importCommand(const QStringList& words);
+int exportCommand(const QStringList& words);
+int receiptsCommand(const QStringList& words);
 
 extern const char* const CreateHelp;
 extern const char* const UserHelp;
@@ -28,5 +31,8 @@ extern const char* const BrowseHelp;
 extern const char* const RunHelp;
 extern const char* const PostBatchHelp;
 extern const char* const CheckHelp;
+extern const char* const ImportHelp;
+extern const char* const ExportHelp;
+extern const char* const ReceiptsHelp;
 
 } // namespace tillbook::tool

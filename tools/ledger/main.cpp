@@ -14,13 +14,16 @@ using namespace tillbook::tool;
 
 namespace {
 
-const std::array<Command, 6> Commands = {{
+const std::array<Command, 9> Commands = {{
     {"create", "create a company, empty or a sample one", CreateHelp, createCommand},
     {"user", "add a user or change a password", UserHelp, userCommand},
     {"browse", "write a view's records as CSV", BrowseHelp, browseCommand},
     {"run", "run a script of view operations", RunHelp, runCommand},
     {"post-batch", "post an open receipt batch", PostBatchHelp, postBatchCommand},
     {"check", "check that a company's receipt ledger holds together", CheckHelp, checkCommand},
+    {"import", "load a company's master data from CSV files", ImportHelp, importCommand},
+    {"export", "write a company's master data as the CSV files import reads", ExportHelp, exportCommand},
+    {"receipts", "write the receipts the tills took as CSV", ReceiptsHelp, receiptsCommand},
 }};
 
 void printUsage(QTextStream& out) {

@@ -7,6 +7,7 @@
 #include "ledger/engine/CompanyStore.h"
 
 #include <QHash>
+#include <vector>
 
 namespace tillbook::engine {
 
@@ -20,5 +21,16 @@ struct PendingAmounts {
 // Leaves out the lines of entry `entry` of batch `batch` (the entry being keyed).
 QHash<QString, PendingAmounts> pendingApplications(CompanyStore& store, const QString& customer, qint64 batch,
                                                    qint64 entry);
+
+// One unposted entry's application to a document: its batch, entry number and what it takes off.
+struct PendingLine {
+    qint64 batch = 0;
+    qint64 entry = 0;
+    Money taken;
+};
+
+// The unposted entries that apply to document `document` of `customer`, in batch and entry order.
+std::vector<PendingLine> pendingLinesOf(CompanyStore& store, const QString& customer,
+                                        const QString& document);
 
 } // namespace tillbook::engine

@@ -6,6 +6,21 @@
 
 namespace tillbook::engine {
 
+// A new record has no documents yet: its figures start at nothing and follow the documents loaded for it.
+void PostedTotalsRules::beforeInsert(ViewCore& view) {
+    for (const QString& name : m_kept) {
+        const int index = view.def().fieldIndex(name);
+        const FieldDef& field = view.def().fields[size_t(index)];
+        if (toStorage(field, view.value(index)).toLongLong() != 0)
+            view.errors().fail(
+                QStringLiteral(
+                    "%1 of new %2 record \"%3\" is kept by the ledger from its documents and starts at "
+                    "0, not %4; load documents and what is due on them with tillbook-ledger import.")
+                    .arg(field.label(), view.def().title, textField(view, view.def().fields.front().name),
+                         displayText(field, view.value(index))));
+    }
+}
+
 void PostedTotalsRules::beforeUpdate(ViewCore& view) {
     QStringList changed;
     for (const QString& name : m_kept)
@@ -33,18 +48,14 @@ void PostedTotalsRules::beforeUpdate(ViewCore& view) {
     }
 }
 
-std::unique_ptr<ViewRules> PostedTotalsRules::forDocuments() {
-    return std::make_unique<PostedTotalsRules>(
-        QStringList{QStringLiteral("AMTINVCTC"), QStringLiteral("AMTINVCHC"), QStringLiteral("AMTDUETC"),
-                    QStringLiteral("AMTDUEHC"), QStringLiteral("CNTTOTPAYM"), QStringLiteral("SWPAID"),
-                    QStringLiteral("TRXTYPETXT"), QStringLiteral("TRXTYPEID")});
+QStringList customerFigures() {
+    return {QStringLiteral("AMTBALDUET"), QStringLiteral("AMTBALDUEH"), QStringLiteral("CNTOPENINV"),
+            QStringLiteral("CNTINVPAID"), QStringLiteral("CNTPPDINVC"), QStringLiteral("AMTPPDINVT"),
+            QStringLiteral("AMTPPDINVH")};
 }
 
 std::unique_ptr<ViewRules> PostedTotalsRules::forCustomers() {
-    return std::make_unique<PostedTotalsRules>(
-        QStringList{QStringLiteral("AMTBALDUET"), QStringLiteral("AMTBALDUEH"), QStringLiteral("CNTOPENINV"),
-                    QStringLiteral("CNTINVPAID"), QStringLiteral("CNTPPDINVC"), QStringLiteral("AMTPPDINVT"),
-                    QStringLiteral("AMTPPDINVH")});
+    return std::make_unique<PostedTotalsRules>(customerFigures());
 }
 
 } // namespace tillbook::engine

@@ -1,6 +1,7 @@
 #include "ledger/engine/ReceiptRules.h"
 
 #include "ledger/engine/BatchRules.h"
+#include "ledger/engine/DocumentRules.h"
 #include "ledger/engine/EntryLineRules.h"
 #include "ledger/engine/EntryRules.h"
 #include "ledger/engine/MiscLineRules.h"
@@ -16,7 +17,7 @@ void registerReceiptRules(void (*add)(const QString& viewId, ViewRulesFactory fa
     add(QStringLiteral("AR0044"), [] { return EntryLineRules::forAppliedDocuments(); });
     add(QStringLiteral("AR0045"), [] { return EntryLineRules::forAdjustmentDistributions(); });
     add(QStringLiteral("AR0061"), [] { return std::make_unique<OpenDocumentList>(); });
-    add(QStringLiteral("AR0036"), [] { return PostedTotalsRules::forDocuments(); });
+    add(QStringLiteral("AR0036"), [] { return std::make_unique<DocumentRules>(); });
     add(QStringLiteral("AR0024"), [] { return PostedTotalsRules::forCustomers(); });
 }
 

@@ -343,7 +343,7 @@ SampleSummary fillSampleCompany(CompanyStore* store, const SampleOptions& option
         const QString second =
             r.chance(40) ? QStringLiteral("Unit %1").arg(1 + r.below(400)) : QString(QLatin1String(""));
         customers.add({customer,
-                       name.left(10),
+                       name.left(10).trimmed(), // as a put would store it: no blanks at the end
                        group,
                        r.chance(95) ? 1 : 0,
                        ymd(today.addYears(-5).addDays(r.below(1500))),

@@ -32,6 +32,13 @@ filter::FieldType filterType(FieldKind kind) {
     }
 }
 
+// The stored form of a field's default value, as the table's columns default to it.
+bool isStoredDefault(const QVariant& stored) {
+    if (stored.metaType().id() == QMetaType::QString)
+        return static_cast<const QString*>(stored.constData())->isEmpty();
+    return stored.toLongLong() == 0;
+}
+
 bool isNumeric(const FieldDef& field) {
     return field.kind == FieldKind::Decimal || field.kind == FieldKind::Integer ||
            field.kind == FieldKind::Long;
@@ -78,8 +85,10 @@ ViewCore::~ViewCore() {
 // ---- the current record ----
 
 void ViewCore::blankRecord() {
-    for (size_t i = 0; i < m_def.fields.size(); ++i)
-        m_values[i] = defaultValue(m_def.fields[i]);
+    if (m_defaults.empty())
+        for (const FieldDef& field : m_def.fields)
+            m_defaults.push_back(defaultValue(field));
+    std::copy(m_defaults.begin(), m_defaults.end(), m_values.begin());
     std::fill(m_loaded.begin(), m_loaded.end(), 1);
     std::fill(m_dirty.begin(), m_dirty.end(), 0);
     m_isNew = true;
@@ -396,12 +405,22 @@ void ViewCore::insertRecord(const Values& values) {
         errors().fail(QStringLiteral("%1 record \"%2\" already exists.")
                           .arg(m_def.title, parts.join(QStringLiteral(", "))));
     }
+    // Columns left out take the table's defaults ('' and 0), which are the stored form of every field's
+    // default: a record of a wide table is written in the columns it fills.
     std::vector<int> columns;
     Row row;
     for (int i = 0; i < int(m_def.fields.size()); ++i) {
+        QVariant stored = toStorage(m_def.fields[size_t(i)], values[size_t(i)]);
+        if (isStoredDefault(stored))
+            continue;
         columns.push_back(i);
-        row.push_back(toStorage(m_def.fields[size_t(i)], values[size_t(i)]));
+        row.push_back(std::move(stored));
     }
+    if (columns.empty()) // a record of defaults only: its key, written as it is
+        for (int field : m_def.primaryKey().fields) {
+            columns.push_back(field);
+            row.push_back(toStorage(m_def.fields[size_t(field)], values[size_t(field)]));
+        }
     m_table.insert(columns, row);
 }
 
@@ -515,9 +534,9 @@ bool ViewCore::read() {
         }
         return false;
     }
-    std::vector<int> columns;
-    for (int i = 0; i < int(m_def.fields.size()); ++i)
-        columns.push_back(i);
+    // The key alone says whether the record is there; its other columns are read, all at once, when a
+    // caller first asks for one of them (as for the records of a page).
+    const std::vector<int>& columns = m_def.primaryKey().fields;
     std::optional<Row> row = m_table.read(columns, storedKey());
     if (!row)
         return false;

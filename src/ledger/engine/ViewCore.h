@@ -112,6 +112,7 @@ private:
     int m_keyNumber = 0;
 
     Values m_values;
+    Values m_defaults; // every field's default, made once: a blank record is a copy of them
     std::vector<char> m_loaded;
     std::vector<char> m_dirty;
     std::vector<char> m_wanted; // fields callers have read: the columns later pages bring

@@ -87,15 +87,20 @@ TEST_P(SavedEntryTest, SavedLinesDocumentsAndCustomersKeepTheirFigures) {
         "Balance Due in Cust. Curr. of Customers record \"C1\" is kept by posting and cannot be put "
         "by hand (it is 120.000).");
     expectRefused(
-        *session, [&] { changeFirst("AR0036", "IDINVC = IN1", "AMTDUETC", 0); },
-        "is kept by posting and cannot be put by hand (it is 100.000).");
+        *session, [&] { changeFirst("AR0036", "IDINVC = IN2", "AMTDUETC", 10); },
+        "Document IN2 of customer C1 cannot be due 10.000: receipts not yet posted apply 50.000 to it "
+        "(entry 1 of batch 1 applies 50.000).");
+    changeFirst("AR0036", "IDINVC = IN2", "AMTDUETC", 50); // down to what is applied, no further
+    changeFirst("AR0036", "IDINVC = IN1", "AMTDUETC", 40); // paid in the books: the customer follows
     changeFirst("AR0024", "IDCUST = C1", "NAMECUST", "First and Sons");
     EXPECT_EQ(money(record("AR0044", {{"CODEPAYM", "CA"}, {"CNTBTCH", batch}, {"CNTITEM", 1}, {"CNTLINE", 1}},
                            {"AMTPAYM"})
                         ->value("AMTPAYM")),
               Money::fromWhole(50));
-    EXPECT_EQ(money(record("AR0036", {{"IDCUST", "C1"}, {"IDINVC", "IN1"}}, {"AMTDUETC"})->value("AMTDUETC")),
-              Money::fromWhole(100));
+    const auto in1 = record("AR0036", {{"IDCUST", "C1"}, {"IDINVC", "IN1"}}, {"AMTDUEHC", "SWPAID"});
+    EXPECT_EQ(money(in1->value("AMTDUEHC")), Money::fromWhole(40));
+    EXPECT_EQ(money(record("AR0024", {{"IDCUST", "C1"}}, {"AMTBALDUET"})->value("AMTBALDUET")),
+              Money::fromWhole(60));
 }
 
 } // namespace

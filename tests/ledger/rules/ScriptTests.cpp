@@ -40,8 +40,9 @@ TEST(RunScripts, ReceiptPrepaymentAndMiscReceiptThenPosting) {
     EXPECT_EQ(posted.toStdString(), expected("post-batch.expected").toStdString());
 }
 
-// Generic operations against saved entries, and amounts at the edge of their fields: the same refusals
-// and the same ledger afterwards on both stores.
+// Generic operations against saved entries, amounts at the edge of their fields, and customers and
+// documents changed by hand: the same refusals and the same ledger afterwards on both stores, and a
+// ledger that holds after each.
 class StoreScripts : public ::testing::TestWithParam<StoreKind> {};
 INSTANTIATE_TEST_SUITE_P(Stores, StoreScripts, ::testing::Values(StoreKind::Sqlite, StoreKind::Postgres),
                          storeParamName);
@@ -50,11 +51,12 @@ TEST_P(StoreScripts, SavedEntriesAndAmountsStayWithinTheRules) {
     TestStore store(GetParam());
     if (!store.unavailableReason().isEmpty())
         GTEST_SKIP() << "PostgreSQL is not available: " << store.unavailableReason().toStdString();
-    for (const QString name : {"saved-entries", "amounts"}) {
+    for (const QString name : {"saved-entries", "amounts", "documents"}) {
         const QString id = TestStore::uniqueId(QStringLiteral("S"));
         tool({"create", id, "--sample", "--customers", "20", "--documents", "120"}, 0);
         EXPECT_EQ(tool({"run", id, Scripts + name + ".script", "--date", "2025-03-15"}, 1).toStdString(),
                   expected(name + ".expected").toStdString());
+        tool({"check", id}, 0);
     }
 }
 
