@@ -3,9 +3,27 @@
 #include <QComboBox>
 #include <QListView>
 #include <QPainter>
+#include <QProxyStyle>
 #include <QSignalBlocker>
 
 namespace tillbook {
+
+namespace {
+
+// The list drops down below the box, as a plain drop-down list does, rather than as a menu over it: a
+// menu is made as wide as the widest of all the names and as tall as all the rows, which means measuring
+// every name on each opening.
+class DropDownStyle : public QProxyStyle {
+public:
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* returned) const override {
+        if (hint == SH_ComboBox_Popup)
+            return 0;
+        return QProxyStyle::styleHint(hint, option, widget, returned);
+    }
+};
+
+} // namespace
 
 CustomerListModel::CustomerListModel(const CustomerList& customers, QObject* parent)
     : QAbstractListModel(parent), m_customers(customers) {}
@@ -60,12 +78,15 @@ void ShowCustomers(QComboBox* combo, const CustomerList& customers, int count) {
     auto* model = qobject_cast<CustomerListModel*>(combo->model());
     const QSignalBlocker quiet(combo);
     if (!model) {
+        auto* style = new DropDownStyle();
+        style->setParent(combo);
+        combo->setStyle(style);
         model = new CustomerListModel(customers, combo);
         combo->setModel(model);
         auto* view = new QListView(combo);
         view->setUniformItemSizes(true);
-        view->setItemDelegate(new CustomerNumberDelegate(view));
         combo->setView(view);
+        combo->setItemDelegate(new CustomerNumberDelegate(view));
     }
     model->showFirst(count);
     combo->setCurrentIndex(-1);
