@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Times the real program as a clerk meets it, on a sample company of SIZE customers (ten documents each), under
-# a virtual X server: the wall clock from Enter on the sign-in window to the ready receipt window, the memory
+# a virtual X server: the wall clock from Enter on the sign-in window to the ready receipt window (and the CPU
+# time the program spent on it, steadier than the wall clock on a shared machine), the memory
 # the program holds then (VmRSS from /proc), and the wall clock from a click on the customer box to its list
 # shown, opened and closed again several times, against the same for the three-item transaction-type box
 # (the floor: what a click, xdotool and the X server cost). Medians of RUNS sign-ins. Run by hand:
@@ -48,7 +49,7 @@ now() { date +%s%N; }
 window() {
     local found=""
     for _ in $(seq 20000); do
-        found=$(xdotool search --onlyvisible --pid "$1" --name "^$2\$" 2>/dev/null | head -1) || true
+        found=$(xdotool search --all --onlyvisible --pid "$1" --name "^$2\$" 2>/dev/null | head -1) || true
         [[ -n "$found" ]] && { echo "$found"; return; }
     done
     echo "no window \"$2\"" >&2
@@ -57,7 +58,9 @@ window() {
 visible() { xdotool search --onlyvisible --pid "$1" 2>/dev/null | wc -l; }
 median() { sort -n | awk '{a[NR]=$1} END {print a[int((NR+1)/2)]}'; }
 
-signins=() rss=() opens=() floors=()
+signins=() cpus=() rss=() opens=() floors=()
+ticks() { awk '{print $14 + $15}' "/proc/$1/stat"; }
+tick_ms=$((1000 / $(getconf CLK_TCK)))
 # The wall clock of a click at ($2, $3) in the window until a list is shown, then closed with Escape.
 open_list() {
     local before start
@@ -76,9 +79,11 @@ for run in $(seq "$runs"); do
     xdotool windowfocus --sync "$login"
     sleep 0.5
     start=$(now)
+    cpu=$(ticks "$program")
     xdotool key Return
     window "$program" "Tillbook - Receipt Entry" >/dev/null
     signins+=($((($(now) - start) / 1000000)))
+    cpus+=($((($(ticks "$program") - cpu) * tick_ms)))
     sleep 1
     # Looked for again: the window first shown may have been replaced by Qt since.
     receipts=$(window "$program" "Tillbook - Receipt Entry")
@@ -95,8 +100,10 @@ for run in $(seq "$runs"); do
 done
 opened=$(printf '%s\n' "${opens[@]}" | median)
 floor=$(printf '%s\n' "${floors[@]}" | median)
-printf '%-10s %11s %10s %17s %17s %6s\n' customers "sign-in ms" "memory MB" "drop-down ms" "floor ms" ratio
-printf '%-10s %11s %10s %17s %17s %6s\n' "$size" "$(printf '%s\n' "${signins[@]}" | median)" \
+printf '%-10s %11s %8s %10s %17s %9s %6s\n' customers "sign-in ms" "CPU ms" "memory MB" "drop-down ms" \
+    "floor ms" ratio
+printf '%-10s %11s %8s %10s %17s %9s %6s\n' "$size" "$(printf '%s\n' "${signins[@]}" | median)" \
+    "$(printf '%s\n' "${cpus[@]}" | median)" \
     "$(printf '%s\n' "${rss[@]}" | median)" "$opened (max $(printf '%s\n' "${opens[@]}" | sort -n | tail -1))" \
     "$floor" "$(awk -v a="$opened" -v b="$floor" 'BEGIN {printf "%.2f", a / b}')"
 echo "sign-ins: ${signins[*]}; drop-downs: ${opens[*]}; floors: ${floors[*]}" >&2

@@ -1,5 +1,7 @@
 #include "entry/CustomerListModel.h"
 
+#include "entry/CustomerFinder.h"
+
 #include <QComboBox>
 #include <QListView>
 #include <QPainter>
@@ -87,6 +89,7 @@ void ShowCustomers(QComboBox* combo, const CustomerList& customers, int count) {
         view->setUniformItemSizes(true);
         combo->setView(view);
         combo->setItemDelegate(new CustomerNumberDelegate(view));
+        new CustomerFinder(combo, customers);
     }
     model->showFirst(count);
     combo->setCurrentIndex(-1);

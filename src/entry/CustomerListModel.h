@@ -40,7 +40,8 @@ public:
 };
 
 // Puts the first `count` customers of `customers` into `combo`, with nothing selected. The popup's rows
-// all have one height, so that opening it never measures the list.
+// all have one height, so that opening it never measures the list; typing on the box finds a customer
+// (CustomerFinder).
 void ShowCustomers(QComboBox* combo, const CustomerList& customers, int count);
 
 } // namespace tillbook

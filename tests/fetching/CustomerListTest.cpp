@@ -1,11 +1,16 @@
 // The customer list kept in memory and shown in the drop-down: records by position, the number looked up
-// exactly, and a list model that shows the names (with the numbers beside them) and selects nothing.
+// exactly, a list model that shows the names (with the numbers beside them) and selects nothing, and
+// finding a customer by typing.
 #include "fetching/CustomerList.h"
 
 #include "entry/CustomerListModel.h"
+#include "fetching/CustomerSearch.h"
 #include "support/QtPrinters.h"
+#include "ui/ComboBox.h"
 
 #include <QComboBox>
+#include <QLineEdit>
+#include <QTest>
 #include <gtest/gtest.h>
 
 using namespace tillbook;
@@ -60,4 +65,44 @@ TEST(CustomerCombo, ShowsTheNamesWithNothingSelected) {
     ShowCustomers(&combo, Sample, 2); // shown again: only as many as asked, nothing selected
     EXPECT_EQ(combo.count(), 2);
     EXPECT_EQ(combo.currentIndex(), -1);
+}
+
+TEST(CustomerSearch, FindsAnyPartOfNameOrNumberIgnoringCaseAndAccents) {
+    const CustomerList list = listOf({{"Café Noir", "C-100", "", "", ""},
+                                      {"Smith Hardware", "0042", "", "", ""},
+                                      {"Straße & Söhne", "ACME01", "", "", ""},
+                                      {"Ærø Dairy", "D7", "", "", ""},
+                                      {"smith\tbakery", "S1", "", "", ""}});
+    CustomerSearch search(list);
+    const std::vector<std::pair<QString, std::vector<std::uint32_t>>> cases = {
+        {"cafe", {0}},         {"NOIR", {0}},    {"é n", {0}},  {"smith", {1, 4}},
+        {"smith ", {1, 4}},    {"smith h", {1}}, {"0042", {1}}, {"acme", {2}},
+        {"strasse", {2}},      {"sohne", {2}},   {"aero", {3}}, {"r0", {}},
+        {"", {0, 1, 2, 3, 4}}, {"1", {0, 2, 4}}, {"d7", {3}},   {"ir\tc", {}},
+    };
+    for (const auto& [text, expected] : cases)
+        EXPECT_EQ(search.find(text), expected) << text.toStdString();
+    // A longer text looks among the last results; a different one searches everything again.
+    EXPECT_EQ(search.find("s"), (std::vector<std::uint32_t>{1, 2, 4}));
+    EXPECT_EQ(search.find("sm"), (std::vector<std::uint32_t>{1, 4}));
+    EXPECT_EQ(search.find("a"), (std::vector<std::uint32_t>{0, 1, 2, 3, 4}));
+}
+
+TEST(CustomerCombo, TypingOnTheBoxFindsAndChoosesACustomer) {
+    ComboBox combo;
+    int clicks = 0;
+    QObject::connect(&combo, &ComboBox::Click, [&] { ++clicks; });
+    ShowCustomers(&combo, Sample, 3);
+    combo.show();
+    QTest::keyClicks(&combo, "ACME");
+    auto* finder = combo.findChild<QWidget*>("CustomerFinder");
+    ASSERT_NE(finder, nullptr);
+    EXPECT_TRUE(finder->isVisible());
+    auto* text = finder->findChild<QLineEdit*>();
+    EXPECT_EQ(text->text(), "ACME");     // the first key opened it, the others went on into its line
+    QTest::keyClick(text, Qt::Key_Down); // "ACME01" then "acme01": the second
+    QTest::keyClick(text, Qt::Key_Return);
+    EXPECT_FALSE(finder->isVisible());
+    EXPECT_EQ(combo.currentIndex(), 2);
+    EXPECT_EQ(clicks, 1); // as a choice from the list
 }
