@@ -6,6 +6,9 @@
 //   receipt         a receipt entry: the list processed, 10 applications and the header's insert;
 //   post_batch      posting a batch of 1,000 receipts of one application each;
 //   view_read       the customer list read through its view, in name order (83,000 of 100,000 customers);
+//   first_key       a clerk's first key in the customer finder: every name and number folded (lower case, no
+//                   accents), then searched; its floor searches the list's own text once, unfolded;
+//   next_key        a key after that, "dairy" looked for in every name and number; the same floor;
 //   sign_in         sign-in to a ready receipt window (its floor checks the password too).
 // Each floor is registered as "<action>:floor". scripts/bench runs this for several sizes and prints the
 // table.
@@ -14,6 +17,7 @@
 #include "SqliteFloor.h"
 #include "entry/frmCR.h"
 #include "fetching/CustomerList.h"
+#include "fetching/CustomerSearch.h"
 #include "fetching/ReceiptViews.h"
 #include "ledger/Session.h"
 #include "ledger/View.h"
@@ -28,6 +32,7 @@
 #include <QSqlQuery>
 #include <algorithm>
 #include <benchmark/benchmark.h>
+#include <cstring>
 #include <map>
 
 namespace {
@@ -438,6 +443,50 @@ void ViewReadFloor(benchmark::State& state) {
     state.counters["customers"] = double(rows);
 }
 
+// ---- finding a customer by typing ----
+
+const CustomerList& signedInList() {
+    static const CustomerList list = [] {
+        Session session;
+        session.open(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"), sized().id, Today);
+        return Read_Customers(session);
+    }();
+    return list;
+}
+
+void FirstKey(benchmark::State& state) {
+    size_t found = 0;
+    for (auto _ : state) {
+        CustomerSearch search(signedInList());
+        found = search.find(QStringLiteral("s")).size();
+    }
+    state.counters["found"] = double(found);
+}
+
+void NextKey(benchmark::State& state) {
+    CustomerSearch search(signedInList());
+    search.find(QStringLiteral("s"));
+    size_t found = 0;
+    for (auto _ : state)
+        found = search.find(QStringLiteral("dairy")).size();
+    state.counters["found"] = double(found);
+}
+
+// Every name and number looked through once for the text as it stands, with the same library search.
+void SearchFloor(benchmark::State& state) {
+    const CustomerList& list = signedInList();
+    size_t found = 0;
+    for (auto _ : state) {
+        found = 0;
+        for (size_t i = 0; i < list.size(); ++i)
+            for (const CustomerList::Field field : {CustomerList::Name, CustomerList::Id}) {
+                const QByteArrayView text = list.utf8(i, field);
+                found += memmem(text.data(), size_t(text.size()), "Dairy", 5) != nullptr;
+            }
+    }
+    state.counters["found"] = double(found);
+}
+
 // ---- sign-in ----
 
 void SignIn(benchmark::State& state) {
@@ -499,6 +548,8 @@ int main(int argc, char** argv) {
     registerPair("receipt", Receipt, ReceiptFloor);
     registerPair("post_batch", PostBatch, PostBatchFloor);
     registerPair("view_read", ViewRead, ViewReadFloor);
+    registerPair("first_key", FirstKey, SearchFloor);
+    registerPair("next_key", NextKey, SearchFloor);
     registerPair("sign_in", SignIn, SignInFloor);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
