@@ -1,19 +1,24 @@
-// A clerk's everyday actions on a company of a size given on the command line, each against its floor (the
-// same rows read and written with plain prepared Qt SQL statements) in the same run on the same file:
+// A clerk's everyday actions on a company of a size given on the command line, each against its floor in the
+// same run on the same file (the same rows read with SQLite's C interface where the action reads, plain
+// prepared Qt SQL statements where it writes):
 //   open_documents  process the open-document list of a customer with about 1,000 open documents and read
 //                   every row of it by CNTKEY;
 //   receipt         a receipt entry: the list processed, 10 applications and the header's insert;
 //   post_batch      posting a batch of 1,000 receipts of one application each;
-//   view_read       the customer list read through a view (83,000 of 100,000 customers);
-//   sort_customers  the sign-in's sort of that list by name;
+//   view_read       the customer list read through its view, in name order (83,000 of 100,000 customers);
+//   first_key       a clerk's first key in the customer finder: every name and number folded (lower case, no
+//                   accents), then searched; its floor searches the list's own text once, unfolded;
+//   next_key        a key after that which does not only lengthen the text before ("dairy", then "daisy"):
+//                   every name and number searched again; the same floor;
 //   sign_in         sign-in to a ready receipt window (its floor checks the password too).
 // Each floor is registered as "<action>:floor". scripts/bench runs this for several sizes and prints the
 // table.
 
 #include "SizedCompany.h"
+#include "SqliteFloor.h"
 #include "entry/frmCR.h"
 #include "fetching/CustomerList.h"
-#include "fetching/NameCollation.h"
+#include "fetching/CustomerSearch.h"
 #include "fetching/ReceiptViews.h"
 #include "ledger/Session.h"
 #include "ledger/View.h"
@@ -23,12 +28,12 @@
 #include "ui/Platform.h"
 
 #include <QApplication>
-#include <QCollatorSortKey>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <algorithm>
 #include <benchmark/benchmark.h>
+#include <cstring>
 #include <map>
 
 namespace {
@@ -154,12 +159,33 @@ qint64 readListRows(QSqlQuery& documents, QSqlQuery& pending, const QString& cus
     return rows;
 }
 
+// Every cell of the row taken as the list takes it: numbers as numbers, text as text.
+void touchRow(sqlite3_stmt* row, int width) {
+    for (int i = 0; i < width; ++i) {
+        if (sqlite3_column_type(row, i) == SQLITE_TEXT)
+            benchmark::DoNotOptimize(sqlite3_column_text(row, i));
+        else
+            benchmark::DoNotOptimize(sqlite3_column_int64(row, i));
+    }
+}
+
 void OpenDocumentsFloor(benchmark::State& state) {
-    QSqlQuery documents = prepared(DocumentSelect);
-    QSqlQuery pending = prepared(PendingSelect);
+    sqlite3* db = bench::floorConnection(sized().path);
+    bench::CStatement documents(db, DocumentSelect);
+    bench::CStatement pending(db, PendingSelect);
+    const std::vector<std::string> customer{sized().busyCustomer.toStdString()};
     qint64 rows = 0;
-    for (auto _ : state)
-        rows = readListRows(documents, pending, sized().busyCustomer);
+    for (auto _ : state) {
+        rows = 0;
+        pending.start(customer);
+        while (pending.step())
+            touchRow(pending.get(), 4);
+        documents.start(customer);
+        while (documents.step()) {
+            touchRow(documents.get(), 14);
+            ++rows;
+        }
+    }
     state.counters["documents"] = double(rows);
 }
 
@@ -377,69 +403,92 @@ void PostBatchFloor(benchmark::State& state) {
 
 // ---- the customer list ----
 
-const QStringList CustomerFields = {"IDCUST", "NAMECUST", "TEXTSTRE1", "TEXTSTRE2", "TEXTPHON1"};
-
 void ViewRead(benchmark::State& state) {
     Session session;
     session.open(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"), sized().id, Today);
     qint64 rows = 0;
     for (auto _ : state) {
-        std::vector<CustomerRecord> customers = Read_Customers(session);
+        const CustomerList customers = Read_Customers(session);
         rows = qint64(customers.size());
-        benchmark::DoNotOptimize(customers.data());
+        benchmark::DoNotOptimize(&customers);
     }
     state.counters["customers"] = double(rows);
 }
 
-std::vector<CustomerRecord> rawCustomers() {
-    QSqlQuery query(rawConnection(sized().path));
-    query.setForwardOnly(true);
-    query.exec(QStringLiteral("SELECT \"NAMECUST\",\"IDCUST\",\"TEXTSTRE1\",\"TEXTSTRE2\",\"TEXTPHON1\" FROM "
-                              "\"ARCUS\" WHERE \"CNTOPENINV\" > 0 ORDER BY \"IDCUST\""));
-    std::vector<CustomerRecord> rows;
-    while (query.next())
-        rows.push_back({query.value(0).toString(), query.value(1).toString(), query.value(2).toString(),
-                        query.value(3).toString(), query.value(4).toString()});
-    return rows;
+// The same statement the ledger runs for the list, stepped through the C interface, each cell's text copied
+// once into one block: the least a list kept in memory can cost.
+size_t readCustomerRows(bench::CStatement& list) {
+    std::string text;
+    std::vector<std::uint32_t> ends;
+    list.start();
+    sqlite3_bind_int64(list.get(), 1, 0);
+    while (list.step())
+        for (int i = 0; i < 5; ++i) {
+            const auto* cell = reinterpret_cast<const char*>(sqlite3_column_text(list.get(), i));
+            text.append(cell ? cell : "", size_t(sqlite3_column_bytes(list.get(), i)));
+            ends.push_back(std::uint32_t(text.size()));
+        }
+    benchmark::DoNotOptimize(text.data());
+    return ends.size() / 5;
 }
+
+const QString CustomerListSelect = QStringLiteral(
+    "SELECT \"NAMECUST\",\"IDCUST\",\"TEXTSTRE1\",\"TEXTSTRE2\",\"TEXTPHON1\" FROM \"ARCUS\" WHERE "
+    "(\"CNTOPENINV\" > ?) ORDER BY tb_namekey(\"NAMECUST\")");
 
 void ViewReadFloor(benchmark::State& state) {
-    qint64 rows = 0;
-    for (auto _ : state) {
-        std::vector<CustomerRecord> customers = rawCustomers();
-        rows = qint64(customers.size());
-        benchmark::DoNotOptimize(customers.data());
-    }
+    bench::CStatement list(bench::floorConnection(sized().path), CustomerListSelect);
+    size_t rows = 0;
+    for (auto _ : state)
+        rows = readCustomerRows(list);
     state.counters["customers"] = double(rows);
 }
 
-void SortCustomers(benchmark::State& state) {
-    const std::vector<CustomerRecord> read = rawCustomers();
-    for (auto _ : state) {
-        state.PauseTiming();
-        std::vector<CustomerRecord> customers = read;
-        state.ResumeTiming();
-        Sort_Customers(customers);
-        benchmark::DoNotOptimize(customers.data());
-    }
+// ---- finding a customer by typing ----
+
+const CustomerList& signedInList() {
+    static const CustomerList list = [] {
+        Session session;
+        session.open(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"), sized().id, Today);
+        return Read_Customers(session);
+    }();
+    return list;
 }
 
-// Collation keys made and sorted with the standard library: the least any order by name can cost.
-void SortCustomersFloor(benchmark::State& state) {
-    const std::vector<CustomerRecord> read = rawCustomers();
-    const QCollator collator = NameCollator();
+void FirstKey(benchmark::State& state) {
+    size_t found = 0;
     for (auto _ : state) {
-        state.PauseTiming();
-        std::vector<CustomerRecord> customers = read;
-        state.ResumeTiming();
-        std::vector<std::pair<QCollatorSortKey, CustomerRecord>> keyed;
-        keyed.reserve(customers.size());
-        for (CustomerRecord& c : customers)
-            keyed.emplace_back(collator.sortKey(c.Name), std::move(c));
-        std::sort(keyed.begin(), keyed.end(),
-                  [](const auto& a, const auto& b) { return a.first.compare(b.first) < 0; });
-        benchmark::DoNotOptimize(keyed.data());
+        CustomerSearch search(signedInList());
+        found = search.find(QStringLiteral("s")).size();
     }
+    state.counters["found"] = double(found);
+}
+
+void NextKey(benchmark::State& state) {
+    CustomerSearch search(signedInList());
+    search.find(QStringLiteral("s"));
+    size_t found = 0;
+    bool dairy = false;
+    for (auto _ : state) {
+        dairy = !dairy;
+        found = search.find(dairy ? QStringLiteral("dairy") : QStringLiteral("daisy")).size();
+    }
+    state.counters["found"] = double(found);
+}
+
+// Every name and number looked through once for the text as it stands, with the same library search.
+void SearchFloor(benchmark::State& state) {
+    const CustomerList& list = signedInList();
+    size_t found = 0;
+    for (auto _ : state) {
+        found = 0;
+        for (size_t i = 0; i < list.size(); ++i)
+            for (const CustomerList::Field field : {CustomerList::Name, CustomerList::Id}) {
+                const QByteArrayView text = list.utf8(i, field);
+                found += memmem(text.data(), size_t(text.size()), "Dairy", 5) != nullptr;
+            }
+    }
+    state.counters["found"] = double(found);
 }
 
 // ---- sign-in ----
@@ -467,10 +516,10 @@ void SignIn(benchmark::State& state) {
 }
 
 // The user's password checked against the stored hash (a sign-in cannot do less: the hash's cost is
-// what keeps a stolen company file from giving its passwords away), then the customer rows read by a
-// plain query and sorted by their collation keys.
+// what keeps a stolen company file from giving its passwords away), then the customer list's rows read
+// through the C interface.
 void SignInFloor(benchmark::State& state) {
-    const QCollator collator = NameCollator();
+    bench::CStatement list(bench::floorConnection(sized().path), CustomerListSelect);
     QSqlQuery user =
         prepared(QStringLiteral("SELECT \"SALT\",\"ROUNDS\",\"HASH\" FROM \"TB_USERS\" WHERE \"NAME\" = ?"));
     for (auto _ : state) {
@@ -480,14 +529,7 @@ void SignInFloor(benchmark::State& state) {
                                                              user.value(2).toString());
         user.finish();
         require(state, stored.matches(QStringLiteral("ADMIN")), "the password of ADMIN is not ADMIN");
-        std::vector<CustomerRecord> customers = rawCustomers();
-        std::vector<std::pair<QCollatorSortKey, CustomerRecord>> keyed;
-        keyed.reserve(customers.size());
-        for (CustomerRecord& c : customers)
-            keyed.emplace_back(collator.sortKey(c.Name), std::move(c));
-        std::sort(keyed.begin(), keyed.end(),
-                  [](const auto& a, const auto& b) { return a.first.compare(b.first) < 0; });
-        benchmark::DoNotOptimize(keyed.data());
+        benchmark::DoNotOptimize(readCustomerRows(list));
     }
 }
 
@@ -510,7 +552,8 @@ int main(int argc, char** argv) {
     registerPair("receipt", Receipt, ReceiptFloor);
     registerPair("post_batch", PostBatch, PostBatchFloor);
     registerPair("view_read", ViewRead, ViewReadFloor);
-    registerPair("sort_customers", SortCustomers, SortCustomersFloor);
+    registerPair("first_key", FirstKey, SearchFloor);
+    registerPair("next_key", NextKey, SearchFloor);
     registerPair("sign_in", SignIn, SignInFloor);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();

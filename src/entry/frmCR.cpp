@@ -1,6 +1,7 @@
 #include "entry/frmCR.h"
 
 #include "entry/CustomerInfo.h"
+#include "entry/CustomerListModel.h"
 #include "entry/GridColumnSets.h"
 #include "entry/dialogs/frmBank.h"
 #include "fetching/Batches.h"
@@ -284,24 +285,17 @@ void frmCR::changeEvent(QEvent* event) {
 // ---- The customer list ----
 
 void frmCR::Load_Customers() {
-    std::vector<CustomerRecord> customers;
     try {
-        customers = Read_Customers(*LedgerSession, frmWorking::ShownProgress());
+        Customers = Read_Customers(*LedgerSession, frmWorking::ShownProgress());
     } catch (const LedgerError& error) {
         reportLedgerError(QStringLiteral("The customer list could not be read."), error.description());
         return;
     }
-    Sort_Customers(customers, frmWorking::ShownProgress());
-    Customers = std::move(customers);
     Fill_CustomerCombo(static_cast<int>(Customers.size()));
 }
 
 void frmCR::Fill_CustomerCombo(int count) {
-    QStringList names;
-    names.reserve(count);
-    for (int i = 0; i < count && i < static_cast<int>(Customers.size()); ++i)
-        names << Customers[static_cast<size_t>(i)].Name;
-    ui->cboCustomers->addItems(names);
+    ShowCustomers(ui->cboCustomers, Customers, count);
 }
 
 // ---- The fiscal year and period ----

@@ -4,28 +4,29 @@
 
 namespace tillbook {
 
-std::vector<CustomerRecord> Read_Customers(Session& session, const TaskProgress& progress) {
+CustomerRecord CustomerList::operator[](size_t position) const {
+    return {text(position, Name), text(position, Id), text(position, Street1), text(position, Street2),
+            text(position, Phone)};
+}
+
+CustomerList Read_Customers(Session& session, const TaskProgress& progress) {
+    if (progress)
+        progress(0, 0);
     const std::unique_ptr<View> view = session.openView(QStringLiteral("AR0024"), QStringLiteral("AR"));
     view->browse(QStringLiteral("CNTOPENINV>0"), true);
-    FieldCollection& fields = view->fields();
-    Field& name = fields.item(QStringLiteral("NAMECUST"));
-    Field& id = fields.item(QStringLiteral("IDCUST"));
-    Field& street1 = fields.item(QStringLiteral("TEXTSTRE1"));
-    Field& street2 = fields.item(QStringLiteral("TEXTSTRE2"));
-    Field& phone = fields.item(QStringLiteral("TEXTPHON1"));
-    std::vector<CustomerRecord> customers;
-    while (view->fetch()) {
-        customers.push_back({name.value().toString(), id.value().toString(), street1.value().toString(),
-                             street2.value().toString(), phone.value().toString()});
-        if (progress && customers.size() % ProgressStep == 0)
-            progress(static_cast<int>(customers.size()), 0);
-    }
+    CustomerList customers(
+        view->readAllText({QStringLiteral("NAMECUST"), QStringLiteral("IDCUST"), QStringLiteral("TEXTSTRE1"),
+                           QStringLiteral("TEXTSTRE2"), QStringLiteral("TEXTPHON1")},
+                          QStringLiteral("NAMECUST")));
+    if (progress)
+        progress(int(customers.size()), int(customers.size()));
     return customers;
 }
 
-int Find_Customer(const std::vector<CustomerRecord>& customers, const QString& customerNumber) {
+int Find_Customer(const CustomerList& customers, const QString& customerNumber) {
+    const QByteArray wanted = customerNumber.toUtf8();
     for (size_t i = 0; i < customers.size(); ++i) {
-        if (customers[i].Id == customerNumber)
+        if (customers.utf8(i, CustomerList::Id) == wanted)
             return static_cast<int>(i);
     }
     return -1;

@@ -1,14 +1,14 @@
 #pragma once
 
-// The customers to whom a receipt can be applied: those with at least one open invoice, sorted by name.
-// The receipt window keeps them in `Customers`, parallel to its customer list: list position p is
-// Customers[p].
+// The customers to whom a receipt can be applied: those with at least one open invoice, in order of their
+// names (case ignored). The receipt window keeps them in `Customers`, parallel to its customer list: list
+// position p is Customers[p].
 
 #include "ledger/Session.h"
+#include "ledger/TextRows.h"
 
 #include <QString>
 #include <functional>
-#include <vector>
 
 namespace tillbook {
 
@@ -20,22 +20,36 @@ struct CustomerRecord {
     QString Phone;
 };
 
-inline std::vector<CustomerRecord> Customers;
+// The list held as text in one block, a customer's record made when it is asked for: a million customers
+// take some 80 MB instead of an object per field.
+class CustomerList {
+public:
+    enum Field { Name, Id, Street1, Street2, Phone, FieldCount };
 
-// Told now and then how far a long task has come: `done` of `total` steps; a total of 0 means the end is not
-// known yet. Called often enough to move a progress bar, seldom enough not to slow the task.
+    CustomerList() : m_rows(FieldCount) {}
+    explicit CustomerList(TextRows rows) : m_rows(std::move(rows)) {}
+
+    size_t size() const { return m_rows.rows(); }
+    bool empty() const { return m_rows.empty(); }
+    CustomerRecord operator[](size_t position) const;
+    QString text(size_t position, Field field) const { return m_rows.text(position, field); }
+    QByteArrayView utf8(size_t position, Field field) const { return m_rows.utf8(position, field); }
+
+private:
+    TextRows m_rows; // Name, Id, Street1, Street2, Phone
+};
+
+inline CustomerList Customers;
+
+// Told how far a long task has come: `done` of `total` steps; a total of 0 means the end is not known yet.
 using TaskProgress = std::function<void(int done, int total)>;
-constexpr size_t ProgressStep = 512; // records between two reports of a record-by-record task
 
-// Reads the customers with an open invoice, in customer-number order. Throws LedgerError. The number of
-// customers is not known before the last is read, so progress is told with a total of 0.
-std::vector<CustomerRecord> Read_Customers(Session& session, const TaskProgress& progress = {});
-
-// Sorts by name, ignoring case, with a Shell sort (gaps n/2+1, then halved): names that compare equal keep
-// no guaranteed order, and an element never moves past an equal one in a single insertion step.
-void Sort_Customers(std::vector<CustomerRecord>& customers, const TaskProgress& progress = {});
+// Reads the customers with an open invoice, sorted by name ignoring case: the ledger keeps them in that order
+// (names that compare equal come in no guaranteed order). Throws LedgerError. Tells `progress` the start
+// (0 of an unknown total) and the end (every customer done).
+CustomerList Read_Customers(Session& session, const TaskProgress& progress = {});
 
 // The list position of the customer with this number (exact comparison), or -1 when it is not listed.
-int Find_Customer(const std::vector<CustomerRecord>& customers, const QString& customerNumber);
+int Find_Customer(const CustomerList& customers, const QString& customerNumber);
 
 } // namespace tillbook

@@ -36,6 +36,10 @@ bool View::fetch() {
     return engine::guarded(m_core->errors(), [&] { return m_core->fetch(); });
 }
 
+TextRows View::readAllText(const QStringList& fields, const QString& collatedBy) {
+    return engine::guarded(m_core->errors(), [&] { return m_core->readAllText(fields, collatedBy); });
+}
+
 void View::clear() {
     engine::guarded(m_core->errors(), [&] { m_core->clear(); });
 }

@@ -4,8 +4,10 @@
 // under a filter. Every failing operation throws LedgerError and leaves it on the session's list.
 
 #include "ledger/Fields.h"
+#include "ledger/TextRows.h"
 
 #include <QString>
+#include <QStringList>
 #include <memory>
 #include <vector>
 
@@ -33,6 +35,12 @@ public:
     void browse(const QString& filter, bool ascending);
     // The next selected record; without a browse, walks the whole view from its first record.
     bool fetch();
+    // Every record the browse selects (all of them without one), whatever was fetched already: `fields`
+    // (text fields) of each as text, in one block, read in one pass. With `collatedBy` (one of the fields)
+    // in the order of that field as customer names are listed (case ignored, accents not; names that
+    // compare equal in no set order), else in key order. The current record stays as it was. The way to
+    // read a long list at once.
+    TextRows readAllText(const QStringList& fields, const QString& collatedBy = QString());
     void clear();   // a blank record
     void process(); // the view's own processing
     void init();    // a new record with its defaults

@@ -1,4 +1,5 @@
 #include "ToolProcess.h"
+#include "ledger/Session.h"
 #include "ledger/engine/CompanyStore.h"
 #include "support/TestCompany.h"
 
@@ -93,6 +94,41 @@ TEST_F(LedgerToolTest, RunScriptPrintsResultsAndErrors) {
     EXPECT_EQ(lines[4], "errors: 1");
     EXPECT_EQ(lines[6], "errors: 0");
     EXPECT_EQ(lines[7], "! Error (0): View \"AR9999\" does not exist in this company.");
+}
+
+// A customer added and one renamed by a script take their places in the customer list of the next sign-in.
+TEST_F(LedgerToolTest, ScriptedCustomersTakeTheirPlaceInTheNameOrder) {
+    const auto listed = [] {
+        Session session;
+        session.open("ADMIN", "ADMIN", "SAMINC", QDate(2025, 3, 14));
+        auto customers = session.openView("AR0024", "AR");
+        customers->browse("CNTOPENINV>0", true);
+        return customers->readAllText({"NAMECUST", "IDCUST"}, "NAMECUST");
+    };
+    const TextRows before = listed();
+    ASSERT_GT(before.rows(), 2u);
+    const QString renamed = before.text(0, 1); // the first, to be the last
+    const QByteArray script = "open c AR0024\n"
+                              "init c\n"
+                              "put c IDCUST ZNEW1 NAMECUST 'áardvark & co' TEXTSTRE1 '1 Main St.'\n"
+                              "put-unverified c CNTOPENINV 2\n"
+                              "insert c\n"
+                              "put c IDCUST " +
+                              renamed.toUtf8() +
+                              "\n"
+                              "read c\n"
+                              "put c NAMECUST 'zzyzx last'\n"
+                              "update c\n";
+    const ToolResult result = runTool({"run", "SAMINC", "-", "--stop-on-error"}, script);
+    ASSERT_EQ(result.exitCode, 0) << result.out.toStdString() << result.err.toStdString();
+    const TextRows after = listed();
+    ASSERT_EQ(after.rows(), before.rows() + 1);
+    EXPECT_EQ(after.text(0, 0), "áardvark & co");
+    EXPECT_EQ(after.text(0, 1), "ZNEW1");
+    EXPECT_EQ(after.text(after.rows() - 1, 0), "zzyzx last");
+    EXPECT_EQ(after.text(after.rows() - 1, 1), renamed);
+    for (size_t i = 1; i + 1 < after.rows(); ++i) // everyone else keeps their order
+        EXPECT_EQ(after.text(i, 1), before.text(i, 1));
 }
 
 TEST_F(LedgerToolTest, StopOnErrorEndsTheScript) {

@@ -2,14 +2,17 @@
 
 #include "ledger/engine/CompanyFile.h"
 #include "ledger/engine/CompanyFileUse.h"
+#include "ledger/engine/NameOrder.h"
 #include "ledger/engine/PasswordHash.h"
 #include "ledger/engine/PostgresDatabases.h"
 #include "ledger/engine/Schema.h"
+#include "ledger/engine/SqliteText.h"
 #include "ledger/engine/StoreError.h"
 #include "ledger/engine/Transaction.h"
 
 #include <QFileInfo>
 #include <QRandomGenerator>
+#include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlRecord>
 #include <QUrl>
@@ -53,6 +56,21 @@ QString alreadyExists(const CompanyLocation& location) {
 QString notACompany(const CompanyLocation& location, const QString& why) {
     return QStringLiteral("%1 is not a Tillbook company (%2): company \"%3\" cannot be opened.")
         .arg(location.describe(), why, location.companyId);
+}
+
+// The customers of the customer list in its order, with every field the list shows: the list is read from
+// this index alone, in order, without a sort and without touching the customers' long rows.
+QString nameOrderIndex() {
+    return QStringLiteral("CREATE INDEX IF NOT EXISTS \"%1\" ON \"ARCUS\" (%2, \"CNTOPENINV\", \"NAMECUST\", "
+                          "\"IDCUST\", \"TEXTSTRE1\", \"TEXTSTRE2\", \"TEXTPHON1\")")
+        .arg(QLatin1String(NameOrderIndex), QLatin1String(NameOrderExpression));
+}
+
+sqlite3* sqliteHandle(const QSqlDatabase& db) {
+    const QVariant handle = db.driver()->handle();
+    if (qstrcmp(handle.typeName(), "sqlite3*") != 0)
+        return nullptr;
+    return *static_cast<sqlite3* const*>(handle.constData());
 }
 
 QString unknownCompany(const CompanyLocation& location) {
@@ -158,6 +176,7 @@ void CompanyStore::connect(bool fresh) {
         if (!m_readOnly)
             addMissingColumns();
     }
+    prepareNameOrder(fresh);
 }
 
 // A company made before a field was added to its view gets the field's column, empty, on its first opening
@@ -172,6 +191,26 @@ void CompanyStore::addMissingColumns() {
             if (columns.indexOf(field.name) < 0)
                 execute(QStringLiteral("ALTER TABLE %1 ADD COLUMN %2 %3")
                             .arg(quoted(view.table), quoted(field.name), m_dialect->columnDefinition(field)));
+    }
+}
+
+// Gives a SQLite connection the name order that the customers' index is made with, and gives a company
+// made before there was such an index its index (once; a till that may not write it, or finds it busy,
+// reads the list in order all the same, only slower).
+void CompanyStore::prepareNameOrder(bool fresh) {
+    if (m_location.postgres)
+        return;
+    sqlite3* handle = sqliteHandle(m_db);
+    if (!handle)
+        throw StoreError(
+            QStringLiteral("Company \"%1\" (%2) cannot be read: the SQLite driver gives no handle.")
+                .arg(m_location.companyId, m_location.describe()));
+    registerNameOrder(handle);
+    if (fresh || m_readOnly)
+        return;
+    try {
+        execute(nameOrderIndex());
+    } catch (const StoreError&) {
     }
 }
 
@@ -257,6 +296,19 @@ void CompanyStore::execute(const QString& sql, const QVariantList& values) {
     QSqlQuery& query = statement(sql);
     run(query, values);
     query.finish();
+}
+
+TextRows CompanyStore::readText(const QString& sql, const QVariantList& values, int width) {
+    if (sqlite3* handle = m_location.postgres ? nullptr : sqliteHandle(m_db))
+        return readSqliteText(handle, sql, values, width);
+    QSqlQuery& query = statement(sql);
+    run(query, values);
+    TextRows rows(width);
+    while (query.next())
+        for (int i = 0; i < width; ++i)
+            rows.append(query.value(i).toString().toUtf8());
+    query.finish();
+    return rows;
 }
 
 void CompanyStore::beginWrite() {
@@ -387,6 +439,8 @@ void CompanyStore::createSecondaryIndexes() {
                              columns.join(u',')));
         }
     }
+    if (!m_location.postgres)
+        execute(nameOrderIndex());
 }
 
 } // namespace tillbook::engine

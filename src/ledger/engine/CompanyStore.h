@@ -3,6 +3,7 @@
 // One company's ledger in its store: the connection, the tables of the views, its users and its
 // counters. All SQL of the engine runs through here.
 
+#include "ledger/TextRows.h"
 #include "ledger/engine/CompanyFile.h"
 #include "ledger/engine/CompanyLocation.h"
 #include "ledger/engine/Dialect.h"
@@ -51,6 +52,9 @@ public:
     // Binds `values` in order and runs; throws StoreError with the statement's error.
     void run(QSqlQuery& query, const QVariantList& values = {});
     void execute(const QString& sql, const QVariantList& values = {});
+    // The rows of a SELECT of `width` text columns, in one block; on SQLite straight through its own
+    // interface, which reads a long list in half the time. Throws StoreError.
+    TextRows readText(const QString& sql, const QVariantList& values, int width);
 
     // Transactions, counted so that an inner one joins the outer one.
     void beginWrite();
@@ -73,7 +77,8 @@ public:
     // known one. A good password stored by an older scheme or at a lower cost is stored anew at today's.
     bool checkPassword(const QString& name, const QString& password);
 
-    // Indexes of the views' other keys; a bulk load creates them after the rows are in.
+    // Indexes of the views' other keys, and the customers in name order; a bulk load creates them after
+    // the rows are in.
     void createSecondaryIndexes();
 
 private:
@@ -82,6 +87,7 @@ private:
     bool prepareSqliteOpen(const CompanyFileState& file, bool firstConnection);
     void checkIsCompany();
     void addMissingColumns();
+    void prepareNameOrder(bool fresh);
     void createTables(bool withIndexes);
     void detach();
     StoreError failure(const QString& what, const QSqlError& error) const;

@@ -1,6 +1,10 @@
 #include "ledger/engine/TableAccess.h"
 
+#include "ledger/engine/NameOrder.h"
+
 #include <QStringList>
+#include <algorithm>
+#include <numeric>
 
 namespace tillbook::engine {
 
@@ -40,14 +44,51 @@ QSqlQuery& TableAccess::cached(const QString& sql) {
     return m_store.statement(sql);
 }
 
-Page TableAccess::page(const PageRequest& request) {
+// The WHERE clause of a request's filter and header key (empty when none), its values appended to
+// `parameters`.
+QString TableAccess::conditions(const PageRequest& request, QVariantList& parameters) const {
     QStringList conditions;
-    QVariantList parameters;
     if (!request.where.isEmpty()) {
         conditions << u'(' + request.where + u')';
         parameters << request.whereParameters;
     }
     conditions << equalities(request.equal, parameters);
+    return conditions.isEmpty() ? QString()
+                                : QStringLiteral(" WHERE ") + conditions.join(QStringLiteral(" AND "));
+}
+
+TextRows TableAccess::text(const PageRequest& request, int collatedBy) {
+    QVariantList parameters;
+    QString sql =
+        QStringLiteral("SELECT %1 FROM \"%2\"").arg(columns(request.columns).join(u','), m_view.table) +
+        conditions(request, parameters);
+    const bool sqlOrdersNames = collatedBy >= 0 && !m_store.dialect().isPostgres();
+    QStringList order;
+    if (sqlOrdersNames)
+        order << QStringLiteral("tb_namekey(%1)").arg(column(collatedBy));
+    else
+        for (int field : request.order)
+            order << column(field) + (request.ascending ? QStringLiteral(" ASC") : QStringLiteral(" DESC"));
+    sql += QStringLiteral(" ORDER BY ") + order.join(u',');
+    TextRows rows = m_store.readText(sql, parameters, int(request.columns.size()));
+    if (collatedBy < 0 || sqlOrdersNames)
+        return rows;
+    // PostgreSQL knows no such order: the rows are put in it here, by each name's key.
+    const int at =
+        int(std::find(request.columns.begin(), request.columns.end(), collatedBy) - request.columns.begin());
+    std::vector<QByteArray> keys(rows.rows());
+    for (size_t i = 0; i < keys.size(); ++i)
+        keys[i] = nameOrderKey(rows.text(i, at));
+    std::vector<std::uint32_t> order32(rows.rows());
+    std::iota(order32.begin(), order32.end(), 0u);
+    std::sort(order32.begin(), order32.end(),
+              [&keys](std::uint32_t a, std::uint32_t b) { return keys[a] < keys[b]; });
+    return rows.reordered(order32);
+}
+
+Page TableAccess::page(const PageRequest& request) {
+    QVariantList parameters;
+    QString where = conditions(request, parameters);
     QStringList order;
     QStringList orderColumns;
     for (int field : request.order) {
@@ -56,16 +97,16 @@ Page TableAccess::page(const PageRequest& request) {
     }
     if (!request.after.isEmpty()) {
         // Row values continue exactly after the last row read, on an index, however far into the table.
-        conditions << QStringLiteral("(%1) %2 (%3)")
-                          .arg(orderColumns.join(u','),
-                               request.ascending ? QStringLiteral(">") : QStringLiteral("<"),
-                               placeholders(size_t(request.after.size())));
+        where +=
+            (where.isEmpty() ? QStringLiteral(" WHERE ") : QStringLiteral(" AND ")) +
+            QStringLiteral("(%1) %2 (%3)")
+                .arg(orderColumns.join(u','), request.ascending ? QStringLiteral(">") : QStringLiteral("<"),
+                     placeholders(size_t(request.after.size())));
         parameters << request.after;
     }
     QString sql =
-        QStringLiteral("SELECT %1 FROM \"%2\"").arg(columns(request.columns).join(u','), m_view.table);
-    if (!conditions.isEmpty())
-        sql += QStringLiteral(" WHERE ") + conditions.join(QStringLiteral(" AND "));
+        QStringLiteral("SELECT %1 FROM \"%2\"").arg(columns(request.columns).join(u','), m_view.table) +
+        where;
     sql += QStringLiteral(" ORDER BY ") + order.join(u',');
     if (request.limit > 0)
         sql += QStringLiteral(" LIMIT %1").arg(request.limit);

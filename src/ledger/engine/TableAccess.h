@@ -42,6 +42,10 @@ public:
     TableAccess(CompanyStore& store, const ViewDef& view) : m_store(store), m_view(view) {}
 
     Page page(const PageRequest& request);
+    // Every row `request` selects (its limit and `after` aside), its columns as text, in key order; or,
+    // with `collatedBy` a field, in the order of that field's text as customer names are ordered
+    // (NameOrder.h), names that compare equal in no set order.
+    TextRows text(const PageRequest& request, int collatedBy = -1);
     // `forUpdate`: the record stays locked until the transaction ends, where the store locks records.
     std::optional<Row> read(const std::vector<int>& columns, const FieldValues& key, bool forUpdate = false);
     void insert(const std::vector<int>& columns, const Row& values);
@@ -52,6 +56,7 @@ public:
 
 private:
     QString column(int field) const;
+    QString conditions(const PageRequest& request, QVariantList& parameters) const;
     QStringList columns(const std::vector<int>& fields) const;
     QStringList equalities(const FieldValues& values, QVariantList& parameters) const;
     QSqlQuery& cached(const QString& sql); // the connection's kept statement

@@ -53,6 +53,7 @@ struct ViewCore::Cursor {
     bool exhausted = false;
     bool started = false;
     bool staged = false; // walking the lines its header holds in memory
+    bool failed = false; // the browse was refused: it selects nothing
     QString filter;
 };
 
@@ -289,7 +290,35 @@ void ViewCore::browse(const QString& filterText, bool ascending) {
     m_cursor = std::make_unique<Cursor>();
     m_cursor->exhausted = true;
     m_cursor->started = true;
+    m_cursor->failed = true;
     startCursor(filterText, ascending);
+}
+
+TextRows ViewCore::readAllText(const QStringList& fields, const QString& collatedBy) {
+    if (!m_cursor)
+        startCursor(QString(), true);
+    PageRequest request = m_cursor->request;
+    request.after.clear();
+    request.limit = 0;
+    request.columns.clear();
+    for (const QString& name : fields) {
+        const int field = requireField(name);
+        const FieldKind kind = m_def.fields[size_t(field)].kind;
+        if (kind != FieldKind::Text && kind != FieldKind::Opaque)
+            errors().fail(
+                QStringLiteral("Field \"%1\" of view %2 is not a text field and cannot be read as text.")
+                    .arg(name, m_def.id));
+        request.columns.push_back(field);
+    }
+    const int collated = collatedBy.isEmpty() ? -1 : requireField(collatedBy);
+    if (collated >= 0 &&
+        std::find(request.columns.begin(), request.columns.end(), collated) == request.columns.end())
+        errors().fail(
+            QStringLiteral("Field \"%1\" orders the rows of view %2, so it must be among the fields read.")
+                .arg(collatedBy, m_def.id));
+    if (m_cursor->failed || m_cursor->staged)
+        return TextRows(int(fields.size()));
+    return m_table.text(request, collated);
 }
 
 bool ViewCore::fetch() {

@@ -69,6 +69,7 @@ public:
     void compose(const std::vector<ViewCore*>& views);
     void browse(const QString& filter, bool ascending);
     bool fetch();
+    TextRows readAllText(const QStringList& fields, const QString& collatedBy);
     void clear();
     void init();
     bool read();

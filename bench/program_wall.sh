@@ -1,0 +1,109 @@
+#!/usr/bin/env bash
+# Times the real program as a clerk meets it, on a sample company of SIZE customers (ten documents each), under
+# a virtual X server: the wall clock from Enter on the sign-in window to the ready receipt window (and the CPU
+# time the program spent on it, steadier than the wall clock on a shared machine), the memory
+# the program holds then (VmRSS from /proc), and the wall clock from a click on the customer box to its list
+# shown, opened and closed again several times, against the same for the three-item transaction-type box
+# (the floor: what a click, xdotool and the X server cost). Medians of RUNS sign-ins. Run by hand:
+#   bench/program_wall.sh SIZE [RUNS]          (RUNS default 5)
+# The company is made once into BENCH_CACHE/program (default ~/.cache/tillbook-bench/program) and signed in to
+# where it lies. Needs Xvfb and xdotool (scripts/install-deps).
+set -euo pipefail
+cd "$(dirname "$0")/.."
+size="${1:?usage: bench/program_wall.sh SIZE [RUNS]}"
+runs="${2:-5}"
+cache="${BENCH_CACHE:-$HOME/.cache/tillbook-bench}/program"
+id="WALL$size"
+
+cmake --preset default >/dev/null
+cmake --build build --target tillbook tillbook-ledger >/dev/null
+export TILLBOOK_DATA="$cache" TILLBOOK_TODAY=2025-03-14
+mkdir -p "$cache"
+if [[ ! -f "$cache/$id.sqlite" ]]; then
+    echo "making company $id in $cache (once)" >&2
+    build/tools/ledger/tillbook-ledger create "$id" --sample --customers "$size" --documents $((size * 10)) >&2
+fi
+
+work="$(mktemp -d)"
+display=":$((90 + RANDOM % 100))"
+Xvfb "$display" -screen 0 1280x1024x24 -nolisten tcp >/dev/null 2>&1 &
+xvfb=$!
+trap 'kill "$xvfb" 2>/dev/null; rm -rf "$work"' EXIT
+export DISPLAY="$display" TILLBOOK_SETTINGS="$work/settings.ini"
+(umask 077 && cat > "$TILLBOOK_SETTINGS") <<INI
+[Database1]
+DB1=$id
+Users\User1=ADMIN
+Users\Password1=ADMIN
+
+[ConnectInfo]
+Database=1
+User=1
+Save=True
+SavedPWD=ADMIN
+INI
+sleep 1
+
+now() { date +%s%N; }
+# The first visible window of the program whose title is exactly $2, polled as fast as xdotool answers.
+window() {
+    local found=""
+    for _ in $(seq 20000); do
+        found=$(xdotool search --all --onlyvisible --pid "$1" --name "^$2\$" 2>/dev/null | head -1) || true
+        [[ -n "$found" ]] && { echo "$found"; return; }
+    done
+    echo "no window \"$2\"" >&2
+    return 1
+}
+visible() { xdotool search --onlyvisible --pid "$1" 2>/dev/null | wc -l; }
+median() { sort -n | awk '{a[NR]=$1} END {print a[int((NR+1)/2)]}'; }
+
+signins=() cpus=() rss=() opens=() floors=()
+ticks() { awk '{print $14 + $15}' "/proc/$1/stat"; }
+tick_ms=$((1000 / $(getconf CLK_TCK)))
+# The wall clock of a click at ($2, $3) in the window until a list is shown, then closed with Escape.
+open_list() {
+    local before start
+    before=$(visible "$1")
+    start=$(now)
+    xdotool mousemove "$2" "$3" click 1
+    while [[ $(visible "$1") -le $before ]]; do :; done
+    echo $((($(now) - start) / 1000000))
+    xdotool key Escape
+    while [[ $(visible "$1") -gt $before ]]; do :; done
+}
+for run in $(seq "$runs"); do
+    build/src/tillbook >"$work/program.log" 2>&1 &
+    program=$!
+    login=$(window "$program" "Tillbook - Login")
+    xdotool windowfocus --sync "$login"
+    sleep 0.5
+    start=$(now)
+    cpu=$(ticks "$program")
+    xdotool key Return
+    window "$program" "Tillbook - Receipt Entry" >/dev/null
+    signins+=($((($(now) - start) / 1000000)))
+    cpus+=($((($(ticks "$program") - cpu) * tick_ms)))
+    sleep 1
+    # Looked for again: the window first shown may have been replaced by Qt since.
+    receipts=$(window "$program" "Tillbook - Receipt Entry")
+    rss+=($(awk '/VmRSS/ {print int($2 / 1024)}' "/proc/$program/status"))
+    # The customer box lies 160 pixels right and 165 down of the window's corner, the transaction type's 85
+    # and 60.
+    eval "$(xdotool getwindowgeometry --shell "$receipts" | grep -E "^[XY]=")"
+    for _ in 1 2 3; do
+        opens+=($(open_list "$program" $((X + 160)) $((Y + 165))))
+        floors+=($(open_list "$program" $((X + 85)) $((Y + 60))))
+    done
+    kill "$program"
+    wait "$program" 2>/dev/null || true
+done
+opened=$(printf '%s\n' "${opens[@]}" | median)
+floor=$(printf '%s\n' "${floors[@]}" | median)
+printf '%-10s %11s %8s %10s %17s %9s %6s\n' customers "sign-in ms" "CPU ms" "memory MB" "drop-down ms" \
+    "floor ms" ratio
+printf '%-10s %11s %8s %10s %17s %9s %6s\n' "$size" "$(printf '%s\n' "${signins[@]}" | median)" \
+    "$(printf '%s\n' "${cpus[@]}" | median)" \
+    "$(printf '%s\n' "${rss[@]}" | median)" "$opened (max $(printf '%s\n' "${opens[@]}" | sort -n | tail -1))" \
+    "$floor" "$(awk -v a="$opened" -v b="$floor" 'BEGIN {printf "%.2f", a / b}')"
+echo "sign-ins: ${signins[*]}; drop-downs: ${opens[*]}; floors: ${floors[*]}" >&2

@@ -1,0 +1,72 @@
+#include "ledger/engine/SqliteText.h"
+
+#include "ledger/engine/StoreError.h"
+
+#include <memory>
+#include <sqlite3.h>
+
+namespace tillbook::engine {
+
+namespace {
+
+struct Finalizer {
+    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+};
+using Statement = std::unique_ptr<sqlite3_stmt, Finalizer>;
+
+StoreError failure(sqlite3* db) {
+    if (sqlite3_errcode(db) == SQLITE_BUSY || sqlite3_errcode(db) == SQLITE_LOCKED)
+        return StoreError(QStringLiteral("The company is busy. Try again in a moment."));
+    return StoreError(QStringLiteral("The ledger could not complete the operation: %1")
+                          .arg(QString::fromUtf8(sqlite3_errmsg(db))));
+}
+
+// As the Qt driver binds a value: whole numbers and truth as integers, text as text, nothing as NULL.
+int bind(sqlite3_stmt* statement, int at, const QVariant& value) {
+    if (value.isNull())
+        return sqlite3_bind_null(statement, at);
+    switch (value.typeId()) {
+    case QMetaType::Bool:
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+        return sqlite3_bind_int64(statement, at, value.toLongLong());
+    case QMetaType::Double:
+        return sqlite3_bind_double(statement, at, value.toDouble());
+    case QMetaType::QByteArray: {
+        const QByteArray bytes = value.toByteArray();
+        return sqlite3_bind_blob(statement, at, bytes.constData(), int(bytes.size()), SQLITE_TRANSIENT);
+    }
+    default: {
+        const QString text = value.toString();
+        return sqlite3_bind_text16(statement, at, text.utf16(), int(text.size() * 2), SQLITE_TRANSIENT);
+    }
+    }
+}
+
+} // namespace
+
+TextRows readSqliteText(sqlite3* db, const QString& sql, const QVariantList& parameters, int width) {
+    sqlite3_stmt* prepared = nullptr;
+    const QByteArray text = sql.toUtf8();
+    if (sqlite3_prepare_v2(db, text.constData(), int(text.size()), &prepared, nullptr) != SQLITE_OK)
+        throw failure(db);
+    const Statement statement(prepared);
+    for (int i = 0; i < parameters.size(); ++i)
+        if (bind(prepared, i + 1, parameters[i]) != SQLITE_OK)
+            throw failure(db);
+    TextRows rows(width);
+    int step;
+    while ((step = sqlite3_step(prepared)) == SQLITE_ROW) {
+        for (int i = 0; i < width; ++i) {
+            const auto* cell = reinterpret_cast<const char*>(sqlite3_column_text(prepared, i));
+            rows.append(cell ? cell : "", size_t(sqlite3_column_bytes(prepared, i)));
+        }
+    }
+    if (step != SQLITE_DONE)
+        throw failure(db);
+    return rows;
+}
+
+} // namespace tillbook::engine

@@ -1,0 +1,127 @@
+// The customer list's order kept by the ledger: names ordered as QCollator orders them for English (United
+// States) with case ignored, read in one pass with the list's fields, whatever path wrote or renamed them.
+#include "EngineTestSupport.h"
+#include "ledger/LedgerError.h"
+#include "ledger/engine/NameOrder.h"
+
+#include <QCollator>
+#include <map>
+
+namespace tillbook::test {
+namespace {
+
+const QStringList Names = {"b",
+                           "C",
+                           "a",
+                           "Äpfel GmbH",
+                           "apple farm",
+                           "Apple Farm",
+                           "Öl & Co",
+                           "Orchard",
+                           "Zebra Traders",
+                           "smith hardware",
+                           "SMITH HARDWARE",
+                           "Smith-Hardware",
+                           "Café Noir",
+                           "cafe noir",
+                           "CAFE NOIR",
+                           "",
+                           " Leading",
+                           "O'Brien",
+                           "obrien",
+                           "Zoë",
+                           "Zoe",
+                           "10 Pins",
+                           "9 Lives",
+                           "Ñandú",
+                           "straße",
+                           "strasse",
+                           "Ærø Dairy",
+                           "aero dairy"};
+
+QCollator listCollator() {
+    QCollator collator(QLocale(QLocale::English, QLocale::UnitedStates));
+    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    return collator;
+}
+
+int sign(int n) {
+    return (n > 0) - (n < 0);
+}
+
+TEST(NameOrderKey, ComparesAsTheCollatorDoes) {
+    const QCollator collator = listCollator();
+    for (const QString& a : Names)
+        for (const QString& b : Names) {
+            const QByteArray ka = engine::nameOrderKey(a), kb = engine::nameOrderKey(b);
+            EXPECT_EQ(sign(ka.compare(kb)), sign(collator.compare(a, b)))
+                << a.toStdString() << " / " << b.toStdString();
+        }
+}
+
+using NameOrderTest = EngineTest;
+
+const QStringList ListFields = {"NAMECUST", "IDCUST", "TEXTSTRE1", "TEXTSTRE2", "TEXTPHON1"};
+
+TEST_P(NameOrderTest, TheListComesInNameOrderWithItsFields) {
+    auto customers = m_session->openView("AR0024", "AR");
+    auto& f = customers->fields();
+    std::map<QString, QStringList> expected; // by number: the row the list must show
+    for (int i = 0; i < Names.size(); ++i) {
+        const QString id = customerNumber(i);
+        customers->init();
+        f.item("IDCUST").setValue(id);
+        f.item("NAMECUST").setValue(Names[i]);
+        f.item("TEXTSTRE1").setValue(QStringLiteral("%1 Rue Saint-Étienne").arg(i));
+        f.item("TEXTSTRE2").setValue(i % 2 ? QString() : QStringLiteral("Suite %1").arg(i));
+        f.item("TEXTPHON1").setValue(QStringLiteral("41655501%1").arg(i, 2, 10, QLatin1Char('0')));
+        f.item("CNTOPENINV").setValue(i % 5 == 4 ? 0 : 1); // every fifth has nothing open
+        customers->insert();
+        if (i % 5 != 4)
+            expected[id] = {Names[i], id, f.item("TEXTSTRE1").value().toString(),
+                            f.item("TEXTSTRE2").value().toString(), f.item("TEXTPHON1").value().toString()};
+    }
+    // Renamed after it was written: it moves to its new name's place.
+    f.item("IDCUST").setValue(customerNumber(1));
+    ASSERT_TRUE(customers->read());
+    f.item("NAMECUST").setValue("Aaron's Mill");
+    customers->update();
+    expected[customerNumber(1)][0] = "Aaron's Mill";
+
+    auto list = signIn()->openView("AR0024", "AR");
+    list->browse("CNTOPENINV>0", true);
+    ASSERT_TRUE(list->fetch()); // what was fetched already makes no difference
+    const TextRows rows = list->readAllText(ListFields, "NAMECUST");
+    ASSERT_EQ(rows.rows(), expected.size());
+    const QCollator collator = listCollator();
+    for (size_t r = 0; r < rows.rows(); ++r) {
+        QStringList row;
+        for (int c = 0; c < rows.width(); ++c)
+            row << rows.text(r, c);
+        EXPECT_EQ(row, expected[row[1]]) << "row " << r;
+        if (r > 0) {
+            EXPECT_LE(collator.compare(rows.text(r - 1, 0), row[0]), 0) << "row " << r;
+        }
+    }
+    // The blank name first, then blanks, digits, then "a" and the renamed customer.
+    EXPECT_EQ(rows.text(0, 0), "");
+    EXPECT_EQ(rows.text(1, 0), " Leading");
+    EXPECT_EQ(rows.text(4, 0), "a");
+    EXPECT_EQ(rows.text(5, 0), "Aaron's Mill");
+}
+
+TEST_P(NameOrderTest, OnlyTextIsReadAndAFailedBrowseReadsNothing) {
+    addCustomers(7);
+    auto customers = m_session->openView("AR0024", "AR");
+    EXPECT_EQ(customers->readAllText({"IDCUST"}).rows(), 7u); // no browse: every record, in key order
+    EXPECT_EQ(customers->readAllText({"IDCUST"}).text(6, 0), customerNumber(7));
+    EXPECT_THROW(customers->readAllText({"IDCUST", "CNTOPENINV"}), LedgerError);
+    EXPECT_THROW(customers->readAllText({"IDCUST"}, "NAMECUST"), LedgerError); // orders by a field not read
+    EXPECT_THROW(customers->browse("CNTOPENINV >", true), LedgerError);
+    EXPECT_EQ(customers->readAllText({"IDCUST"}).rows(), 0u);
+}
+
+TILLBOOK_ON_EACH_STORE(NameOrderTest);
+
+} // namespace
+} // namespace tillbook::test
