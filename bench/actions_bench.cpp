@@ -11,15 +11,14 @@
 // table.
 
 #include "SizedCompany.h"
+#include "entry/ReceiptDesk.h"
 #include "entry/frmCR.h"
 #include "fetching/CustomerList.h"
 #include "fetching/NameCollation.h"
-#include "fetching/ReceiptViews.h"
 #include "ledger/Session.h"
 #include "ledger/View.h"
 #include "ledger/engine/BatchPosting.h"
 #include "ledger/engine/PasswordHash.h"
-#include "settings/Globals.h"
 #include "ui/Platform.h"
 
 #include <QApplication>
@@ -445,23 +444,22 @@ void SortCustomersFloor(benchmark::State& state) {
 // ---- sign-in ----
 
 void SignIn(benchmark::State& state) {
-    SignInDatabaseID = sized().id;
-    SignInUser = QStringLiteral("ADMIN");
-    SignInPassword = QStringLiteral("ADMIN");
-    CurrentDatabase = 1;
+    Desk().SignInDatabaseID = sized().id;
+    Desk().SignInUser = QStringLiteral("ADMIN");
+    Desk().CurrentDatabase = 1;
     setMsgBoxResponder([](const MsgBoxRequest& box) {
         qWarning("message box: %s", qPrintable(box.prompt));
         return vbOK;
     });
     for (auto _ : state) {
         auto* window = new frmCR();
-        if (!window->Form_Load())
+        if (!window->Form_Load(QStringLiteral("ADMIN")))
             state.SkipWithError("the company could not be opened");
         window->show();
         QApplication::processEvents();
         state.PauseTiming();
         delete window;
-        Close_Ledger();
+        Close_Ledger(Desk());
         state.ResumeTiming();
     }
 }

@@ -48,7 +48,7 @@ void frmCR::cmdPrint_Click() {
     const int kind = ui->cboTransType->ListIndex();
     request.kind = kind == 1 ? ReceiptKind::Prepayment : kind == 2 ? ReceiptKind::Misc : ReceiptKind::Receipt;
     request.threePart = ui->mnuFileReceipt3V->isChecked();
-    Print_Receipt(request);
+    Print_Receipt(Desk(), request);
 }
 
 void frmCR::mnuFilePrint_Click() {

@@ -1,7 +1,7 @@
 #pragma once
 
 // The customers to whom a receipt can be applied: those with at least one open invoice, sorted by name.
-// The receipt window keeps them in `Customers`, parallel to its customer list: list position p is
+// The receipt desk keeps them in `Customers`, parallel to its customer list: list position p is
 // Customers[p].
 
 #include "ledger/Session.h"
@@ -19,8 +19,6 @@ struct CustomerRecord {
     QString Street2;
     QString Phone;
 };
-
-inline std::vector<CustomerRecord> Customers;
 
 // Told now and then how far a long task has come: `done` of `total` steps; a total of 0 means the end is not
 // known yet. Called often enough to move a progress bar, seldom enough not to slow the task.

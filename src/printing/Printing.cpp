@@ -133,18 +133,18 @@ QString ReceiptPdfPath(const QString& folder, const QString& batch, const QStrin
     return path;
 }
 
-PrintOutcome Print_Receipt(const PrintRequest& request) {
+PrintOutcome Print_Receipt(ReceiptViews& views, const PrintRequest& request) {
     PrintOutcome outcome;
-    if (!LedgerSession || !ReceiptHeaderView) {
+    if (!views.LedgerSession || !views.ReceiptHeaderView) {
         MsgBox(QStringLiteral("No company is open: there is no receipt to print."));
         return outcome;
     }
     auto data = std::make_shared<DataSet>();
     try {
-        *data = Read_ReceiptData(request);
+        *data = Read_ReceiptData(views, request);
     } catch (const LedgerError& error) {
         MsgBox(error.description());
-        LedgerSession->errors().clear(); // shown: not to be shown again by the next procedure
+        views.LedgerSession->errors().clear(); // shown: not to be shown again by the next procedure
         return outcome;
     }
 

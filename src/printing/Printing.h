@@ -10,6 +10,8 @@
 
 namespace tillbook {
 
+struct ReceiptViews;
+
 struct PrintOutcome {
     bool printed = false;
     QString pdfFile; // the file written when printing into TILLBOOK_PDF_DIR
@@ -26,6 +28,6 @@ QString ReceiptPdfPath(const QString& folder, const QString& batch, const QStrin
 // Every failure is shown in a message box. A missing or broken template or an unreadable entry prints
 // nothing; a failing sub-report binding or printer choice is shown and the print goes on. A print the user
 // cancels ends without a message.
-PrintOutcome Print_Receipt(const PrintRequest& request);
+PrintOutcome Print_Receipt(ReceiptViews& views, const PrintRequest& request);
 
 } // namespace tillbook

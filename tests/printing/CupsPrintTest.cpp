@@ -37,7 +37,7 @@ protected:
     // Prints entry 1 and returns the text of the job that reached `queue`.
     QString printEntryOne(const QString& queue) {
         const int before = int(cups->jobFiles(queue).size());
-        const PrintOutcome outcome = Print_Receipt(requestFor(1, ReceiptKind::Receipt, true));
+        const PrintOutcome outcome = Print_Receipt(Desk(), requestFor(1, ReceiptKind::Receipt, true));
         EXPECT_TRUE(outcome.printed);
         EXPECT_EQ(outcome.printer, queue);
         if (!cups->waitForJobs(queue, before + 1))

@@ -14,7 +14,7 @@ namespace {
 using PrintReceipt = PrintedCompany;
 
 QString printed(const PrintRequest& request) {
-    const PrintOutcome outcome = Print_Receipt(request);
+    const PrintOutcome outcome = Print_Receipt(Desk(), request);
     EXPECT_TRUE(outcome.printed);
     EXPECT_TRUE(QFileInfo::exists(outcome.pdfFile)) << outcome.pdfFile.toStdString();
     return pdfText(outcome.pdfFile);
@@ -77,8 +77,8 @@ TEST_F(PrintReceipt, ThirtyLinesAndNoLinesBothFitTheirBands) {
 }
 
 TEST_F(PrintReceipt, ReprintGetsTheNextCopyNumber) {
-    const QString first = Print_Receipt(requestFor(2, ReceiptKind::Prepayment, false)).pdfFile;
-    const QString second = Print_Receipt(requestFor(2, ReceiptKind::Prepayment, false)).pdfFile;
+    const QString first = Print_Receipt(Desk(), requestFor(2, ReceiptKind::Prepayment, false)).pdfFile;
+    const QString second = Print_Receipt(Desk(), requestFor(2, ReceiptKind::Prepayment, false)).pdfFile;
     EXPECT_EQ(QFileInfo(first).fileName(), "Receipt batch 1 entry 2.pdf");
     EXPECT_EQ(QFileInfo(second).fileName(), "Receipt batch 1 entry 2 copy 2.pdf");
     EXPECT_EQ(pdfText(first), pdfText(second));
@@ -88,7 +88,7 @@ TEST_F(PrintReceipt, MissingOrBrokenTemplateIsNamedAndNothingIsPrinted) {
     QTemporaryDir reports;
     PrintRequest request = requestFor(1, ReceiptKind::Receipt, true);
     request.reportFolder = reports.path();
-    EXPECT_FALSE(Print_Receipt(request).printed);
+    EXPECT_FALSE(Print_Receipt(Desk(), request).printed);
     ASSERT_EQ(boxes.asked.size(), 1);
     EXPECT_TRUE(boxes.asked[0].prompt.contains(reports.filePath("Receipt_3P.html")));
     EXPECT_TRUE(boxes.asked[0].prompt.contains("missing"));
@@ -97,7 +97,7 @@ TEST_F(PrintReceipt, MissingOrBrokenTemplateIsNamedAndNothingIsPrinted) {
     ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
     broken.write("<html>{{#rows}}{{Amount Paid}}</html>");
     broken.close();
-    EXPECT_FALSE(Print_Receipt(request).printed);
+    EXPECT_FALSE(Print_Receipt(Desk(), request).printed);
     ASSERT_EQ(boxes.asked.size(), 2);
     EXPECT_TRUE(boxes.asked[1].prompt.contains("Receipt_3P.html"));
     EXPECT_TRUE(boxes.asked[1].prompt.contains("cannot be used"));
@@ -106,7 +106,7 @@ TEST_F(PrintReceipt, MissingOrBrokenTemplateIsNamedAndNothingIsPrinted) {
     ASSERT_TRUE(broken.open(QIODevice::WriteOnly | QIODevice::Truncate));
     broken.write("<html>{{> Footer}}</html>");
     broken.close();
-    EXPECT_FALSE(Print_Receipt(request).printed);
+    EXPECT_FALSE(Print_Receipt(Desk(), request).printed);
     ASSERT_EQ(boxes.asked.size(), 3);
     EXPECT_TRUE(boxes.asked[2].prompt.contains(reports.filePath("Footer.html")));
     EXPECT_TRUE(QDir(pdfs.path()).isEmpty());
@@ -134,7 +134,7 @@ TEST_F(PrintReceipt, EverySubReportAtAnyDepthPrintsFromTheEntry) {
 }
 
 TEST_F(PrintReceipt, UnknownEntryIsReportedAndNotPrinted) {
-    EXPECT_FALSE(Print_Receipt(requestFor(42, ReceiptKind::Receipt, true)).printed);
+    EXPECT_FALSE(Print_Receipt(Desk(), requestFor(42, ReceiptKind::Receipt, true)).printed);
     ASSERT_EQ(boxes.asked.size(), 1);
     EXPECT_EQ(boxes.asked[0].prompt, "Entry 42 of batch 1 is not in the ledger.");
     EXPECT_TRUE(QDir(pdfs.path()).isEmpty());
