@@ -7,7 +7,7 @@
 #include "entry/ReceiptDesk.h"
 #include "ledger/Formats.h"
 #include "printing/Printing.h"
-#include "printing/ReceiptData.h"
+#include "printing/data/ReceiptData.h"
 #include "printing/Report.h"
 
 #include <QAbstractTextDocumentLayout>

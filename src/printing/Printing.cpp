@@ -4,7 +4,7 @@
 #include "ledger/Formats.h"
 #include "ledger/LedgerError.h"
 #include "printing/Printers.h"
-#include "printing/ReceiptData.h"
+#include "printing/data/ReceiptData.h"
 #include "printing/ReceiptPage.h"
 #include "printing/Report.h"
 #include "ui/Forms.h"

@@ -4,7 +4,7 @@
 // kind and style, and printed on the chosen printer, the default printer, or into a PDF file in
 // TILLBOOK_PDF_DIR.
 
-#include "printing/PrintRequest.h"
+#include "printing/data/PrintRequest.h"
 
 #include <QString>
 #include <QStringList>

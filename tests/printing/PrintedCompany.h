@@ -10,7 +10,7 @@
 
 #include "entry/ReceiptDesk.h"
 #include "ledger/Formats.h"
-#include "printing/PrintRequest.h"
+#include "printing/data/PrintRequest.h"
 #include "support/AnswerMessageBoxes.h"
 #include "support/QtPrinters.h"
 #include "support/TempSettings.h"

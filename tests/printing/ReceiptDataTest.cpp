@@ -1,6 +1,6 @@
 // The data set a receipt prints from, read back from saved entries of each kind.
 
-#include "printing/ReceiptData.h"
+#include "printing/data/ReceiptData.h"
 
 #include "PrintedCompany.h"
 

@@ -1,4 +1,4 @@
-#include "printing/ReceiptData.h"
+#include "printing/data/ReceiptData.h"
 
 #include "fetching/FieldValues.h"
 #include "fetching/ReceiptViews.h"

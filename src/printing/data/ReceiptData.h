@@ -2,8 +2,8 @@
 
 // Reads a saved entry back from the ledger into the data set its receipt is printed from.
 
-#include "printing/DataSet.h"
-#include "printing/PrintRequest.h"
+#include "printing/data/DataSet.h"
+#include "printing/data/PrintRequest.h"
 
 namespace tillbook {
 
