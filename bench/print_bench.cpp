@@ -7,8 +7,8 @@
 #include "entry/ReceiptDesk.h"
 #include "ledger/Formats.h"
 #include "printing/Printing.h"
-#include "printing/data/ReceiptData.h"
 #include "printing/Report.h"
+#include "printing/data/ReceiptData.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QApplication>

@@ -4,9 +4,9 @@
 #include "ledger/Formats.h"
 #include "ledger/LedgerError.h"
 #include "printing/Printers.h"
-#include "printing/data/ReceiptData.h"
 #include "printing/ReceiptPage.h"
 #include "printing/Report.h"
+#include "printing/data/ReceiptData.h"
 #include "ui/Forms.h"
 
 #include <QDir>
