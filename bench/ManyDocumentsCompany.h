@@ -2,9 +2,9 @@
 
 // The companies of the receipt window's benchmarks, and the receipt window signed in to one of them.
 
+#include "entry/ReceiptDesk.h"
 #include "entry/frmCR.h"
 #include "ledger/engine/SampleCompany.h"
-#include "settings/Globals.h"
 #include "ui/Platform.h"
 
 #include <QDir>
@@ -42,17 +42,16 @@ inline ReceiptBenchCompany& company() {
 // The receipt window signed in to the company, or nullptr when it could not be opened.
 inline frmCR* openWindow(benchmark::State& state, const ReceiptBenchCompany& on = company()) {
     qputenv("TILLBOOK_DATA", on.dir.path().toUtf8());
-    SignInDatabaseID = on.id;
-    SignInUser = QStringLiteral("ADMIN");
-    SignInPassword = QStringLiteral("ADMIN");
-    CurrentDatabase = 1;
+    Desk().SignInDatabaseID = on.id;
+    Desk().SignInUser = QStringLiteral("ADMIN");
+    Desk().CurrentDatabase = 1;
     // A message box would wait for a clerk who is not there: its text is printed and it is answered.
     setMsgBoxResponder([](const MsgBoxRequest& box) {
         qWarning("message box: %s", qPrintable(box.prompt));
         return vbOK;
     });
     auto* window = new frmCR();
-    if (!window->Form_Load()) {
+    if (!window->Form_Load(QStringLiteral("ADMIN"))) {
         state.SkipWithError("the company could not be opened");
         delete window;
         return nullptr;

@@ -16,6 +16,7 @@
 
 #include "SizedCompany.h"
 #include "SqliteFloor.h"
+#include "entry/ReceiptDesk.h"
 #include "entry/frmCR.h"
 #include "fetching/CustomerList.h"
 #include "fetching/CustomerSearch.h"
@@ -24,7 +25,6 @@
 #include "ledger/View.h"
 #include "ledger/engine/BatchPosting.h"
 #include "ledger/engine/PasswordHash.h"
-#include "settings/Globals.h"
 #include "ui/Platform.h"
 
 #include <QApplication>
@@ -494,23 +494,22 @@ void SearchFloor(benchmark::State& state) {
 // ---- sign-in ----
 
 void SignIn(benchmark::State& state) {
-    SignInDatabaseID = sized().id;
-    SignInUser = QStringLiteral("ADMIN");
-    SignInPassword = QStringLiteral("ADMIN");
-    CurrentDatabase = 1;
+    Desk().SignInDatabaseID = sized().id;
+    Desk().SignInUser = QStringLiteral("ADMIN");
+    Desk().CurrentDatabase = 1;
     setMsgBoxResponder([](const MsgBoxRequest& box) {
         qWarning("message box: %s", qPrintable(box.prompt));
         return vbOK;
     });
     for (auto _ : state) {
         auto* window = new frmCR();
-        if (!window->Form_Load())
+        if (!window->Form_Load(QStringLiteral("ADMIN")))
             state.SkipWithError("the company could not be opened");
         window->show();
         QApplication::processEvents();
         state.PauseTiming();
         delete window;
-        Close_Ledger();
+        Close_Ledger(Desk());
         state.ResumeTiming();
     }
 }

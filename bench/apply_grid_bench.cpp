@@ -4,11 +4,10 @@
 
 #include "ManyDocumentsCompany.h"
 #include "entry/GridColumnSets.h"
+#include "entry/ReceiptDesk.h"
 #include "entry/frmCR.h"
 #include "fetching/Batches.h"
 #include "fetching/OpenDocuments.h"
-#include "fetching/ReceiptViews.h"
-#include "settings/Globals.h"
 #include "ui/ComboBox.h"
 #include "ui/FlexGrid.h"
 
@@ -30,7 +29,7 @@ void InvoiceSearchToFilledGrid(benchmark::State& state) {
     frmCR* window = openWindow(state);
     if (!window)
         return;
-    Create_Batch(QDate(2025, 3, 14));
+    Create_Batch(Desk(), QDate(2025, 3, 14));
     window->findChild<ComboBox*>("cboCustomers")->setListIndex(0);
     window->findChild<QLineEdit*>("txtAmount")->setText("100.00");
     auto* grid = window->findChild<FlexGrid*>("MSFlexGrid1");
@@ -42,7 +41,7 @@ void InvoiceSearchToFilledGrid(benchmark::State& state) {
     }
     state.counters["documents"] = grid->Rows() - 1;
     delete window;
-    Close_Ledger();
+    Close_Ledger(Desk());
 }
 
 // The ledger's part alone: the open-document list read row by row, nothing written to the grid.
@@ -53,11 +52,12 @@ void OpenDocumentListRead(benchmark::State& state) {
     int rows = 0;
     for (auto _ : state) {
         rows = 0;
-        Read_OpenDocuments(QStringLiteral("0001"), ApplyGridFields, [&](const QStringList&) { ++rows; });
+        Read_OpenDocuments(Desk(), QStringLiteral("0001"), ApplyGridFields,
+                           [&](const QStringList&) { ++rows; });
     }
     state.counters["documents"] = rows;
     delete window;
-    Close_Ledger();
+    Close_Ledger(Desk());
 }
 
 void FloorOneQueryOfTheOpenDocuments(benchmark::State& state) {

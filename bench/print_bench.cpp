@@ -4,11 +4,11 @@
 // the text engine alone.
 
 #include "BenchCompany.h"
-#include "fetching/ReceiptViews.h"
+#include "entry/ReceiptDesk.h"
 #include "ledger/Formats.h"
 #include "printing/Printing.h"
-#include "printing/ReceiptData.h"
 #include "printing/Report.h"
+#include "printing/data/ReceiptData.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QApplication>
@@ -28,9 +28,9 @@ QVariant text(const char* value) {
 
 // A new batch holding one miscellaneous receipt of 10 lines; returns its batch number.
 QString saveTenLineReceipt() {
-    View& batch = *BatchView;
-    View& header = *ReceiptHeaderView;
-    View& misc = *ReceiptMiscView;
+    View& batch = *Desk().BatchView;
+    View& header = *Desk().ReceiptHeaderView;
+    View& misc = *Desk().ReceiptMiscView;
     batch.fields().item("CODEPYMTYP").putWithoutVerification(text("CA"));
     batch.fields().item("CNTBTCH").putWithoutVerification(0);
     batch.fields().item("BATCHDESC").setValue(text("Print benchmark"));
@@ -66,10 +66,10 @@ struct PrintSetup {
 
     PrintSetup() {
         bench::sample();
-        LedgerSession = std::make_unique<Session>();
-        LedgerSession->open(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"), QStringLiteral("BENCH"),
-                            Today());
-        Open_ReceiptViews();
+        Desk().LedgerSession = std::make_unique<Session>();
+        Desk().LedgerSession->open(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"), QStringLiteral("BENCH"),
+                                   Today());
+        Open_ReceiptViews(Desk());
         request.batch = saveTenLineReceipt();
         request.entry = QStringLiteral("1");
         request.kind = ReceiptKind::Misc;
@@ -77,7 +77,7 @@ struct PrintSetup {
         request.reportFolder = QStringLiteral(TILLBOOK_REPORTS_DIR);
         qputenv("TILLBOOK_PDF_DIR", pdfs.path().toUtf8());
 
-        auto data = std::make_shared<DataSet>(Read_ReceiptData(request));
+        auto data = std::make_shared<DataSet>(Read_ReceiptData(Desk(), request));
         auto report =
             Report::open(QDir(request.reportFolder).filePath(ReceiptTemplateName(request.kind, true)));
         report->setDataSource(data);
@@ -102,7 +102,7 @@ void emptyFolder(const QString& path) {
 void PrintSavedReceiptToPdf(benchmark::State& state) {
     PrintSetup& s = setup();
     for (auto _ : state) {
-        const PrintOutcome outcome = Print_Receipt(s.request);
+        const PrintOutcome outcome = Print_Receipt(Desk(), s.request);
         if (!outcome.printed)
             state.SkipWithError("nothing was printed");
         state.PauseTiming();
@@ -146,6 +146,6 @@ int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
-    Close_Ledger();
+    Close_Ledger(Desk());
     return 0;
 }

@@ -4,10 +4,9 @@
 // sorted by their collation keys, in the same run on the same file.
 
 #include "BenchCompany.h"
+#include "entry/ReceiptDesk.h"
 #include "entry/frmCR.h"
 #include "fetching/NameCollation.h"
-#include "fetching/ReceiptViews.h"
-#include "settings/Globals.h"
 
 #include <QApplication>
 #include <QCollatorSortKey>
@@ -26,19 +25,18 @@ using bench::sample;
 
 void SignInToReadyReceiptWindow(benchmark::State& state) {
     sample();
-    SignInDatabaseID = QStringLiteral("BENCH");
-    SignInUser = QStringLiteral("ADMIN");
-    SignInPassword = QStringLiteral("ADMIN");
-    CurrentDatabase = 1;
+    Desk().SignInDatabaseID = QStringLiteral("BENCH");
+    Desk().SignInUser = QStringLiteral("ADMIN");
+    Desk().CurrentDatabase = 1;
     for (auto _ : state) {
         auto* window = new frmCR();
-        if (!window->Form_Load())
+        if (!window->Form_Load(QStringLiteral("ADMIN")))
             state.SkipWithError("the company could not be opened");
         window->show();
         QApplication::processEvents();
         state.PauseTiming();
         delete window;
-        Close_Ledger();
+        Close_Ledger(Desk());
         state.ResumeTiming();
     }
 }

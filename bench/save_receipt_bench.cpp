@@ -4,9 +4,9 @@
 // statements in one transaction and read back, in the same run on the same file.
 
 #include "ManyDocumentsCompany.h"
+#include "entry/ReceiptDesk.h"
 #include "fetching/Batches.h"
 #include "fetching/CustomerList.h"
-#include "fetching/ReceiptViews.h"
 #include "ledger/Formats.h"
 #include "ui/ComboBox.h"
 #include "ui/FlexGrid.h"
@@ -34,7 +34,7 @@ void SaveReceiptWithTenApplications(benchmark::State& state) {
     frmCR* window = openWindow(state, company());
     if (!window)
         return;
-    Create_Batch(QDate(2025, 3, 14));
+    Create_Batch(Desk(), QDate(2025, 3, 14));
     auto* batches = window->findChild<ComboBox*>("cboBatch");
     window->Load_Batches();
     batches->setListIndex(batches->ListCount() - 1);
@@ -46,7 +46,7 @@ void SaveReceiptWithTenApplications(benchmark::State& state) {
     for (auto _ : state) {
         state.PauseTiming();
         window->cmdNewEntry_Click();
-        window->findChild<ComboBox*>("cboCustomers")->setListIndex(customer++ % Customers.size());
+        window->findChild<ComboBox*>("cboCustomers")->setListIndex(customer++ % Desk().Customers.size());
         amount->setText(QStringLiteral("1,000,000.00"));
         unapplied->setText(amount->text());
         window->cmdSearch_Click();
@@ -63,12 +63,12 @@ void SaveReceiptWithTenApplications(benchmark::State& state) {
         }
         state.ResumeTiming();
         window->cmdSave_Click();
-        if (!PostOK)
+        if (!window->LastPosting().PostOK)
             state.SkipWithError("the receipt was not saved");
     }
     state.counters["applications"] = applied; // of the last entry
     delete window;
-    Close_Ledger();
+    Close_Ledger(Desk());
 }
 
 void FloorSameRowsInOneTransaction(benchmark::State& state) {

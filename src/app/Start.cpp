@@ -1,7 +1,7 @@
 #include "app/Start.h"
 
 #include "app/frmLogin.h"
-#include "fetching/ReceiptViews.h"
+#include "entry/ReceiptDesk.h"
 #include "ui/ProgramIcon.h"
 
 #include <QApplication>
@@ -17,7 +17,7 @@ void Start_Main() {
 }
 
 void End_Main() {
-    Close_Ledger();
+    Close_Ledger(Desk());
 }
 
 } // namespace tillbook

@@ -1,7 +1,7 @@
 #include "app/frmLogin.h"
 
-#include "app/NewDialogFlags.h"
 #include "app/frmNew.h"
+#include "entry/ReceiptDesk.h"
 #include "entry/frmCR.h"
 #include "settings/Registry.h"
 #include "ui/Events.h"
@@ -63,17 +63,17 @@ void frmLogin::Form_Load() {
                                 .arg(TILLBOOK_VERSION_MINOR)
                                 .arg(TILLBOOK_VERSION_PATCH));
     ui->cmdOK->setEnabled(false);
-    DatabaseIDs.fill(QString());
-    Users.fill(UserRecord());
+    Desk().DatabaseIDs.fill(QString());
+    Desk().Users.fill(UserRecord());
 }
 
 void frmLogin::Form_Activate() {
-    if (ReturnFromNew) {
+    if (Desk().ReturnFromNew) {
         m_initialised = true;
-        ReturnFromNew = false;
+        Desk().ReturnFromNew = false;
     }
     if (!m_initialised) {
-        const ConnectInfo info = Load_ConnectInfo();
+        const ConnectInfo info = Load_ConnectInfo(Desk());
         ui->mnuFilePassword->setChecked(info.savePassword);
         ui->txtPassword->setText(info.savedPassword);
         Load_DatabasesAndUsers();
@@ -87,7 +87,7 @@ void frmLogin::Form_Activate() {
 
 void frmLogin::fillDatabaseList() {
     ui->cboDatabase->clear();
-    for (const QString& id : DatabaseIDs) {
+    for (const QString& id : Desk().DatabaseIDs) {
         if (!id.isEmpty())
             ui->cboDatabase->addItem(id);
     }
@@ -95,7 +95,7 @@ void frmLogin::fillDatabaseList() {
 
 void frmLogin::fillUserList() {
     ui->cboUser->clear();
-    for (const UserRecord& user : Users) {
+    for (const UserRecord& user : Desk().Users) {
         if (!user.UserName.isEmpty())
             ui->cboUser->addItem(user.UserName);
     }
@@ -103,23 +103,23 @@ void frmLogin::fillUserList() {
 
 void frmLogin::Load_DatabaseCombo() {
     fillDatabaseList();
-    ui->cboDatabase->setListIndex(CurrentDatabase - 1);
+    ui->cboDatabase->setListIndex(Desk().CurrentDatabase - 1);
 }
 
 void frmLogin::Load_UserCombo() {
     fillUserList();
-    ui->cboUser->setListIndex(CurrentUser - 1);
+    ui->cboUser->setListIndex(Desk().CurrentUser - 1);
 }
 
 void frmLogin::Load_DatabasesAndUsers() {
-    Load_DatabaseIDs();
+    Load_DatabaseIDs(Desk());
     Load_DatabaseCombo();
-    if (CurrentDatabase != 0)
+    if (Desk().CurrentDatabase != 0)
         Reload_Users();
 }
 
 void frmLogin::Reload_Users() {
-    Load_Users();
+    Load_Users(Desk());
     Load_UserCombo();
     m_initialised = true;
 }
@@ -130,15 +130,15 @@ void frmLogin::Enable_cmdOK() {
 }
 
 bool frmLogin::Check_Password() const {
-    if (CurrentUser < 1 || CurrentUser > UserSlots)
+    if (Desk().CurrentUser < 1 || Desk().CurrentUser > UserSlots)
         return false;
-    return Users[CurrentUser - 1].Password == m_typedPassword;
+    return Desk().Users[Desk().CurrentUser - 1].Password == m_typedPassword;
 }
 
 void frmLogin::cboDatabase_Click() {
     if (m_initialised) {
-        CurrentDatabase = static_cast<std::int16_t>(ui->cboDatabase->ListIndex() + 1);
-        CurrentUser = 0;
+        Desk().CurrentDatabase = static_cast<std::int16_t>(ui->cboDatabase->ListIndex() + 1);
+        Desk().CurrentUser = 0;
         Reload_Users();
         ui->cboUser->setListIndex(-1);
     }
@@ -147,7 +147,7 @@ void frmLogin::cboDatabase_Click() {
 
 void frmLogin::cboUser_Click() {
     if (m_initialised)
-        CurrentUser = static_cast<std::int16_t>(ui->cboUser->ListIndex() + 1);
+        Desk().CurrentUser = static_cast<std::int16_t>(ui->cboUser->ListIndex() + 1);
     Enable_cmdOK();
 }
 
@@ -170,14 +170,13 @@ void frmLogin::txtPassword_LostFocus() {
 void frmLogin::cmdOK_Click() {
     if (Check_Password()) {
         setCursor(Qt::WaitCursor);
-        SignInDatabaseID = ui->cboDatabase->currentText();
-        SignInUser = ui->cboUser->currentText();
-        SignInPassword = ui->txtPassword->text();
+        Desk().SignInDatabaseID = ui->cboDatabase->currentText();
+        Desk().SignInUser = ui->cboUser->currentText();
         Save_ConnectInfo(ui->cboDatabase->ListIndex(), ui->cboUser->ListIndex(),
                          ui->mnuFilePassword->isChecked(), ui->txtPassword->text());
         auto* receipts = new frmCR();
         receipts->setAttribute(Qt::WA_DeleteOnClose);
-        if (!receipts->Form_Load()) {
+        if (!receipts->Form_Load(ui->txtPassword->text())) {
             // The company could not be opened (the clerk has been told why): stay here to choose again.
             delete receipts;
             unsetCursor();
@@ -206,8 +205,8 @@ void frmLogin::mnuFilePassword_Click() {
 void frmLogin::cmdExit_Click() {
     Save_ConnectInfo(ui->cboDatabase->ListIndex(), ui->cboUser->ListIndex(), ui->mnuFilePassword->isChecked(),
                      ui->txtPassword->text());
-    Save_DatabaseIDs();
-    Save_Users();
+    Save_DatabaseIDs(Desk());
+    Save_Users(Desk());
     close();
     QCoreApplication::quit();
 }

@@ -1,8 +1,8 @@
 // The sign-in window's Add and Delete commands: the configured database IDs and the users of the selected
 // database. Additions go through frmNew; deletions are asked for first.
-#include "app/NewDialogFlags.h"
 #include "app/frmLogin.h"
 #include "app/frmNew.h"
+#include "entry/ReceiptDesk.h"
 #include "settings/Registry.h"
 #include "ui/Platform.h"
 #include "ui_frmLogin.h"
@@ -40,13 +40,13 @@ void frmLogin::mnuAddNewDB_Click() {
                vbOKOnly, QStringLiteral("Database Limit Reached"));
         return;
     }
-    ReturnFromNew = false;
-    DatabasesChanged = false;
-    UsersChanged = false;
+    Desk().ReturnFromNew = false;
+    Desk().DatabasesChanged = false;
+    Desk().UsersChanged = false;
     frmNew* dialog = newDialog();
     dialog->Set_NewDatabase();
     dialog->show();
-    AddingDatabase = true;
+    Desk().AddingDatabase = true;
 }
 
 void frmLogin::mnuAddNewUser_Click() {
@@ -61,13 +61,13 @@ void frmLogin::mnuAddNewUser_Click() {
                QStringLiteral("Input Required"));
         return;
     }
-    ReturnFromNew = false;
-    DatabasesChanged = false;
-    UsersChanged = false;
+    Desk().ReturnFromNew = false;
+    Desk().DatabasesChanged = false;
+    Desk().UsersChanged = false;
     frmNew* dialog = newDialog();
     dialog->Set_NewUser(ui->cboDatabase->currentText());
     dialog->show();
-    AddingDatabase = false;
+    Desk().AddingDatabase = false;
 }
 
 void frmLogin::mnuDeleteDB_Click() {
@@ -84,9 +84,9 @@ void frmLogin::mnuDeleteDB_Click() {
     if (answer != vbYes)
         return;
     // The list positions are the slots: both are kept without gaps. Nothing is stored until Exit.
-    DatabaseIDs[static_cast<size_t>(index)].clear();
-    closeGaps(DatabaseIDs, [](const QString& id) { return id.isEmpty(); });
-    Users.fill(UserRecord());
+    Desk().DatabaseIDs[static_cast<size_t>(index)].clear();
+    closeGaps(Desk().DatabaseIDs, [](const QString& id) { return id.isEmpty(); });
+    Desk().Users.fill(UserRecord());
     fillDatabaseList();
     ui->cboDatabase->setListIndex(-1);
     ui->cboUser->clear();
@@ -103,13 +103,13 @@ void frmLogin::mnuDeleteUser_Click() {
                                   QStringLiteral("Are you sure that you want to remove this user?"),
                               vbYesNo + vbExclamation, QStringLiteral("Confirm Delete"));
     if (answer == vbYes) {
-        Users[static_cast<size_t>(index)] = UserRecord();
-        closeGaps(Users, [](const UserRecord& user) { return user.UserName.isEmpty(); });
+        Desk().Users[static_cast<size_t>(index)] = UserRecord();
+        closeGaps(Desk().Users, [](const UserRecord& user) { return user.UserName.isEmpty(); });
         fillUserList();
         ui->cboUser->setListIndex(-1);
     }
     // The stored users are written again whatever the answer.
-    Save_Users();
+    Save_Users(Desk());
 }
 
 } // namespace tillbook

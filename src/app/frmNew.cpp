@@ -1,6 +1,6 @@
 #include "app/frmNew.h"
 
-#include "app/NewDialogFlags.h"
+#include "entry/ReceiptDesk.h"
 #include "ledger/Formats.h"
 #include "settings/Registry.h"
 #include "ui/Events.h"
@@ -107,11 +107,11 @@ bool frmNew::Test_Connection() {
 void frmNew::cmdOK_Click() {
     setCursor(Qt::WaitCursor);
     if (Test_Connection()) {
-        if (AddingDatabase)
+        if (Desk().AddingDatabase)
             Add_Database();
         else
             Add_User();
-        ReturnFromNew = true;
+        Desk().ReturnFromNew = true;
         unsetCursor();
         accept();
         return;
@@ -122,7 +122,7 @@ void frmNew::cmdOK_Click() {
     ui->txtNewUser->clear();
     ui->txtNewPWD->clear();
     ui->txtVerPWD->clear();
-    if (AddingDatabase) {
+    if (Desk().AddingDatabase) {
         ui->txtNewDB->clear();
         ui->txtNewDB->setFocus(Qt::OtherFocusReason);
     } else {
@@ -134,30 +134,30 @@ void frmNew::cmdOK_Click() {
 void frmNew::Add_Database() {
     int slotNumber = 0;
     for (int i = 0; i < DatabaseSlots; ++i) {
-        if (DatabaseIDs[static_cast<size_t>(i)].isEmpty()) {
-            DatabaseIDs[static_cast<size_t>(i)] = ui->txtNewDB->text();
+        if (Desk().DatabaseIDs[static_cast<size_t>(i)].isEmpty()) {
+            Desk().DatabaseIDs[static_cast<size_t>(i)] = ui->txtNewDB->text();
             slotNumber = i + 1;
             break;
         }
     }
     // A new database starts with exactly the one user who proved it.
-    Users.fill(UserRecord());
-    Users[0] = {ui->txtNewUser->text(), ui->txtNewPWD->text()};
-    CurrentUser = 1;
-    CurrentDatabase = static_cast<std::int16_t>(slotNumber);
-    Save_DatabaseIDs();
-    Save_Users();
-    DatabasesChanged = true;
+    Desk().Users.fill(UserRecord());
+    Desk().Users[0] = {ui->txtNewUser->text(), ui->txtNewPWD->text()};
+    Desk().CurrentUser = 1;
+    Desk().CurrentDatabase = static_cast<std::int16_t>(slotNumber);
+    Save_DatabaseIDs(Desk());
+    Save_Users(Desk());
+    Desk().DatabasesChanged = true;
 }
 
 void frmNew::Add_User() {
     for (int i = 0; i < UserSlots; ++i) {
-        UserRecord& slot = Users[static_cast<size_t>(i)];
+        UserRecord& slot = Desk().Users[static_cast<size_t>(i)];
         if (slot.UserName.isEmpty()) {
             slot = {ui->txtNewUser->text(), ui->txtNewPWD->text()};
-            CurrentUser = static_cast<std::int16_t>(i + 1);
-            Save_Users();
-            UsersChanged = true;
+            Desk().CurrentUser = static_cast<std::int16_t>(i + 1);
+            Save_Users(Desk());
+            Desk().UsersChanged = true;
             return;
         }
     }
@@ -168,7 +168,7 @@ void frmNew::cmdClose_Click() {
 }
 
 void frmNew::reject() {
-    ReturnFromNew = true;
+    Desk().ReturnFromNew = true;
     QDialog::reject();
 }
 

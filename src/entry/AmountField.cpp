@@ -1,8 +1,8 @@
 // The receipt window: the amount field, and the remaining amount that follows it.
 #include "entry/AmountKeys.h"
+#include "entry/ReceiptDesk.h"
 #include "entry/frmCR.h"
 #include "ledger/Formats.h"
-#include "settings/Globals.h"
 #include "ui/Events.h"
 #include "ui_frmCR.h"
 
@@ -85,7 +85,7 @@ void frmCR::txtAmount_GotFocus() {
 }
 
 void frmCR::txtAmount_KeyPress(int& keyAscii) {
-    keyAscii = FilterAmountKey(keyAscii, ui->txtAmount->text(), DecimalTyped);
+    keyAscii = FilterAmountKey(keyAscii, ui->txtAmount->text(), Desk().DecimalTyped);
     // A changed amount must be applied again before a receipt is saved; a prepayment's pick stands.
     const bool prepaymentPicked = !ui->txtPrePay->text().isEmpty();
     ui->cmdSave->setEnabled(prepaymentPicked);
@@ -109,7 +109,7 @@ QString frmCR::Adjust_Remaining(bool distribution) {
 
 void frmCR::txtAmount_LostFocus() {
     const Money amount = Strip_Commas(ui->txtAmount->text());
-    ReceiptAmount = amount;
+    Desk().ReceiptAmount = amount;
     if (m_transType == 0) {
         ui->txtUnapplied->setText(Adjust_Remaining(false));
         if (ui->cboCustomers->ListIndex() >= 0)

@@ -1,9 +1,9 @@
 // The receipt window: applying a receipt to the customer's open documents, picking the document of a
 // prepayment, the document search and the receipt number.
 #include "entry/ApplyRules.h"
+#include "entry/ReceiptDesk.h"
 #include "entry/frmCR.h"
 #include "ledger/Formats.h"
-#include "settings/Globals.h"
 #include "ui/Events.h"
 #include "ui/FlexGrid.h"
 #include "ui/Platform.h"
@@ -56,14 +56,14 @@ void frmCR::MSFlexGrid1_DblClick() {
                 return;
             }
             Apply_Document(row);
-            EntryDirty = true;
-            ++ApplyCount;
+            Desk().EntryDirty = true;
+            ++Desk().ApplyCount;
             setSaveEnabled(true);
         } else {
             Unapply_Document(row);
-            --ApplyCount;
-            if (ApplyCount < 1) {
-                EntryDirty = false;
+            --Desk().ApplyCount;
+            if (Desk().ApplyCount < 1) {
+                Desk().EntryDirty = false;
                 setSaveEnabled(false);
             }
         }
@@ -75,7 +75,7 @@ void frmCR::MSFlexGrid1_DblClick() {
         Make_ReceiptNumber();
         setSaveEnabled(true);
         ui->txtPrePay->setText(grid->Text());
-        EntryDirty = true;
+        Desk().EntryDirty = true;
         break;
     }
     default:
@@ -90,7 +90,8 @@ void frmCR::Apply_Document(int row) {
     ui->txtUnapplied->setText(FormatAmount(result.unapplied));
     grid->setTextMatrix(row, AppliedAmountColumn, FormatAmount(result.applied));
     grid->setTextMatrix(row, NetBalanceColumn, FormatAmount(result.net));
-    AppliedRows{ApplyKeys, AppliedMarks}.add(ApplyCount, row, grid->TextMatrix(row, ApplyColumn));
+    AppliedRows{Desk().ApplyKeys, Desk().AppliedMarks}.add(Desk().ApplyCount, row,
+                                                           grid->TextMatrix(row, ApplyColumn));
     grid->setTextMatrix(row, ApplyColumn, AppliedText);
     markApplyCell(row, true);
 }
@@ -104,7 +105,7 @@ void frmCR::Unapply_Document(int row) {
     // The restored net balance is written as a plain number, unlike the other amounts.
     grid->setTextMatrix(row, NetBalanceColumn, FormatPlain(result.net));
     ui->txtUnapplied->setText(FormatAmount(result.unapplied));
-    const QString mark = AppliedRows{ApplyKeys, AppliedMarks}.remove(ApplyCount, row);
+    const QString mark = AppliedRows{Desk().ApplyKeys, Desk().AppliedMarks}.remove(Desk().ApplyCount, row);
     grid->setTextMatrix(row, ApplyColumn, mark);
     markApplyCell(row, false);
 }
@@ -114,15 +115,15 @@ void frmCR::markApplyCell(int row, bool applied) {
 }
 
 void frmCR::Make_ReceiptNumber() {
-    ui->txtReceiptNum->setText(ReceiptNumberText(CurrentBatch, CurrentEntry, Today()));
+    ui->txtReceiptNum->setText(ReceiptNumberText(Desk().CurrentBatch, Desk().CurrentEntry, Today()));
 }
 
 void frmCR::cmdSearch_Click() {
     // A new search starts the applications afresh: the receipt's whole amount is unapplied again.
-    if (ApplyCount > 0) {
-        ApplyCount = 0;
-        AppliedRows{ApplyKeys, AppliedMarks}.reset();
-        EntryDirty = false;
+    if (Desk().ApplyCount > 0) {
+        Desk().ApplyCount = 0;
+        AppliedRows{Desk().ApplyKeys, Desk().AppliedMarks}.reset();
+        Desk().EntryDirty = false;
         setSaveEnabled(false);
         ui->txtUnapplied->setText(ui->txtAmount->text());
     }

@@ -60,7 +60,7 @@ void frmCR::txtDate_LostFocus() {
     Load_FiscalYears(date);
     Load_FiscalPeriods(date);
     try {
-        Put_ReceiptDate(value);
+        Put_ReceiptDate(Desk(), value);
     } catch (const LedgerError& error) {
         reportLedgerError(QStringLiteral("The receipt date could not be taken."), error.description());
     }

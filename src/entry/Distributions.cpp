@@ -1,6 +1,7 @@
 // The receipt window: the distribution lines of a miscellaneous receipt, keyed through the editor that floats
 // over the grid's current cell, checked cell by cell, and filled from the finder.
 #include "entry/DistributionRules.h"
+#include "entry/ReceiptDesk.h"
 #include "entry/dialogs/frmFinder.h"
 #include "entry/frmCR.h"
 #include "fetching/CodeChecks.h"
@@ -8,7 +9,6 @@
 #include "fetching/ReceiptViews.h"
 #include "ledger/Formats.h"
 #include "ledger/LedgerError.h"
-#include "settings/Globals.h"
 #include "ui/Events.h"
 #include "ui/FlexGrid.h"
 #include "ui/Platform.h"
@@ -83,18 +83,20 @@ bool frmCR::editingDistributions() const {
 void frmCR::cmdNewInvoice_Click() {
     FlexGrid* grid = ui->MSFlexGrid1;
     // The amount being keyed counts only once it is checked, as when the clerk leaves its cell.
-    if (m_editorFloating && grid->Col() == DistColAmount && grid->Row() >= 1 && grid->Row() <= DistLines &&
+    if (m_editorFloating && grid->Col() == DistColAmount && grid->Row() >= 1 &&
+        grid->Row() <= Desk().DistLines &&
         !checkDistCell(grid->Row(), DistColAmount, ui->txtFloat->text(), RefusedBy::Keys)) {
         refuseDistAmount();
         return;
     }
-    const bool first = DistLines == 0;
+    const bool first = Desk().DistLines == 0;
     const bool somethingLeft = first || ui->txtDistribution->text() != u"0.00";
-    if (first || (somethingLeft && CanAddDistLine(DistLines, grid->TextMatrix(DistLines, DistColAmount)))) {
-        ++DistLines;
-        if (grid->Rows() <= DistLines)
-            grid->setRows(DistLines + 1);
-        grid->setTextMatrix(DistLines, DistColAmount, QStringLiteral("0.00"));
+    if (first || (somethingLeft &&
+                  CanAddDistLine(Desk().DistLines, grid->TextMatrix(Desk().DistLines, DistColAmount)))) {
+        ++Desk().DistLines;
+        if (grid->Rows() <= Desk().DistLines)
+            grid->setRows(Desk().DistLines + 1);
+        grid->setTextMatrix(Desk().DistLines, DistColAmount, QStringLiteral("0.00"));
     }
     if (first) {
         ui->cmdDist->setEnabled(true);
@@ -102,16 +104,16 @@ void frmCR::cmdNewInvoice_Click() {
         Make_ReceiptNumber();
     }
 
-    if (grid->Row() == DistLines && grid->Col() == DistColCode) {
+    if (grid->Row() == Desk().DistLines && grid->Col() == DistColCode) {
         MSFlexGrid1_EnterCell();
     } else {
-        grid->setRow(DistLines);
+        grid->setRow(Desk().DistLines);
         grid->setCol(DistColCode);
     }
-    m_distAmounts.resize(static_cast<size_t>(DistLines) + 1);
+    m_distAmounts.resize(static_cast<size_t>(Desk().DistLines) + 1);
     ui->cmdSave->setEnabled(true);
     ui->mnuFileSave->setEnabled(true);
-    EntryDirty = true;
+    Desk().EntryDirty = true;
 }
 
 void frmCR::txtDistribution_LostFocus() {
@@ -125,35 +127,35 @@ void frmCR::followUndistributed() {
     const QString text = ui->txtDistribution->text();
     if (text == u"0.00" || Strip_Commas(text) < Money())
         ui->cmdNewInvoice->setEnabled(false);
-    else if (editingDistributions() && !m_entryLocked && DistLines > 0)
+    else if (editingDistributions() && !m_entryLocked && Desk().DistLines > 0)
         ui->cmdNewInvoice->setEnabled(true);
 }
 
 void frmCR::removeDistLine(int line) {
     FlexGrid* grid = ui->MSFlexGrid1;
-    if (m_entryLocked || line < 1 || line > DistLines)
+    if (m_entryLocked || line < 1 || line > Desk().DistLines)
         return;
     // The lines below move up one row; the last row is emptied.
-    for (int row = line; row < DistLines; ++row)
+    for (int row = line; row < Desk().DistLines; ++row)
         for (int col = 0; col < grid->Cols(); ++col)
             grid->setTextMatrix(row, col, grid->TextMatrix(row + 1, col));
     for (int col = 0; col < grid->Cols(); ++col)
-        grid->setTextMatrix(DistLines, col, QString());
+        grid->setTextMatrix(Desk().DistLines, col, QString());
     if (static_cast<size_t>(line) < m_distAmounts.size())
         m_distAmounts.erase(m_distAmounts.begin() + line);
-    --DistLines;
-    m_distAmounts.resize(static_cast<size_t>(DistLines) + 1);
+    --Desk().DistLines;
+    m_distAmounts.resize(static_cast<size_t>(Desk().DistLines) + 1);
     ui->txtDistribution->setText(
-        FormatAmount(Undistributed(Strip_Commas(ui->txtAmount->text()), m_distAmounts, DistLines)));
-    setSaveEnabled(DistLines > 0);
-    EntryDirty = true;
-    if (DistLines == 0) {
+        FormatAmount(Undistributed(Strip_Commas(ui->txtAmount->text()), m_distAmounts, Desk().DistLines)));
+    setSaveEnabled(Desk().DistLines > 0);
+    Desk().EntryDirty = true;
+    if (Desk().DistLines == 0) {
         m_editorFloating = false;
         ui->txtFloat->setVisible(false);
         ui->cmdNewInvoice->setEnabled(Strip_Commas(ui->txtAmount->text()) > Money());
         return;
     }
-    grid->setRow(std::min<int>(line, DistLines));
+    grid->setRow(std::min<int>(line, Desk().DistLines));
     grid->setCol(DistColCode);
     MSFlexGrid1_EnterCell();
 }
@@ -161,7 +163,7 @@ void frmCR::removeDistLine(int line) {
 void frmCR::showLineMenu(const QPoint& at) {
     FlexGrid* grid = ui->MSFlexGrid1;
     const int line = grid->rowAt(at.y());
-    if (!editingDistributions() || m_entryLocked || line < 1 || line > DistLines)
+    if (!editingDistributions() || m_entryLocked || line < 1 || line > Desk().DistLines)
         return;
     QMenu menu(this);
     QAction* remove = menu.addAction(QStringLiteral("Remove Line"));
@@ -170,128 +172,13 @@ void frmCR::showLineMenu(const QPoint& at) {
         removeDistLine(line);
 }
 
-// ---- The floating editor ----
-
-void frmCR::Position_FloatEditor() {
-    FlexGrid* grid = ui->MSFlexGrid1;
-    // Reading the cell's place scrolls it into view first.
-    QRect cell(grid->CellLeft(), grid->CellTop(), grid->CellWidth(), grid->CellHeight());
-    // A cell wider than the grid's view is covered only where it is shown.
-    if (const QRect shown = grid->ShownCellRect(); !shown.isEmpty())
-        cell = shown;
-    QLineEdit* editor = ui->txtFloat;
-    editor->setGeometry(QRect(grid->pos() + cell.topLeft(), cell.size()));
-    editor->setVisible(true);
-    editor->raise();
-    editor->setSelection(0, static_cast<int>(editor->text().size()));
-    editor->setFocus(Qt::OtherFocusReason);
-    m_editorFloating = true;
-}
-
-void frmCR::followScrolledCell() {
-    if (!m_editorFloating || !editingDistributions())
-        return;
-    FlexGrid* grid = ui->MSFlexGrid1;
-    const QRect shown = grid->ShownCellRect();
-    ui->txtFloat->setVisible(!shown.isEmpty());
-    if (!shown.isEmpty())
-        ui->txtFloat->setGeometry(QRect(grid->pos() + shown.topLeft(), shown.size()));
-}
-
-void frmCR::MSFlexGrid1_EnterCell() {
-    if (!editingDistributions())
-        return;
-    FlexGrid* grid = ui->MSFlexGrid1;
-    if (grid->Row() < 1 || grid->Row() > DistLines) {
-        // No line to edit there.
-        m_editorFloating = false;
-        ui->txtFloat->setVisible(false);
-        return;
-    }
-    ui->txtFloat->setText(grid->Text());
-    if (grid->Col() == DistColCode)
-        m_codeOnEnter = grid->Text();
-    Position_FloatEditor();
-}
-
-void frmCR::MSFlexGrid1_LeaveCell() {
-    if (!editingDistributions())
-        return;
-    m_leftCellText = ui->MSFlexGrid1->Text();
-    m_leftCellRow = ui->MSFlexGrid1->Row();
-    m_leftCellCol = ui->MSFlexGrid1->Col();
-}
-
-void frmCR::MSFlexGrid1_Click() {
-    if (!editingDistributions() || m_entryLocked)
-        return;
-    FlexGrid* grid = ui->MSFlexGrid1;
-    const int row = m_leftCellRow;
-    const int col = m_leftCellCol;
-    const bool leftALine = row >= 1 && row <= DistLines;
-    const bool onALine = grid->Row() >= 1 && grid->Row() <= DistLines;
-    if (!leftALine)
-        return;
-    // A click past the lines leaves the editor where it was.
-    bool back = !onALine;
-    if (onALine && !checkDistCell(row, col, m_leftCellText, RefusedBy::Click))
-        back = true;
-    if (back) {
-        const bool refusedAmount = onALine && col == DistColAmount;
-        grid->setRow(row);
-        grid->setCol(col);
-        if (refusedAmount)
-            refuseDistAmount();
-    }
-    m_leftCellRow = 0;
-}
-
-void frmCR::txtFloat_KeyDown(int& keyCode, int shift) {
-    if (!editingDistributions())
-        return;
-    if (keyCode == vbKeyDelete && shift == vbCtrlMask) {
-        keyCode = 0;
-        removeDistLine(ui->MSFlexGrid1->Row());
-        return;
-    }
-    TabToLeft(keyCode);
-    FlexGrid* grid = ui->MSFlexGrid1;
-    m_keyDownCol = grid->Col();
-    const int target = DistKeyTarget(keyCode, grid->Col());
-    if (target < 0 || grid->Row() < 1 || grid->Row() > DistLines)
-        return;
-    if (!checkDistCell(grid->Row(), grid->Col(), ui->txtFloat->text(), RefusedBy::Keys)) {
-        if (grid->Col() == DistColAmount)
-            refuseDistAmount();
-        return;
-    }
-    grid->setCol(target);
-}
-
-void frmCR::txtFloat_KeyUp(int keyCode, int) {
-    if (!editingDistributions())
-        return;
-    if ((keyCode == vbKeyLeft && m_keyDownCol >= 1) || (keyCode == vbKeyRight && m_keyDownCol <= 3))
-        ui->txtFloat->setSelection(0, static_cast<int>(ui->txtFloat->text().size()));
-}
-
-void frmCR::txtFloat_Change() {
-    if (!editingDistributions())
-        return;
-    FlexGrid* grid = ui->MSFlexGrid1;
-    if (grid->Row() < 1 || grid->Row() > DistLines)
-        return;
-    const QString text = ui->txtFloat->text();
-    grid->setText(grid->Col() == DistColAmount ? FormatAmount(Strip_Commas(text)) : text);
-}
-
 // ---- Checks and totals ----
 
 bool frmCR::checkDistCell(int row, int col, const QString& text, RefusedBy by) {
     switch (col) {
     case DistColCode:
         if (const auto account =
-                LedgerSession ? Get_DistRevenueAccount(*LedgerSession, text) : std::nullopt) {
+                Desk().LedgerSession ? Get_DistRevenueAccount(*Desk().LedgerSession, text) : std::nullopt) {
             // A code typed by hand brings its revenue account, as a code chosen in the finder does; an
             // account keyed for the line's code stays.
             if (text != m_codeOnEnter || Is_GridCellEmpty(row, DistColAccount))
@@ -301,7 +188,7 @@ bool frmCR::checkDistCell(int row, int col, const QString& text, RefusedBy by) {
         MsgBox(InvalidDistCodeText(by), vbOKOnly + vbCritical, InvalidInputTitle);
         return false;
     case DistColAccount:
-        if (LedgerSession && Check_GLAccount(*LedgerSession, text))
+        if (Desk().LedgerSession && Check_GLAccount(*Desk().LedgerSession, text))
             return true;
         MsgBox(InvalidAccountText(by), vbOKOnly + vbCritical, InvalidInputTitle);
         return false;
@@ -318,7 +205,8 @@ bool frmCR::checkDistCell(int row, int col, const QString& text, RefusedBy by) {
 }
 
 bool frmCR::distAmountFits(int row, const QString& text) const {
-    const Money left = DistRemaining(Strip_Commas(ui->txtAmount->text()), m_distAmounts, DistLines, row);
+    const Money left =
+        DistRemaining(Strip_Commas(ui->txtAmount->text()), m_distAmounts, Desk().DistLines, row);
     return DistLineAmount(text) <= left;
 }
 
@@ -331,13 +219,13 @@ void frmCR::Recalc_Undistributed() {
 }
 
 void frmCR::storeDistAmount(int row, Money amount) {
-    if (row >= 1 && row <= DistLines) {
+    if (row >= 1 && row <= Desk().DistLines) {
         if (m_distAmounts.size() <= static_cast<size_t>(row))
             m_distAmounts.resize(static_cast<size_t>(row) + 1);
         m_distAmounts[static_cast<size_t>(row)] = amount;
     }
     ui->txtDistribution->setText(
-        FormatAmount(Undistributed(Strip_Commas(ui->txtAmount->text()), m_distAmounts, DistLines)));
+        FormatAmount(Undistributed(Strip_Commas(ui->txtAmount->text()), m_distAmounts, Desk().DistLines)));
 }
 
 void frmCR::refuseDistAmount() {
@@ -350,21 +238,21 @@ void frmCR::refuseDistAmount() {
 // ---- The finder ----
 
 void frmCR::cmdDist_Click() {
-    FinderKind = FinderDistCodes;
-    showFinder(FinderKind);
+    Desk().FinderKind = FinderDistCodes;
+    showFinder(Desk().FinderKind);
 }
 
 void frmCR::cmdAccount_Click() {
-    FinderKind = FinderAccounts;
-    showFinder(FinderKind);
+    Desk().FinderKind = FinderAccounts;
+    showFinder(Desk().FinderKind);
 }
 
 void frmCR::showFinder(int kind) {
-    if (!LedgerSession || DistLines < 1 || m_entryLocked)
+    if (!Desk().LedgerSession || Desk().DistLines < 1 || m_entryLocked)
         return;
     std::vector<QStringList> records;
     try {
-        records = Read_FinderRecords(*LedgerSession, kind);
+        records = Read_FinderRecords(*Desk().LedgerSession, kind);
     } catch (const LedgerError& error) {
         reportLedgerError(kind == FinderDistCodes
                               ? QStringLiteral("The distribution codes could not be read.")
@@ -379,7 +267,7 @@ void frmCR::showFinder(int kind) {
 
 void frmCR::putFinderChoice(int kind, const QString& code, const QString& account) {
     FlexGrid* grid = ui->MSFlexGrid1;
-    const int line = std::max<int>(DistLines, 1);
+    const int line = std::max<int>(Desk().DistLines, 1);
     if (kind == FinderDistCodes) {
         grid->setRow(line);
         grid->setCol(DistColCode);

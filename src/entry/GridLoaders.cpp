@@ -1,5 +1,6 @@
 // The receipt window: the grid's column sets and the loaders of its rows, and a saved entry shown again.
 #include "entry/GridColumnSets.h"
+#include "entry/ReceiptDesk.h"
 #include "entry/frmCR.h"
 #include "fetching/CodeChecks.h"
 #include "fetching/CustomerList.h"
@@ -8,7 +9,6 @@
 #include "fetching/ReceiptViews.h"
 #include "ledger/Formats.h"
 #include "ledger/LedgerError.h"
-#include "settings/Globals.h"
 #include "ui/FlexGrid.h"
 #include "ui_frmCR.h"
 
@@ -49,7 +49,7 @@ void frmCR::showGridFromStart() {
 
 void frmCR::Load_OpenDocuments() {
     const int position = ui->cboCustomers->ListIndex();
-    if (position < 0 || position >= static_cast<int>(Customers.size()))
+    if (position < 0 || position >= static_cast<int>(Desk().Customers.size()))
         return;
     // The rows are gathered and written in one change of the grid: a customer may have a thousand documents.
     // Those read before a failure are written all the same.
@@ -64,7 +64,8 @@ void frmCR::Load_OpenDocuments() {
     };
     try {
         Read_OpenDocuments(
-            Customers[static_cast<size_t>(position)].Id, ApplyGridFields, [&](QStringList row) {
+            Desk(), Desk().Customers[static_cast<size_t>(position)].Id, ApplyGridFields,
+            [&](QStringList row) {
                 row[0] = ApplyMarkText(row[0]);
                 row[1] = DocumentTypeText(row[1]);
                 alignments.clear();
@@ -81,12 +82,12 @@ void frmCR::Load_OpenDocuments() {
 
 void frmCR::Load_CustomerDocuments() {
     const int position = ui->cboCustomers->ListIndex();
-    if (position < 0 || position >= static_cast<int>(Customers.size()))
+    if (position < 0 || position >= static_cast<int>(Desk().Customers.size()))
         return;
     int rows = 0;
     try {
-        Read_CustomerDocuments(Customers[static_cast<size_t>(position)].Id, CustomerDocumentsFields,
-                               [&](QStringList row) {
+        Read_CustomerDocuments(Desk(), Desk().Customers[static_cast<size_t>(position)].Id,
+                               CustomerDocumentsFields, [&](QStringList row) {
                                    row[5] = TransactionTypeText(row[5]);
                                    row[6] = DocumentTypeText(row[6]);
                                    row[9] = FormatAmount(ValMoney(row[9]));
@@ -138,11 +139,11 @@ bool frmCR::Is_GridCellEmpty(int row, int column) const {
 void frmCR::Load_Receipt() {
     RecalledReceipt receipt;
     try {
-        receipt = Read_Receipt(CurrentBatch, CurrentEntry);
+        receipt = Read_Receipt(Desk(), Desk().CurrentBatch, Desk().CurrentEntry);
     } catch (const LedgerError& error) {
-        reportLedgerError(
-            QStringLiteral("Entry %1 of batch %2 could not be read.").arg(CurrentEntry, CurrentBatch),
-            error.description());
+        reportLedgerError(QStringLiteral("Entry %1 of batch %2 could not be read.")
+                              .arg(Desk().CurrentEntry, Desk().CurrentBatch),
+                          error.description());
         return;
     }
     // The mode switch empties the entry: the saved values are put in after it.
@@ -203,7 +204,7 @@ void frmCR::loadEntryLines(View& detailView, int cols, const QString& format, co
     grid->setCols(cols);
     grid->setFormatString(format);
     try {
-        fillGridLines(Read_EntryLines(detailView, CurrentBatch, CurrentEntry, fields), kind);
+        fillGridLines(Read_EntryLines(detailView, Desk().CurrentBatch, Desk().CurrentEntry, fields), kind);
     } catch (const LedgerError& error) {
         reportLedgerError(QStringLiteral("The entry's %1 could not be read.").arg(what), error.description());
     }
@@ -211,12 +212,12 @@ void frmCR::loadEntryLines(View& detailView, int cols, const QString& format, co
 }
 
 void frmCR::Load_AppliedDocuments() {
-    loadEntryLines(*ReceiptDetailView, 8, AppliedDocumentsFormat, AppliedDocumentsFields,
+    loadEntryLines(*Desk().ReceiptDetailView, 8, AppliedDocumentsFormat, AppliedDocumentsFields,
                    GridRowAppliedDocument, QStringLiteral("applied documents"));
 }
 
 void frmCR::Load_Distributions() {
-    loadEntryLines(*ReceiptMiscView, 5, DistributionFormat, DistributionFields, GridRowReceipt,
+    loadEntryLines(*Desk().ReceiptMiscView, 5, DistributionFormat, DistributionFields, GridRowReceipt,
                    QStringLiteral("distribution lines"));
 }
 

@@ -3,6 +3,7 @@
 #include "entry/frmCR.h"
 #include "printing/Printing.h"
 #include "printing/frmPrinter.h"
+#include "ui/Platform.h"
 #include "ui_frmCR.h"
 
 #include <QEvent>
@@ -48,7 +49,8 @@ void frmCR::cmdPrint_Click() {
     const int kind = ui->cboTransType->ListIndex();
     request.kind = kind == 1 ? ReceiptKind::Prepayment : kind == 2 ? ReceiptKind::Misc : ReceiptKind::Receipt;
     request.threePart = ui->mnuFileReceipt3V->isChecked();
-    Print_Receipt(request);
+    for (const QString& problem : Print_Receipt(Desk(), request).problems)
+        MsgBox(problem);
 }
 
 void frmCR::mnuFilePrint_Click() {

@@ -1,12 +1,13 @@
 // The receipt window: saving the entry through posting, and turning the window over to the saved entry.
 #include "entry/ApplyRules.h"
+#include "entry/ReceiptDesk.h"
 #include "entry/frmCR.h"
 #include "fetching/Batches.h"
 #include "fetching/CustomerList.h"
 #include "ledger/Formats.h"
 #include "ledger/LedgerError.h"
-#include "settings/Globals.h"
 #include "ui/FlexGrid.h"
+#include "ui/Platform.h"
 #include "ui_frmCR.h"
 
 namespace tillbook {
@@ -22,11 +23,11 @@ void frmCR::mnuFileSave_Click() {
 
 PostingInput frmCR::postingInput() const {
     PostingInput input;
-    input.batch = CurrentBatch;
-    input.entry = CurrentEntry;
+    input.batch = Desk().CurrentBatch;
+    input.entry = Desk().CurrentEntry;
     const int customer = ui->cboCustomers->ListIndex();
-    if (customer >= 0 && customer < static_cast<int>(Customers.size()))
-        input.customer = Customers[static_cast<size_t>(customer)].Id;
+    if (customer >= 0 && customer < static_cast<int>(Desk().Customers.size()))
+        input.customer = Desk().Customers[static_cast<size_t>(customer)].Id;
     input.txtEntDesc = ui->txtEntDesc->text();
     input.txtDate = ui->txtDate->text();
     input.txtReceiptNum = ui->txtReceiptNum->text();
@@ -35,12 +36,13 @@ PostingInput frmCR::postingInput() const {
     input.txtPayer = ui->txtPayer->text();
     input.txtAmount = ui->txtAmount->text();
     input.txtPrePay = ui->txtPrePay->text();
-    input.receiptAmount = ReceiptAmount;
-    input.applyKeys.assign(ApplyKeys.begin(),
-                           ApplyKeys.begin() + std::min<qsizetype>(ApplyCount, ApplyKeys.size()));
+    input.receiptAmount = Desk().ReceiptAmount;
+    input.applyKeys.assign(Desk().ApplyKeys.begin(),
+                           Desk().ApplyKeys.begin() +
+                               std::min<qsizetype>(Desk().ApplyCount, Desk().ApplyKeys.size()));
     input.row = ui->MSFlexGrid1->Row();
     const FlexGrid* grid = ui->MSFlexGrid1;
-    for (int row = 1; row <= DistLines && row < grid->Rows(); ++row)
+    for (int row = 1; row <= Desk().DistLines && row < grid->Rows(); ++row)
         input.distributions.push_back({grid->TextMatrix(row, 0), grid->TextMatrix(row, 1),
                                        grid->TextMatrix(row, 2), grid->TextMatrix(row, 3),
                                        grid->TextMatrix(row, 4)});
@@ -55,55 +57,59 @@ void frmCR::cmdSave_Click() {
     m_saving = true;
     setSaveEnabled(false);
     // The amount as the clerk sees it, also when the field has not been left before saving.
-    ReceiptAmount = Strip_Commas(ui->txtAmount->text());
+    Desk().ReceiptAmount = Strip_Commas(ui->txtAmount->text());
 
-    PostOK = true;
     const PostingInput input = postingInput();
     // Saved as the kind it was keyed in, also when the list has already moved to another mode.
     switch (m_transType) {
     case 0:
-        Post_Receipt(input);
-        ApplyCount = 0;
-        AppliedRows{ApplyKeys, AppliedMarks}.reset();
+        m_lastPosting = Post_Receipt(Desk(), input);
+        Desk().ApplyCount = 0;
+        AppliedRows{Desk().ApplyKeys, Desk().AppliedMarks}.reset();
         break;
-    case 1: {
-        QString documentNumber = ui->txtPrePayDocNo->text();
-        Post_Prepayment(input, documentNumber);
-        ui->txtPrePayDocNo->setText(documentNumber);
+    case 1:
+        m_lastPosting = Post_Prepayment(Desk(), input);
+        if (m_lastPosting.PostOK)
+            ui->txtPrePayDocNo->setText(m_lastPosting.prepaymentNumber);
         break;
-    }
     case 2:
-        Post_MiscReceipt(input);
+        m_lastPosting = Post_MiscReceipt(Desk(), input);
         break;
     default:
+        m_lastPosting = PostingOutcome();
         break;
     }
-
-    if (PostOK)
+    showPostingProblems(m_lastPosting);
+    if (m_lastPosting.PostOK)
         showSavedEntry();
     else
         reloadAfterFailedSave();
     m_saving = false;
 }
 
+void frmCR::showPostingProblems(const PostingOutcome& outcome) {
+    for (const PostingProblem& problem : outcome.problems)
+        MsgBox(problem.error.description, problem.critical ? vbOKOnly + vbCritical : vbOKOnly);
+}
+
 void frmCR::showSavedEntry() {
     // Read first: the batch's figures are read through views of their own, the entry's number from the one
     // that wrote it.
-    const int saved = Int16Of(Posted_EntryNumber());
+    const int saved = Int16Of(Posted_EntryNumber(Desk()));
     QString entries;
     try {
-        entries = Count_BatchEntries(CurrentBatch);
+        entries = Count_BatchEntries(Desk(), Desk().CurrentBatch);
         ui->txtBatchEntries->setText(QStringLiteral("Entries:  ") + entries);
-        ui->txtBatchTotal->setText(QStringLiteral("Total:  ") + Get_BatchTotal(CurrentBatch));
+        ui->txtBatchTotal->setText(QStringLiteral("Total:  ") + Get_BatchTotal(Desk(), Desk().CurrentBatch));
     } catch (const LedgerError& error) {
-        reportLedgerError(
-            QStringLiteral("The entry is saved, but batch %1 could not be read again.").arg(CurrentBatch),
-            error.description());
+        reportLedgerError(QStringLiteral("The entry is saved, but batch %1 could not be read again.")
+                              .arg(Desk().CurrentBatch),
+                          error.description());
     }
-    CurrentEntry = QString::number(Int16Of(CurrentEntry) + 1);
-    if (!EntryIsNew.empty())
-        EntryIsNew.back() = false;
-    EntryDirty = false;
+    Desk().CurrentEntry = QString::number(Int16Of(Desk().CurrentEntry) + 1);
+    if (!Desk().EntryIsNew.empty())
+        Desk().EntryIsNew.back() = false;
+    Desk().EntryDirty = false;
     setNewEntryEnabled(true);
     ui->cmdPrint->setEnabled(true);
     ui->mnuFilePrint->setEnabled(true);
@@ -112,13 +118,13 @@ void frmCR::showSavedEntry() {
         Load_EntryList(Int16Of(entries));
     // Choosing the saved entry, by the number the ledger gave it (other tills may have added entries to the
     // batch meanwhile), reads it back from the ledger, locked and ready to print.
-    ui->cboEntry->setListIndex(saved > 0 ? saved - 1 : Int16Of(CurrentEntry) - 2);
+    ui->cboEntry->setListIndex(saved > 0 ? saved - 1 : Int16Of(Desk().CurrentEntry) - 2);
     if (m_transType == 1)
         ui->MSFlexGrid1->setVisible(false);
 }
 
 void frmCR::reloadAfterFailedSave() {
-    EntryDirty = false;
+    Desk().EntryDirty = false;
     switch (m_transType) {
     case 0:
         Load_OpenDocuments();

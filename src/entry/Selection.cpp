@@ -1,6 +1,7 @@
 // The receipt window: batches, entries and customers chosen, and the First/Previous/Next/Last menus.
 #include "entry/ApplyRules.h"
 #include "entry/CustomerInfo.h"
+#include "entry/ReceiptDesk.h"
 #include "entry/dialogs/frmBank.h"
 #include "entry/frmCR.h"
 #include "fetching/Batches.h"
@@ -8,7 +9,6 @@
 #include "fetching/ReceiptViews.h"
 #include "ledger/Formats.h"
 #include "ledger/LedgerError.h"
-#include "settings/Globals.h"
 #include "settings/Registry.h"
 #include "ui/Events.h"
 #include "ui/Platform.h"
@@ -47,7 +47,7 @@ void frmCR::Select_Customer(const QString& customerNumber, int receiptType) {
         ui->cboCustomers->setListIndex(-1);
         return;
     }
-    const int position = Find_Customer(Customers, customerNumber);
+    const int position = Find_Customer(Desk().Customers, customerNumber);
     if (position >= 0)
         ui->cboCustomers->setListIndex(position);
 }
@@ -65,7 +65,7 @@ void frmCR::showBatchFigures(const QString& entries, const QString& total, const
 
 void frmCR::Load_Batches() {
     try {
-        ui->cboBatch->addItems(Read_OpenBatches());
+        ui->cboBatch->addItems(Read_OpenBatches(Desk()));
     } catch (const LedgerError& error) {
         reportLedgerError(QStringLiteral("The receipt batches could not be read."), error.description());
     }
@@ -73,10 +73,10 @@ void frmCR::Load_Batches() {
 
 void frmCR::Get_BatchNumber() {
     Load_Batches();
-    Load_BatchInfo();
-    const QString rememberedBatch = CurrentBatch;
-    const int position = Int16Of(BatchListIndex);
-    if (BatchListIndex != u"-1" && position >= 0 && position < ui->cboBatch->ListCount()) {
+    Load_BatchInfo(Desk());
+    const QString rememberedBatch = Desk().CurrentBatch;
+    const int position = Int16Of(Desk().BatchListIndex);
+    if (Desk().BatchListIndex != u"-1" && position >= 0 && position < ui->cboBatch->ListCount()) {
         ui->cboBatch->setListIndex(position);
         if (ui->cboBatch->currentText() == rememberedBatch) {
             // The batch click has read the batch's figures and its entries.
@@ -93,22 +93,22 @@ void frmCR::cboBatch_Click() {
     lockUntilEntryChosen();
     if (ui->cboBatch->ListIndex() < 0)
         return;
-    CurrentBatch = ui->cboBatch->currentText();
-    BatchListIndex = QString::number(ui->cboBatch->ListIndex());
+    Desk().CurrentBatch = ui->cboBatch->currentText();
+    Desk().BatchListIndex = QString::number(ui->cboBatch->ListIndex());
     try {
-        const QString entries = Count_BatchEntries(CurrentBatch);
-        const QString total = Get_BatchTotal(CurrentBatch);
-        BankCode = Get_BatchBank(CurrentBatch);
+        const QString entries = Count_BatchEntries(Desk(), Desk().CurrentBatch);
+        const QString total = Get_BatchTotal(Desk(), Desk().CurrentBatch);
+        Desk().BankCode = Get_BatchBank(Desk(), Desk().CurrentBatch);
         Load_EntryList(Int16Of(entries));
         ui->cboEntry->setListIndex(-1);
-        showBatchFigures(entries, total, BankCode);
+        showBatchFigures(entries, total, Desk().BankCode);
     } catch (const LedgerError& error) {
         // Nothing of the previous batch stays on show, and no entry can be started in a batch not read.
         ui->cboEntry->clear();
-        EntryIsNew.clear();
+        Desk().EntryIsNew.clear();
         showBatchFigures(QString(), QString(), QString());
         setNewEntryEnabled(false);
-        reportLedgerError(QStringLiteral("Batch %1 could not be read.").arg(CurrentBatch),
+        reportLedgerError(QStringLiteral("Batch %1 could not be read.").arg(Desk().CurrentBatch),
                           error.description());
         return;
     }
@@ -121,7 +121,7 @@ void frmCR::setNewEntryEnabled(bool enabled) {
 }
 
 void frmCR::cboBatch_GotFocus() {
-    if (!EntryDirty)
+    if (!Desk().EntryDirty)
         lockUntilEntryChosen();
 }
 
@@ -133,32 +133,32 @@ void frmCR::lockUntilEntryChosen() {
 void frmCR::cmdNewBatch_Click() {
     qint64 number = 0;
     try {
-        number = Create_Batch(Today());
+        number = Create_Batch(Desk(), Today());
     } catch (const LedgerError& error) {
         reportLedgerError(QStringLiteral("A new batch could not be created."), error.description());
         return;
     }
-    CurrentBatch = QString::number(number);
+    Desk().CurrentBatch = QString::number(number);
     QStringList banks;
     try {
-        banks = Load_BankCodes(*LedgerSession);
+        banks = Load_BankCodes(*Desk().LedgerSession);
     } catch (const LedgerError& error) {
         reportLedgerError(QStringLiteral("The bank codes could not be read."), error.description());
     }
     frmBank bank(
-        CurrentBatch, banks, [batch = CurrentBatch](const QString& code) { Set_BatchBank(batch, code); },
-        this);
+        Desk().CurrentBatch, banks,
+        [batch = Desk().CurrentBatch](const QString& code) { Set_BatchBank(Desk(), batch, code); }, this);
     bank.exec();
-    BankCode = bank.BankCode();
-    if (BankCode.isEmpty()) {
+    Desk().BankCode = bank.BankCode();
+    if (Desk().BankCode.isEmpty()) {
         MsgBox(
             QStringLiteral("Batch %1 has no bank code. Choose it again with a new batch, or give it one in "
                            "the ledger before posting.")
-                .arg(CurrentBatch),
+                .arg(Desk().CurrentBatch),
             vbOKOnly + vbExclamation, QStringLiteral("Tillbook - Bank"));
     }
-    CurrentEntry = QStringLiteral("0");
-    showBatchFigures(QStringLiteral("0"), QStringLiteral("0.00"), BankCode);
+    Desk().CurrentEntry = QStringLiteral("0");
+    showBatchFigures(QStringLiteral("0"), QStringLiteral("0.00"), Desk().BankCode);
     // The open batches are added again behind those already listed, the new one among them.
     Load_Batches();
     ui->cboBatch->setListIndex(ui->cboBatch->ListCount() - 1);
@@ -177,24 +177,24 @@ void frmCR::Load_EntryList(int count) {
     for (int i = 1; i <= count; ++i)
         numbers << QString::number(i);
     ui->cboEntry->addItems(numbers);
-    EntryIsNew.assign(static_cast<size_t>(std::max(count, 0)), false);
+    Desk().EntryIsNew.assign(static_cast<size_t>(std::max(count, 0)), false);
 }
 
 void frmCR::cboEntry_Click() {
     const int position = ui->cboEntry->ListIndex();
-    if (position < 0 || EntryIsNew.empty() || position >= static_cast<int>(EntryIsNew.size()))
+    if (position < 0 || Desk().EntryIsNew.empty() || position >= static_cast<int>(Desk().EntryIsNew.size()))
         return;
-    if (!EntryIsNew[static_cast<size_t>(position)]) {
+    if (!Desk().EntryIsNew[static_cast<size_t>(position)]) {
         // The entry being keyed is asked about before another is shown, while it is still the one on show.
-        if (EntryDirty && Prompt_SaveEntry() == vbYes) {
+        if (Desk().EntryDirty && Prompt_SaveEntry() == vbYes) {
             const QSignalBlocker quiet(ui->cboEntry);
             // Not saved: it stays on show for the clerk to correct; saved: the list, rebuilt, shows the
             // choice.
-            ui->cboEntry->setCurrentIndex(PostOK ? position : ui->cboEntry->ListCount() - 1);
-            if (!PostOK)
+            ui->cboEntry->setCurrentIndex(m_lastPosting.PostOK ? position : ui->cboEntry->ListCount() - 1);
+            if (!m_lastPosting.PostOK)
                 return;
         }
-        CurrentEntry = QString::number(position + 1);
+        Desk().CurrentEntry = QString::number(position + 1);
         Load_Receipt();
         Lock_Entry();
         ui->cmdPrint->setEnabled(true);
@@ -206,18 +206,18 @@ void frmCR::cboEntry_Click() {
 
 void frmCR::cboEntry_LostFocus() {
     const int position = ui->cboEntry->ListIndex();
-    if (position >= 0 && position < static_cast<int>(EntryIsNew.size()) &&
-        EntryIsNew[static_cast<size_t>(position)])
+    if (position >= 0 && position < static_cast<int>(Desk().EntryIsNew.size()) &&
+        Desk().EntryIsNew[static_cast<size_t>(position)])
         Unlock_Entry();
 }
 
 void frmCR::cmdNewEntry_Click() {
-    EntryDirty = false;
-    if (ui->cboEntry->ListCount() == 0 || EntryIsNew.empty() || !EntryIsNew.back()) {
+    Desk().EntryDirty = false;
+    if (ui->cboEntry->ListCount() == 0 || Desk().EntryIsNew.empty() || !Desk().EntryIsNew.back()) {
         Unlock_Entry();
-        EntryIsNew.push_back(true);
-        CurrentEntry = QString::number(EntryIsNew.size());
-        ui->cboEntry->addItem(CurrentEntry);
+        Desk().EntryIsNew.push_back(true);
+        Desk().CurrentEntry = QString::number(Desk().EntryIsNew.size());
+        ui->cboEntry->addItem(Desk().CurrentEntry);
         ui->cboEntry->setListIndex(ui->cboEntry->ListCount() - 1);
         ui->cboTransType->setListIndex(0);
         Clear_Entry();
@@ -241,8 +241,8 @@ void frmCR::setEntryFieldsEnabled(bool enabled) {
         field->setEnabled(enabled);
     if (m_transType == 2) {
         // The finders fill a line: none before the first line is started.
-        ui->cmdDist->setEnabled(enabled && DistLines > 0);
-        ui->cmdAccount->setEnabled(enabled && DistLines > 0);
+        ui->cmdDist->setEnabled(enabled && Desk().DistLines > 0);
+        ui->cmdAccount->setEnabled(enabled && Desk().DistLines > 0);
     }
 }
 
@@ -275,19 +275,19 @@ void frmCR::cboCustomers_Click() {
     }
     // What was applied for the customer before is gone with the grid: the new one is offered the whole
     // amount.
-    if (m_transType == 0 && ApplyCount > 0) {
-        AppliedRows{ApplyKeys, AppliedMarks}.reset();
+    if (m_transType == 0 && Desk().ApplyCount > 0) {
+        AppliedRows{Desk().ApplyKeys, Desk().AppliedMarks}.reset();
         ui->txtUnapplied->setText(ui->txtAmount->text());
-        EntryDirty = false;
+        Desk().EntryDirty = false;
         setSaveEnabled(false);
     }
-    ApplyCount = 0;
+    Desk().ApplyCount = 0;
 }
 
 void frmCR::Show_CustomerInfo(int position) {
-    if (position < 0 || position >= static_cast<int>(Customers.size()))
+    if (position < 0 || position >= static_cast<int>(Desk().Customers.size()))
         return;
-    const CustomerRecord& customer = Customers[static_cast<size_t>(position)];
+    const CustomerRecord& customer = Desk().Customers[static_cast<size_t>(position)];
     ui->txtPayer->setText(customer.Name);
     ui->txtCustInfo->setPlainText(CustomerInfoText(customer));
 }

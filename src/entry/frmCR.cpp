@@ -3,6 +3,7 @@
 #include "entry/CustomerInfo.h"
 #include "entry/CustomerListModel.h"
 #include "entry/GridColumnSets.h"
+#include "entry/ReceiptDesk.h"
 #include "entry/dialogs/frmBank.h"
 #include "fetching/Batches.h"
 #include "fetching/CodeChecks.h"
@@ -12,7 +13,6 @@
 #include "fetching/ReceiptViews.h"
 #include "ledger/Formats.h"
 #include "ledger/LedgerError.h"
-#include "settings/Globals.h"
 #include "settings/Registry.h"
 #include "ui/Events.h"
 #include "ui/FlexGrid.h"
@@ -68,16 +68,16 @@ void frmCR::connectHandlers() {
     connectDistributions();
 }
 
-bool frmCR::Form_Load() {
+bool frmCR::Form_Load(const QString& password) {
     CentreForm(this);
     try {
-        LedgerSession = std::make_unique<Session>();
-        LedgerSession->open(SignInUser, SignInPassword, SignInDatabaseID, Today(), 0);
-        Open_ReceiptViews();
+        Desk().LedgerSession = std::make_unique<Session>();
+        Desk().LedgerSession->open(Desk().SignInUser, password, Desk().SignInDatabaseID, Today(), 0);
+        Open_ReceiptViews(Desk());
     } catch (const LedgerError& error) {
         const QString description = error.description();
-        Close_Ledger();
-        MsgBox(QStringLiteral("The company %1 could not be opened.").arg(SignInDatabaseID) + u'\n' +
+        Close_Ledger(Desk());
+        MsgBox(QStringLiteral("The company %1 could not be opened.").arg(Desk().SignInDatabaseID) + u'\n' +
                    description,
                vbOKOnly + vbCritical, QStringLiteral("Tillbook - Receipt Entry"));
         return false;
@@ -101,8 +101,8 @@ bool frmCR::Form_Load() {
 }
 
 void frmCR::reportLedgerError(const QString& what, const QString& description) {
-    if (LedgerSession)
-        LedgerSession->errors().clear();
+    if (Desk().LedgerSession)
+        Desk().LedgerSession->errors().clear();
     MsgBox(what + u'\n' + description, vbOKOnly + vbExclamation, QStringLiteral("Tillbook - Receipt Entry"));
 }
 
@@ -126,7 +126,7 @@ void frmCR::cboTransType_Click() {
     // The list has already moved to the clerk's choice; the entry on show is still of the kind in TransType.
     const int mode = ui->cboTransType->ListIndex();
     if (Prompt_SaveEntry() == vbYes) {
-        if (!PostOK) {
+        if (!m_lastPosting.PostOK) {
             // Not saved: the entry stays as keyed, in its own mode, for the clerk to correct and save.
             const QSignalBlocker quiet(ui->cboTransType);
             ui->cboTransType->setCurrentIndex(m_transType);
@@ -178,7 +178,7 @@ void frmCR::setModeControls(int mode) {
         ui->cmdNewInvoice->setEnabled(false);
         ui->cmdDist->setEnabled(false);
         ui->cmdAccount->setEnabled(false);
-        DistLines = 0;
+        Desk().DistLines = 0;
     }
 
     if (prepayment)
@@ -203,7 +203,7 @@ void frmCR::Clear_Entry() {
     Load_FiscalYears(today);
     Load_FiscalPeriods(today);
     ui->txtAmount->clear();
-    DecimalTyped = false;
+    Desk().DecimalTyped = false;
     ui->txtReceiptNum->clear();
     ui->txtPayer->clear();
     ui->txtUnapplied->clear();
@@ -219,14 +219,14 @@ void frmCR::Clear_Entry() {
 }
 
 int frmCR::Prompt_SaveEntry() {
-    if (!EntryDirty)
+    if (!Desk().EntryDirty)
         return 0;
     const int answer = MsgBox(QStringLiteral("Do you want to save the current entry?"),
                               vbYesNo + vbExclamation, QStringLiteral("Unsaved Entry"));
     if (answer == vbYes) {
         cmdSave_Click();
     } else {
-        EntryDirty = false;
+        Desk().EntryDirty = false;
         ui->txtUnapplied->setText(ui->txtAmount->text());
     }
     return answer;
@@ -252,10 +252,10 @@ void frmCR::mnuFileClose_Click() {
 void frmCR::closeEvent(QCloseEvent* event) {
     if (!m_closing) {
         m_closing = true;
-        Save_BatchInfo();
+        Save_BatchInfo(Desk());
         Save_ReceiptStyle({ui->mnuFileReceipt2V->isChecked(), ui->mnuFileReceipt3V->isChecked()});
         // The views and the session go with the window: nothing of the ledger may outlive the application.
-        Close_Ledger();
+        Close_Ledger(Desk());
     }
     event->accept();
     QCoreApplication::quit();
@@ -286,26 +286,26 @@ void frmCR::changeEvent(QEvent* event) {
 
 void frmCR::Load_Customers() {
     try {
-        Customers = Read_Customers(*LedgerSession, frmWorking::ShownProgress());
+        Desk().Customers = Read_Customers(*Desk().LedgerSession, frmWorking::ShownProgress());
     } catch (const LedgerError& error) {
         reportLedgerError(QStringLiteral("The customer list could not be read."), error.description());
         return;
     }
-    Fill_CustomerCombo(static_cast<int>(Customers.size()));
+    Fill_CustomerCombo(static_cast<int>(Desk().Customers.size()));
 }
 
 void frmCR::Fill_CustomerCombo(int count) {
-    ShowCustomers(ui->cboCustomers, Customers, count);
+    ShowCustomers(ui->cboCustomers, Desk().Customers, count);
 }
 
 // ---- The fiscal year and period ----
 
 void frmCR::Load_FiscalYears(const QDate& date) {
     ui->cboYear->clear();
-    if (!LedgerSession)
+    if (!Desk().LedgerSession)
         return;
     try {
-        const FiscalYearList list = Read_FiscalYears(*LedgerSession, date);
+        const FiscalYearList list = Read_FiscalYears(*Desk().LedgerSession, date);
         ui->cboYear->addItems(list.years);
         ui->cboYear->setListIndex(list.selected);
     } catch (const LedgerError& error) {
@@ -315,10 +315,10 @@ void frmCR::Load_FiscalYears(const QDate& date) {
 
 void frmCR::Load_FiscalPeriods(const QDate& date) {
     ui->cboPeriod->clear();
-    if (!LedgerSession)
+    if (!Desk().LedgerSession)
         return;
     try {
-        const int count = Get_PeriodCount(*LedgerSession);
+        const int count = Get_PeriodCount(*Desk().LedgerSession);
         ui->cboPeriod->addItems(PeriodEntries(count));
         ui->cboPeriod->setListIndex(PeriodIndexOf(date, count));
     } catch (const LedgerError& error) {

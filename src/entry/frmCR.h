@@ -1,6 +1,7 @@
 #pragma once
 
 #include "entry/DistributionRules.h"
+#include "entry/ReceiptDesk.h"
 #include "ledger/Money.h"
 #include "posting/Posting.h"
 
@@ -30,9 +31,12 @@ public:
     explicit frmCR(QWidget* parent = nullptr);
     ~frmCR() override;
 
-    // Opens the ledger with the signed-in values and fills the window. On a ledger failure the clerk is told
-    // what went wrong and false is returned; the window is then not to be shown.
-    bool Form_Load();
+    // Opens the ledger with the signed-in values and the password the clerk typed, and fills the window. On a
+    // ledger failure the clerk is told what went wrong and false is returned; the window is then not to be
+    // shown.
+    bool Form_Load(const QString& password);
+    // What the last save met in the ledger: whether the entry is written, and the problems shown.
+    const PostingOutcome& LastPosting() const { return m_lastPosting; }
 
     int TransType() const { return m_transType; }
     bool EntryLocked() const { return m_entryLocked; }
@@ -219,6 +223,8 @@ private:
     void markApplyCell(int row, bool applied);
     // What posting reads from the window.
     PostingInput postingInput() const;
+    // Shows the problems a posting met, in order.
+    void showPostingProblems(const PostingOutcome& outcome);
     // After a save: the batch's figures, the entry list, and the saved entry read back and locked.
     void showSavedEntry();
     // After a failed save: the grid loaded again so that the clerk can correct the entry.
@@ -243,6 +249,7 @@ private:
     bool m_closing = false;
     bool m_entryLocked = false;
     bool m_saving = false; // a save is under way: a second one must not start
+    PostingOutcome m_lastPosting;
 };
 
 // Kinds of rows written by Add_GridRow.

@@ -8,54 +8,56 @@ namespace tillbook {
 namespace {
 
 // Moves the batch view onto one batch.
-Field& batchField(const QString& filter, const QString& field) {
-    BatchView->browse(filter, true);
-    BatchView->fetch();
-    return BatchView->fields().item(field);
+Field& batchField(ReceiptViews& views, const QString& filter, const QString& field) {
+    views.BatchView->browse(filter, true);
+    views.BatchView->fetch();
+    return views.BatchView->fields().item(field);
 }
 
 } // namespace
 
-QStringList Read_OpenBatches() {
+QStringList Read_OpenBatches(ReceiptViews& views) {
     QStringList batches;
-    BatchView->browse(QStringLiteral("(BATCHSTAT=1 and CODEPYMTYP=CA)"), true);
-    Field& number = BatchView->fields().item(QStringLiteral("CNTBTCH"));
-    while (BatchView->fetch())
+    views.BatchView->browse(QStringLiteral("(BATCHSTAT=1 and CODEPYMTYP=CA)"), true);
+    Field& number = views.BatchView->fields().item(QStringLiteral("CNTBTCH"));
+    while (views.BatchView->fetch())
         batches << number.value().toString();
     return batches;
 }
 
-QString Count_BatchEntries(const QString& batchNumber) {
-    return batchField(QStringLiteral("(CNTBTCH=") + batchNumber + u')', QStringLiteral("CNTENTER"))
+QString Count_BatchEntries(ReceiptViews& views, const QString& batchNumber) {
+    return batchField(views, QStringLiteral("(CNTBTCH=") + batchNumber + u')', QStringLiteral("CNTENTER"))
         .value()
         .toString();
 }
 
-QString Get_BatchTotal(const QString& batchNumber) {
+QString Get_BatchTotal(ReceiptViews& views, const QString& batchNumber) {
     const QVariant total =
-        batchField(QStringLiteral("CNTBTCH=") + batchNumber, QStringLiteral("AMTENTER")).value();
+        batchField(views, QStringLiteral("CNTBTCH=") + batchNumber, QStringLiteral("AMTENTER")).value();
     const Money amount = total.canConvert<Money>() ? total.value<Money>() : ValMoney(total.toString());
     return FormatAmount(amount.roundedToCentsBankers());
 }
 
-QString Get_BatchBank(const QString& batchNumber) {
-    return batchField(QStringLiteral("CNTBTCH=") + batchNumber, QStringLiteral("IDBANK")).value().toString();
+QString Get_BatchBank(ReceiptViews& views, const QString& batchNumber) {
+    return batchField(views, QStringLiteral("CNTBTCH=") + batchNumber, QStringLiteral("IDBANK"))
+        .value()
+        .toString();
 }
 
-qint64 Create_Batch(const QDate& today) {
-    FieldCollection& fields = BatchView->fields();
-    BatchView->init();
+qint64 Create_Batch(ReceiptViews& views, const QDate& today) {
+    FieldCollection& fields = views.BatchView->fields();
+    views.BatchView->init();
     fields.item(QStringLiteral("CODEPYMTYP")).putWithoutVerification(QStringLiteral("CA"));
     fields.item(QStringLiteral("CNTBTCH")).putWithoutVerification(QStringLiteral("0"));
     fields.item(QStringLiteral("BATCHDESC")).setValue(QStringLiteral("ORVA - ") + FormatDateCompact(today));
-    BatchView->insert();
+    views.BatchView->insert();
     return fields.item(QStringLiteral("CNTBTCH")).value().toLongLong();
 }
 
-void Set_BatchBank(const QString& batchNumber, const QString& bankCode) {
-    batchField(QStringLiteral("CNTBTCH=") + batchNumber, QStringLiteral("IDBANK"))
+void Set_BatchBank(ReceiptViews& views, const QString& batchNumber, const QString& bankCode) {
+    batchField(views, QStringLiteral("CNTBTCH=") + batchNumber, QStringLiteral("IDBANK"))
         .putWithoutVerification(bankCode);
-    BatchView->update();
+    views.BatchView->update();
 }
 
 QStringList Load_BankCodes(Session& session) {

@@ -1,8 +1,8 @@
 #pragma once
 
-// The customers to whom a receipt can be applied: those with at least one open invoice, in order of their
-// names (case ignored). The receipt window keeps them in `Customers`, parallel to its customer list: list
-// position p is Customers[p].
+// The customers to whom a receipt can be applied: those with at least one open invoice, sorted by name.
+// The receipt desk keeps them in `Customers`, parallel to its customer list: list position p is
+// Customers[p].
 
 #include "ledger/Session.h"
 #include "ledger/TextRows.h"
@@ -38,8 +38,6 @@ public:
 private:
     TextRows m_rows; // Name, Id, Street1, Street2, Phone
 };
-
-inline CustomerList Customers;
 
 // Told how far a long task has come: `done` of `total` steps; a total of 0 means the end is not known yet.
 using TaskProgress = std::function<void(int done, int total)>;

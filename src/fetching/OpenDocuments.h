@@ -8,16 +8,20 @@
 
 namespace tillbook {
 
+struct ReceiptViews;
+
 using DocumentRowSink = std::function<void(const QStringList& values)>;
 
 // The customer's open documents from the open-document list (AR0061), numbered by CNTKEY from 1: the
 // values of `fields` in order, except that "DOCTYPE" is read from the receipt header view, which is cleared
 // first for a document whose APPLY is "X" or "N". Positions the batch family on an open receipt batch
 // first. Throws LedgerError.
-void Read_OpenDocuments(const QString& customer, const QStringList& fields, const DocumentRowSink& row);
+void Read_OpenDocuments(ReceiptViews& views, const QString& customer, const QStringList& fields,
+                        const DocumentRowSink& row);
 
 // The customer's documents (AR0036) with an amount due above zero, the values of `fields` in order.
 // Throws LedgerError.
-void Read_CustomerDocuments(const QString& customer, const QStringList& fields, const DocumentRowSink& row);
+void Read_CustomerDocuments(ReceiptViews& views, const QString& customer, const QStringList& fields,
+                            const DocumentRowSink& row);
 
 } // namespace tillbook

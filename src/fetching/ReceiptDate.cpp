@@ -4,10 +4,10 @@
 
 namespace tillbook {
 
-void Put_ReceiptDate(const QVariant& date) {
-    if (!ReceiptHeaderView)
+void Put_ReceiptDate(ReceiptViews& views, const QVariant& date) {
+    if (!views.ReceiptHeaderView)
         return;
-    ReceiptHeaderView->fields().item(QStringLiteral("DATERMIT")).setValue(date);
+    views.ReceiptHeaderView->fields().item(QStringLiteral("DATERMIT")).setValue(date);
 }
 
 } // namespace tillbook

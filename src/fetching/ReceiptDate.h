@@ -6,9 +6,11 @@
 
 namespace tillbook {
 
+struct ReceiptViews;
+
 // A verified put of "DATERMIT" on the receipt header view: a date, or text the ledger reads as one. Throws
 // LedgerError when the ledger refuses it (an impossible date among them). Does nothing while no company is
 // open.
-void Put_ReceiptDate(const QVariant& date);
+void Put_ReceiptDate(ReceiptViews& views, const QVariant& date);
 
 } // namespace tillbook

@@ -26,12 +26,12 @@ QString EntryFilter(const QString& batch, const QString& entry) {
     return QStringLiteral("(CNTBTCH=") + batch + QStringLiteral(" AND CNTITEM=") + entry + u')';
 }
 
-RecalledReceipt Read_Receipt(const QString& batch, const QString& entry) {
+RecalledReceipt Read_Receipt(ReceiptViews& views, const QString& batch, const QString& entry) {
     const QString filter = EntryFilter(batch, entry);
-    ReceiptHeaderView->clear();
-    ReceiptHeaderView->browse(filter, true);
-    ReceiptHeaderView->fetch();
-    View& header = *ReceiptHeaderView;
+    views.ReceiptHeaderView->clear();
+    views.ReceiptHeaderView->browse(filter, true);
+    views.ReceiptHeaderView->fetch();
+    View& header = *views.ReceiptHeaderView;
     RecalledReceipt receipt;
     receipt.description = FieldText(header, QStringLiteral("TEXTRMIT"));
     receipt.receiptType = header.fields().item(QStringLiteral("RMITTYPE")).value().toInt();
@@ -44,9 +44,9 @@ RecalledReceipt Read_Receipt(const QString& batch, const QString& entry) {
     receipt.payer = FieldText(header, QStringLiteral("TEXTPAYOR"));
     receipt.unapplied = FieldMoney(header, QStringLiteral("REMUNAPLTC"));
     receipt.documentNumber = FieldText(header, QStringLiteral("DOCNBR"));
-    ReceiptDetailView->browse(filter, true);
-    ReceiptDetailView->fetch();
-    receipt.firstLineNumber = FieldText(*ReceiptDetailView, QStringLiteral("IDINVC"));
+    views.ReceiptDetailView->browse(filter, true);
+    views.ReceiptDetailView->fetch();
+    receipt.firstLineNumber = FieldText(*views.ReceiptDetailView, QStringLiteral("IDINVC"));
     return receipt;
 }
 

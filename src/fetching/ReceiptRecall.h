@@ -9,8 +9,10 @@
 #include <vector>
 
 namespace tillbook {
+
+struct ReceiptViews;
 class View;
-}
+} // namespace tillbook
 
 namespace tillbook {
 
@@ -33,7 +35,7 @@ struct RecalledReceipt {
 QString EntryFilter(const QString& batch, const QString& entry);
 
 // The entry `entry` of batch `batch`. Throws LedgerError.
-RecalledReceipt Read_Receipt(const QString& batch, const QString& entry);
+RecalledReceipt Read_Receipt(ReceiptViews& views, const QString& batch, const QString& entry);
 
 // The entry's lines in a detail view (applied documents or distribution lines), the named fields of each line
 // as text. Throws LedgerError.

@@ -1,8 +1,5 @@
 #include "posting/ErrorTrap.h"
 
-#include "settings/Globals.h"
-#include "ui/Platform.h"
-
 #include <QList>
 
 namespace tillbook {
@@ -15,7 +12,7 @@ bool stopsPosting(ErrorPriority priority) {
 
 } // namespace
 
-bool Trap_PostingError(ErrorList& errors, const LedgerError& raised) {
+bool Trap_PostingError(ErrorList& errors, const LedgerError& raised, PostingOutcome& outcome) {
     QList<ErrorEntry> shown;
     for (int i = 0; i < errors.count(); ++i)
         shown.append(errors.at(i));
@@ -23,12 +20,12 @@ bool Trap_PostingError(ErrorList& errors, const LedgerError& raised) {
     if (shown.isEmpty())
         shown.append({raised.description(), raised.priority()});
     for (const ErrorEntry& error : shown) {
-        MsgBox(error.description);
+        outcome.problems.push_back({error, false});
         if (stopsPosting(error.priority))
-            PostOK = false;
+            outcome.PostOK = false;
     }
     errors.clear();
-    return PostOK;
+    return outcome.PostOK;
 }
 
 } // namespace tillbook

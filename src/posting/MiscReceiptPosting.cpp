@@ -8,61 +8,62 @@
 
 namespace tillbook {
 
-void Load_DistributionArray(const PostingInput& input) {
+std::vector<std::array<QString, 5>> Load_DistributionArray(const PostingInput& input) {
     const auto& rows = input.distributions;
-    Distributions.assign(rows.size() + 1, {});
+    std::vector<std::array<QString, 5>> lines(rows.size() + 1);
     for (size_t r = 1; r <= rows.size(); ++r) {
         const DistributionRow& row = rows[r - 1];
         // The amount as a plain number: commas gone, no trailing zeros ("1,234.50" is "1234.5").
-        Distributions[r] = {row.distCode, row.account,
-                            VariantText(QVariant::fromValue(Strip_Commas(row.amount))), row.reference,
-                            row.description};
+        lines[r] = {row.distCode, row.account, VariantText(QVariant::fromValue(Strip_Commas(row.amount))),
+                    row.reference, row.description};
     }
+    return lines;
 }
 
-void Post_MiscReceipt(const PostingInput& input) {
-    if (!ReceiptViewsReady())
-        return;
+PostingOutcome Post_MiscReceipt(ReceiptViews& views, const PostingInput& input) {
+    if (!views.ready())
+        return ViewsNotOpen();
     const QString batch = input.batch;
-    Load_DistributionArray(input);
-    PostingSequence steps;
+    const std::vector<std::array<QString, 5>> lines = Load_DistributionArray(input);
+    PostingSequence steps(*views.LedgerSession);
 
-    PositionBatch(steps, batch);
-    steps.putUnverified(*ReceiptHeaderView, "CNTITEM", QStringLiteral("0"));
-    steps.browse(*ReceiptHeaderView, QStringLiteral("(CNTBTCH  = ") + batch + QStringLiteral(")"), true);
-    steps.fetch(*ReceiptHeaderView);
-    ResetPostViews(steps);
+    PositionBatch(steps, views, batch);
+    steps.putUnverified(*views.ReceiptHeaderView, "CNTITEM", QStringLiteral("0"));
+    steps.browse(*views.ReceiptHeaderView, QStringLiteral("(CNTBTCH  = ") + batch + QStringLiteral(")"),
+                 true);
+    steps.fetch(*views.ReceiptHeaderView);
+    ResetPostViews(steps, views);
 
-    steps.putUnverified(*ReceiptHeaderView, "CNTITEM", QStringLiteral("0"));
-    steps.init(*ReceiptHeaderView);
-    steps.init(*ReceiptPostView);
-    steps.init(*ReceiptPostView);
-    steps.put(*ReceiptHeaderView, "RMITTYPE", QStringLiteral("5"));
-    steps.order(*ReceiptMiscView, 0);
+    steps.putUnverified(*views.ReceiptHeaderView, "CNTITEM", QStringLiteral("0"));
+    steps.init(*views.ReceiptHeaderView);
+    steps.init(*views.ReceiptPostView);
+    steps.init(*views.ReceiptPostView);
+    steps.put(*views.ReceiptHeaderView, "RMITTYPE", QStringLiteral("5"));
+    steps.order(*views.ReceiptMiscView, 0);
 
     // No customer: IDCUST stays blank.
-    steps.put(*ReceiptHeaderView, "TEXTRMIT", input.txtEntDesc.trimmed());
-    steps.put(*ReceiptHeaderView, "DATERMIT", DateValue(input.txtDate));
-    steps.put(*ReceiptHeaderView, "AMTRMIT", QVariant::fromValue(input.receiptAmount));
-    steps.put(*ReceiptHeaderView, "FISCYR", input.cboYear.trimmed());
-    steps.put(*ReceiptHeaderView, "FISCPER", input.cboPeriod.trimmed());
-    steps.put(*ReceiptHeaderView, "TEXTPAYOR", input.txtPayer.trimmed());
-    steps.put(*ReceiptHeaderView, "IDRMIT", input.txtReceiptNum.trimmed());
+    steps.put(*views.ReceiptHeaderView, "TEXTRMIT", input.txtEntDesc.trimmed());
+    steps.put(*views.ReceiptHeaderView, "DATERMIT", DateValue(input.txtDate));
+    steps.put(*views.ReceiptHeaderView, "AMTRMIT", QVariant::fromValue(input.receiptAmount));
+    steps.put(*views.ReceiptHeaderView, "FISCYR", input.cboYear.trimmed());
+    steps.put(*views.ReceiptHeaderView, "FISCPER", input.cboPeriod.trimmed());
+    steps.put(*views.ReceiptHeaderView, "TEXTPAYOR", input.txtPayer.trimmed());
+    steps.put(*views.ReceiptHeaderView, "IDRMIT", input.txtReceiptNum.trimmed());
 
-    for (size_t r = 1; r < Distributions.size(); ++r) {
-        const auto& line = Distributions[r];
-        steps.init(*ReceiptMiscView);
-        steps.put(*ReceiptMiscView, "IDDISTCODE", line[0]);
-        steps.put(*ReceiptMiscView, "IDACCT", line[1]);
-        steps.put(*ReceiptMiscView, "AMTDIST", line[2]);
-        steps.put(*ReceiptMiscView, "GLREF", line[3]);
-        steps.put(*ReceiptMiscView, "GLDESC", line[4]);
-        steps.insert(*ReceiptMiscView);
+    for (size_t r = 1; r < lines.size(); ++r) {
+        const auto& line = lines[r];
+        steps.init(*views.ReceiptMiscView);
+        steps.put(*views.ReceiptMiscView, "IDDISTCODE", line[0]);
+        steps.put(*views.ReceiptMiscView, "IDACCT", line[1]);
+        steps.put(*views.ReceiptMiscView, "AMTDIST", line[2]);
+        steps.put(*views.ReceiptMiscView, "GLREF", line[3]);
+        steps.put(*views.ReceiptMiscView, "GLDESC", line[4]);
+        steps.insert(*views.ReceiptMiscView);
     }
 
-    steps.insert(*ReceiptHeaderView);
-    steps.order(*ReceiptMiscView, 0);
-    steps.run();
+    steps.insert(*views.ReceiptHeaderView);
+    steps.order(*views.ReceiptMiscView, 0);
+    return steps.run();
 }
 
 } // namespace tillbook

@@ -3,8 +3,6 @@
 #include "fetching/ReceiptViews.h"
 #include "ledger/Formats.h"
 #include "posting/ErrorTrap.h"
-#include "settings/Globals.h"
-#include "ui/Platform.h"
 
 namespace tillbook {
 
@@ -55,36 +53,40 @@ void PostingSequence::then(std::function<void()> statement) {
     m_statements.push_back(std::move(statement));
 }
 
-void PostingSequence::run() const {
-    ErrorList& errors = LedgerSession->errors();
+PostingOutcome PostingSequence::run() const {
+    PostingOutcome outcome;
+    ErrorList& errors = m_session.errors();
     errors.clear();
     for (const auto& statement : m_statements) {
         try {
             statement();
         } catch (const LedgerError& e) {
-            if (!Trap_PostingError(errors, e))
-                return;
+            if (!Trap_PostingError(errors, e, outcome))
+                return outcome;
         } catch (const std::exception& e) {
             // Not the ledger's: nothing says the rest would be sound, so the posting stops.
-            Trap_PostingError(errors, LedgerError(QString::fromLocal8Bit(e.what()), ErrorPriority::Severe));
-            return;
+            Trap_PostingError(errors, LedgerError(QString::fromLocal8Bit(e.what()), ErrorPriority::Severe),
+                              outcome);
+            return outcome;
         }
     }
+    return outcome;
 }
 
-QString Posted_EntryNumber() {
-    return ReceiptHeaderView ? ReceiptHeaderView->fields().item(QStringLiteral("CNTITEM")).text() : QString();
+QString Posted_EntryNumber(const ReceiptViews& views) {
+    return views.ReceiptHeaderView ? views.ReceiptHeaderView->fields().item(QStringLiteral("CNTITEM")).text()
+                                   : QString();
 }
 
-bool ReceiptViewsReady() {
-    if (LedgerSession && BatchView && ReceiptHeaderView && ReceiptDetailView && ReceiptDetailSubView &&
-        ReceiptMiscView && ReceiptPostView)
-        return true;
-    MsgBox(QStringLiteral("The company's ledger is not open, so the entry was not saved. Sign in again and "
-                          "key the entry anew."),
-           vbOKOnly + vbCritical);
-    PostOK = false;
-    return false;
+PostingOutcome ViewsNotOpen() {
+    PostingOutcome outcome;
+    outcome.PostOK = false;
+    outcome.problems.push_back(
+        {{QStringLiteral("The company's ledger is not open, so the entry was not saved. Sign in again and "
+                         "key the entry anew."),
+          ErrorPriority::Severe},
+         true});
+    return outcome;
 }
 
 QVariant DateValue(const QString& txtDate) {
@@ -92,15 +94,15 @@ QVariant DateValue(const QString& txtDate) {
     return date.isValid() ? QVariant(date) : QVariant(txtDate);
 }
 
-void PositionBatch(PostingSequence& steps, const QString& batch) {
-    steps.putUnverified(*BatchView, "CODEPYMTYP", QStringLiteral("CA"));
-    steps.putUnverified(*BatchView, "CNTBTCH", batch);
-    steps.read(*BatchView);
+void PositionBatch(PostingSequence& steps, ReceiptViews& views, const QString& batch) {
+    steps.putUnverified(*views.BatchView, "CODEPYMTYP", QStringLiteral("CA"));
+    steps.putUnverified(*views.BatchView, "CNTBTCH", batch);
+    steps.read(*views.BatchView);
 }
 
-void ResetPostViews(PostingSequence& steps) {
-    steps.init(*ReceiptPostView);
-    steps.order(*ReceiptDetailView, 0);
+void ResetPostViews(PostingSequence& steps, ReceiptViews& views) {
+    steps.init(*views.ReceiptPostView);
+    steps.order(*views.ReceiptDetailView, 0);
 }
 
 } // namespace tillbook

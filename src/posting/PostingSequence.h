@@ -1,10 +1,13 @@
 #pragma once
 
 // A posting procedure as the list of its ledger statements, run in order under the error trap: a statement
-// that fails shows the session's errors, and the next statement runs unless the trap stopped the posting.
+// that fails hands the session's errors to the outcome, and the next statement runs unless the trap stopped
+// the posting.
 // Building the list first keeps each procedure a plain reading of its steps.
 
+#include "fetching/ReceiptViews.h"
 #include "ledger/View.h"
+#include "posting/Posting.h"
 
 #include <QString>
 #include <QVariant>
@@ -15,6 +18,8 @@ namespace tillbook {
 
 class PostingSequence {
 public:
+    explicit PostingSequence(Session& session) : m_session(session) {}
+
     // Field values: a verified put (the ledger checks the value) or a put without verification.
     void put(View& view, const char* field, const QVariant& value);
     void putUnverified(View& view, const char* field, const QVariant& value);
@@ -31,23 +36,23 @@ public:
     void then(std::function<void()> statement);
 
     // Starts from an empty error list and runs the statements until the end or until the trap stops.
-    void run() const;
+    PostingOutcome run() const;
 
 private:
+    Session& m_session;
     std::vector<std::function<void()>> m_statements;
 };
 
-// Whether the ledger session and the receipt views are open; when not, tells the clerk, clears PostOK and
-// answers false.
-bool ReceiptViewsReady();
+// The outcome of a posting that cannot start because the ledger session and the receipt views are not open.
+PostingOutcome ViewsNotOpen();
 
 // The value put in DATERMIT: the date typed in the short date form, or, when the text is no such date, the
 // text itself, so that the ledger refuses it with its own message.
 QVariant DateValue(const QString& txtDate);
 
 // The steps every posting starts with: the batch positioned by its number.
-void PositionBatch(PostingSequence& steps, const QString& batch);
+void PositionBatch(PostingSequence& steps, ReceiptViews& views, const QString& batch);
 // After the header is positioned: a fresh open-document list and the detail view in key order.
-void ResetPostViews(PostingSequence& steps);
+void ResetPostViews(PostingSequence& steps, ReceiptViews& views);
 
 } // namespace tillbook

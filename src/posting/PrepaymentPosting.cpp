@@ -9,73 +9,68 @@
 
 namespace tillbook {
 
-void Save_ReceiptHeader(const PostingInput& input) {
-    ReceiptHeader = {};
-    ReceiptHeader[1] = input.txtReceiptNum;
-    ReceiptHeader[2] = input.txtEntDesc;
-    ReceiptHeader[3] = input.txtAmount;
-    ReceiptHeader[4] = input.cboYear.trimmed();
-    ReceiptHeader[5] = input.cboPeriod.trimmed();
-    ReceiptHeader[6] = input.txtPrePay;
-    ReceiptHeader[7] = input.txtPayer;
+std::array<QString, 8> Save_ReceiptHeader(const PostingInput& input) {
+    return {QString(),       input.txtReceiptNum,     input.txtEntDesc,
+            input.txtAmount, input.cboYear.trimmed(), input.cboPeriod.trimmed(),
+            input.txtPrePay, input.txtPayer};
 }
 
-void Post_Prepayment(const PostingInput& input, QString& txtPrePayDocNo) {
-    if (!ReceiptViewsReady())
-        return;
+PostingOutcome Post_Prepayment(ReceiptViews& views, const PostingInput& input) {
+    if (!views.ready())
+        return ViewsNotOpen();
     const QString customer = input.customer;
     const QString batch = input.batch;
     const QString entry = QStringLiteral("0"); // the ledger numbers the new entry
-    Save_ReceiptHeader(input);
-    PostingSequence steps;
+    const std::array<QString, 8> header = Save_ReceiptHeader(input);
+    PostingSequence steps(*views.LedgerSession);
 
-    steps.put(*BatchView, "CODEPYMTYP", QStringLiteral("CA"));
-    steps.put(*ReceiptDetailSubView, "CODEPAYM", QStringLiteral("CA"));
-    steps.put(*ReceiptDetailView, "CODEPAYM", QStringLiteral("CA"));
-    steps.put(*ReceiptHeaderView, "CODEPYMTYP", QStringLiteral("CA"));
-    steps.put(*ReceiptMiscView, "CODEPAYM", QStringLiteral("CA"));
-    steps.putUnverified(*ReceiptHeaderView, "RMITTYPE", QStringLiteral("2"));
+    steps.put(*views.BatchView, "CODEPYMTYP", QStringLiteral("CA"));
+    steps.put(*views.ReceiptDetailSubView, "CODEPAYM", QStringLiteral("CA"));
+    steps.put(*views.ReceiptDetailView, "CODEPAYM", QStringLiteral("CA"));
+    steps.put(*views.ReceiptHeaderView, "CODEPYMTYP", QStringLiteral("CA"));
+    steps.put(*views.ReceiptMiscView, "CODEPAYM", QStringLiteral("CA"));
+    steps.putUnverified(*views.ReceiptHeaderView, "RMITTYPE", QStringLiteral("2"));
 
-    PositionBatch(steps, batch);
-    steps.putUnverified(*ReceiptHeaderView, "CNTITEM", QStringLiteral("0"));
-    steps.browse(*ReceiptHeaderView, QStringLiteral("CNTBTCH  =") + batch, true);
-    steps.fetch(*ReceiptHeaderView);
-    ResetPostViews(steps);
+    PositionBatch(steps, views, batch);
+    steps.putUnverified(*views.ReceiptHeaderView, "CNTITEM", QStringLiteral("0"));
+    steps.browse(*views.ReceiptHeaderView, QStringLiteral("CNTBTCH  =") + batch, true);
+    steps.fetch(*views.ReceiptHeaderView);
+    ResetPostViews(steps, views);
 
-    steps.put(*ReceiptHeaderView, "TEXTRMIT", QString());
-    steps.putUnverified(*ReceiptHeaderView, "CNTITEM", QStringLiteral("0"));
-    steps.init(*ReceiptHeaderView);
-    steps.init(*ReceiptPostView);
-    steps.init(*ReceiptPostView);
+    steps.put(*views.ReceiptHeaderView, "TEXTRMIT", QString());
+    steps.putUnverified(*views.ReceiptHeaderView, "CNTITEM", QStringLiteral("0"));
+    steps.init(*views.ReceiptHeaderView);
+    steps.init(*views.ReceiptPostView);
+    steps.init(*views.ReceiptPostView);
 
-    steps.put(*ReceiptHeaderView, "DATERMIT", DateValue(input.txtDate));
-    steps.put(*ReceiptHeaderView, "TEXTRMIT", QString());
-    steps.put(*ReceiptHeaderView, "IDCUST", customer);
-    steps.init(*ReceiptPostView);
-    steps.put(*ReceiptHeaderView, "RMITTYPE", QStringLiteral("2"));
+    steps.put(*views.ReceiptHeaderView, "DATERMIT", DateValue(input.txtDate));
+    steps.put(*views.ReceiptHeaderView, "TEXTRMIT", QString());
+    steps.put(*views.ReceiptHeaderView, "IDCUST", customer);
+    steps.init(*views.ReceiptPostView);
+    steps.put(*views.ReceiptHeaderView, "RMITTYPE", QStringLiteral("2"));
 
     // The detail line takes the grid's row as its number.
-    steps.putUnverified(*ReceiptDetailView, "CNTLINE", QVariant::fromValue(std::int16_t(input.row)));
-    steps.browse(*ReceiptDetailView,
+    steps.putUnverified(*views.ReceiptDetailView, "CNTLINE", QVariant::fromValue(std::int16_t(input.row)));
+    steps.browse(*views.ReceiptDetailView,
                  QStringLiteral("CODEPAYM = \"CA\" AND CNTBTCH = ") + batch +
                      QStringLiteral(" AND CNTITEM =") + entry,
                  true);
-    steps.fetch(*ReceiptDetailView);
+    steps.fetch(*views.ReceiptDetailView);
 
-    const auto& header = ReceiptHeader;
-    steps.put(*ReceiptHeaderView, "IDRMIT", header[1]);
-    steps.put(*ReceiptHeaderView, "TEXTRMIT", header[2]);
-    steps.put(*ReceiptHeaderView, "AMTRMIT", header[3]);
-    steps.put(*ReceiptHeaderView, "FISCYR", header[4]);
-    steps.put(*ReceiptHeaderView, "FISCPER", header[5]);
-    steps.put(*ReceiptHeaderView, "DOCNBR", header[6]);
-    steps.put(*ReceiptHeaderView, "TEXTPAYOR", header[7]);
+    steps.put(*views.ReceiptHeaderView, "IDRMIT", header[1]);
+    steps.put(*views.ReceiptHeaderView, "TEXTRMIT", header[2]);
+    steps.put(*views.ReceiptHeaderView, "AMTRMIT", header[3]);
+    steps.put(*views.ReceiptHeaderView, "FISCYR", header[4]);
+    steps.put(*views.ReceiptHeaderView, "FISCPER", header[5]);
+    steps.put(*views.ReceiptHeaderView, "DOCNBR", header[6]);
+    steps.put(*views.ReceiptHeaderView, "TEXTPAYOR", header[7]);
 
-    steps.insert(*ReceiptHeaderView);
-    steps.then([&txtPrePayDocNo] {
-        txtPrePayDocNo = ReceiptDetailView->fields().item(QStringLiteral("IDINVC")).value().toString();
-    });
-    steps.run();
+    steps.insert(*views.ReceiptHeaderView);
+    PostingOutcome outcome = steps.run();
+    if (outcome.PostOK)
+        outcome.prepaymentNumber =
+            views.ReceiptDetailView->fields().item(QStringLiteral("IDINVC")).value().toString();
+    return outcome;
 }
 
 } // namespace tillbook

@@ -7,71 +7,71 @@
 
 namespace tillbook {
 
-void Post_Receipt(const PostingInput& input) {
-    if (!ReceiptViewsReady())
-        return;
+PostingOutcome Post_Receipt(ReceiptViews& views, const PostingInput& input) {
+    if (!views.ready())
+        return ViewsNotOpen();
     const QString customer = input.customer;
     const QString batch = input.batch;
     const QString entry = input.entry;
     const QVariant amount = QVariant::fromValue(input.receiptAmount);
-    PostingSequence steps;
+    PostingSequence steps(*views.LedgerSession);
 
-    PositionBatch(steps, batch);
+    PositionBatch(steps, views, batch);
 
     // The header inside the batch.
-    steps.putUnverified(*ReceiptHeaderView, "CNTITEM", QStringLiteral("0"));
-    steps.browse(*ReceiptHeaderView, QStringLiteral("(CNTBTCH  = ") + batch + QStringLiteral("      )"),
+    steps.putUnverified(*views.ReceiptHeaderView, "CNTITEM", QStringLiteral("0"));
+    steps.browse(*views.ReceiptHeaderView, QStringLiteral("(CNTBTCH  = ") + batch + QStringLiteral("      )"),
                  true);
-    steps.fetch(*ReceiptHeaderView);
-    ResetPostViews(steps);
+    steps.fetch(*views.ReceiptHeaderView);
+    ResetPostViews(steps, views);
 
     // The batch's last receipt entry.
     const QString lastEntry = QStringLiteral("(CODEPYMTYP = \"CA\" AND CNTBTCH = ") + batch +
                               QStringLiteral("       AND RMITTYPE <= 5)");
-    steps.putUnverified(*ReceiptHeaderView, "CNTITEM", QStringLiteral("0"));
-    steps.browse(*ReceiptHeaderView, lastEntry, true);
-    steps.putUnverified(*ReceiptHeaderView, "CNTITEM", QStringLiteral("0"));
-    steps.browse(*ReceiptHeaderView, lastEntry, false);
-    steps.fetch(*ReceiptHeaderView);
-    steps.putUnverified(*ReceiptHeaderView, "CNTITEM", QStringLiteral("0"));
+    steps.putUnverified(*views.ReceiptHeaderView, "CNTITEM", QStringLiteral("0"));
+    steps.browse(*views.ReceiptHeaderView, lastEntry, true);
+    steps.putUnverified(*views.ReceiptHeaderView, "CNTITEM", QStringLiteral("0"));
+    steps.browse(*views.ReceiptHeaderView, lastEntry, false);
+    steps.fetch(*views.ReceiptHeaderView);
+    steps.putUnverified(*views.ReceiptHeaderView, "CNTITEM", QStringLiteral("0"));
 
     // The new entry; an ordinary receipt keeps the header's own receipt type.
-    steps.init(*ReceiptHeaderView);
-    steps.init(*ReceiptPostView);
-    steps.init(*ReceiptPostView);
-    steps.put(*ReceiptHeaderView, "TEXTRMIT", input.txtEntDesc.trimmed());
-    steps.put(*ReceiptHeaderView, "IDCUST", customer);
-    steps.init(*ReceiptPostView);
-    steps.put(*ReceiptHeaderView, "DATERMIT", DateValue(input.txtDate));
-    steps.put(*ReceiptHeaderView, "IDRMIT", input.txtReceiptNum.trimmed());
-    steps.put(*ReceiptHeaderView, "AMTRMIT", amount);
-    steps.put(*ReceiptHeaderView, "FISCPER", input.cboPeriod.trimmed());
-    steps.put(*ReceiptHeaderView, "FISCYR", input.cboYear.trimmed());
-    steps.put(*ReceiptHeaderView, "TEXTPAYOR", input.txtPayer.trimmed());
+    steps.init(*views.ReceiptHeaderView);
+    steps.init(*views.ReceiptPostView);
+    steps.init(*views.ReceiptPostView);
+    steps.put(*views.ReceiptHeaderView, "TEXTRMIT", input.txtEntDesc.trimmed());
+    steps.put(*views.ReceiptHeaderView, "IDCUST", customer);
+    steps.init(*views.ReceiptPostView);
+    steps.put(*views.ReceiptHeaderView, "DATERMIT", DateValue(input.txtDate));
+    steps.put(*views.ReceiptHeaderView, "IDRMIT", input.txtReceiptNum.trimmed());
+    steps.put(*views.ReceiptHeaderView, "AMTRMIT", amount);
+    steps.put(*views.ReceiptHeaderView, "FISCPER", input.cboPeriod.trimmed());
+    steps.put(*views.ReceiptHeaderView, "FISCYR", input.cboYear.trimmed());
+    steps.put(*views.ReceiptHeaderView, "TEXTPAYOR", input.txtPayer.trimmed());
 
     // The customer's payable documents.
     const auto linkPostView = [&] {
-        steps.putUnverified(*ReceiptPostView, "PAYMTYPE", QStringLiteral("CA"));
-        steps.putUnverified(*ReceiptPostView, "CNTBTCH", batch);
-        steps.putUnverified(*ReceiptPostView, "CNTITEM", entry);
+        steps.putUnverified(*views.ReceiptPostView, "PAYMTYPE", QStringLiteral("CA"));
+        steps.putUnverified(*views.ReceiptPostView, "CNTBTCH", batch);
+        steps.putUnverified(*views.ReceiptPostView, "CNTITEM", entry);
     };
     linkPostView();
-    steps.putUnverified(*ReceiptPostView, "IDCUST", customer);
-    steps.putUnverified(*ReceiptPostView, "AMTRMIT", amount);
-    steps.process(*ReceiptPostView);
-    steps.order(*ReceiptPostView, 0);
+    steps.putUnverified(*views.ReceiptPostView, "IDCUST", customer);
+    steps.putUnverified(*views.ReceiptPostView, "AMTRMIT", amount);
+    steps.process(*views.ReceiptPostView);
+    steps.order(*views.ReceiptPostView, 0);
 
     // Each applied document in the order applied: the ledger spreads the amount over them.
     for (const int key : input.applyKeys) {
         linkPostView();
-        steps.putUnverified(*ReceiptPostView, "CNTKEY", QString::number(key));
-        steps.read(*ReceiptPostView);
-        steps.put(*ReceiptPostView, "APPLY", QStringLiteral("Y"));
-        steps.update(*ReceiptPostView);
+        steps.putUnverified(*views.ReceiptPostView, "CNTKEY", QString::number(key));
+        steps.read(*views.ReceiptPostView);
+        steps.put(*views.ReceiptPostView, "APPLY", QStringLiteral("Y"));
+        steps.update(*views.ReceiptPostView);
     }
 
-    steps.insert(*ReceiptHeaderView);
-    steps.run();
+    steps.insert(*views.ReceiptHeaderView);
+    return steps.run();
 }
 
 } // namespace tillbook

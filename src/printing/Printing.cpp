@@ -4,10 +4,10 @@
 #include "ledger/Formats.h"
 #include "ledger/LedgerError.h"
 #include "printing/Printers.h"
-#include "printing/ReceiptData.h"
 #include "printing/ReceiptPage.h"
 #include "printing/Report.h"
-#include "ui/Platform.h"
+#include "printing/data/ReceiptData.h"
+#include "ui/Forms.h"
 #include "ui/ProgramData.h"
 
 #include <QDir>
@@ -28,19 +28,19 @@ QStringList defaultCopies(bool threePart) {
 }
 
 // Every sub-report, at any depth, prints from the same data set as the receipt itself.
-void bindAll(Report& report, const std::shared_ptr<const DataSet>& data) {
+void bindAll(Report& report, const std::shared_ptr<const DataSet>& data, QStringList& problems) {
     report.setDataSource(data);
     for (const QString& name : report.subreportNames()) {
         try {
-            bindAll(report.subreport(name), data);
+            bindAll(report.subreport(name), data, problems);
         } catch (const ReportError& error) {
-            MsgBox(error.message());
+            problems << error.message();
         }
     }
 }
 
-// The finished HTML of every copy; empty after a failure, which has been shown.
-QStringList renderCopies(const Report& report, bool threePart) {
+// The finished HTML of every copy; empty after a failure, which is among the problems.
+QStringList renderCopies(const Report& report, bool threePart, QStringList& problems) {
     QStringList labels = report.copyLabels();
     if (labels.isEmpty())
         labels = defaultCopies(threePart);
@@ -49,28 +49,29 @@ QStringList renderCopies(const Report& report, bool threePart) {
         for (const QString& label : labels)
             copies << report.render(label);
     } catch (const ReportError& error) {
-        MsgBox(error.message());
+        problems << error.message();
         return {};
     }
     return copies;
 }
 
 // The printer of the "Printer" settings, or the default one; a stored printer that is no longer installed is
-// reported and the default printer used.
-QPrinterInfo choosePrinter() {
+// reported among the problems and the default printer used.
+QPrinterInfo choosePrinter(QStringList& problems) {
     const PrinterSettings settings = Load_PrinterSettings();
     if (!Uses_DefaultPrinter(settings)) {
         const QPrinterInfo chosen = QPrinterInfo::printerInfo(settings.name);
         if (!chosen.isNull())
             return chosen;
-        MsgBox(QStringLiteral("The printer \"%1\" is not installed. The receipt is printed on the default "
-                              "printer.")
-                   .arg(settings.name));
+        problems << QStringLiteral(
+                        "The printer \"%1\" is not installed. The receipt is printed on the default "
+                        "printer.")
+                        .arg(settings.name);
     }
     return QPrinterInfo::defaultPrinter();
 }
 
-bool printToPdf(const QString& file, const QStringList& copies, const QString& title) {
+bool printToPdf(const QString& file, const QStringList& copies, const QString& title, QStringList& problems) {
     QPdfWriter writer(file);
     writer.setTitle(title);
     writer.setCreator(QStringLiteral("Tillbook"));
@@ -79,7 +80,7 @@ bool printToPdf(const QString& file, const QStringList& copies, const QString& t
     writer.setPageMargins(QMarginsF(12, 12, 12, 12), QPageLayout::Millimeter);
     QPainter painter;
     if (!painter.begin(&writer)) {
-        MsgBox(QStringLiteral("The receipt could not be written to %1.").arg(file));
+        problems << QStringLiteral("The receipt could not be written to %1.").arg(file);
         return false;
     }
     Paint_ReceiptPage(painter, writer, copies);
@@ -87,10 +88,11 @@ bool printToPdf(const QString& file, const QStringList& copies, const QString& t
 }
 
 // Returns false when nothing was printed; a cancelled print is not reported.
-bool printOn(const QPrinterInfo& info, const QStringList& copies, const QString& title) {
+bool printOn(const QPrinterInfo& info, const QStringList& copies, const QString& title,
+             QStringList& problems) {
     if (info.isNull()) {
-        MsgBox(QStringLiteral(
-            "No printer is installed. Choose a printer with Select Printer in the File menu."));
+        problems << QStringLiteral(
+            "No printer is installed. Choose a printer with Select Printer in the File menu.");
         return false;
     }
     QPrinter printer(info, QPrinter::HighResolution);
@@ -99,13 +101,13 @@ bool printOn(const QPrinterInfo& info, const QStringList& copies, const QString&
     QPainter painter;
     if (!painter.begin(&printer)) {
         if (printer.printerState() != QPrinter::Aborted)
-            MsgBox(QStringLiteral("The printer \"%1\" could not be started.").arg(info.printerName()));
+            problems << QStringLiteral("The printer \"%1\" could not be started.").arg(info.printerName());
         return false;
     }
     Paint_ReceiptPage(painter, printer, copies);
     const bool done = painter.end();
     if (!done && printer.printerState() != QPrinter::Aborted)
-        MsgBox(QStringLiteral("The receipt could not be printed on \"%1\".").arg(info.printerName()));
+        problems << QStringLiteral("The receipt could not be printed on \"%1\".").arg(info.printerName());
     return done;
 }
 
@@ -133,18 +135,19 @@ QString ReceiptPdfPath(const QString& folder, const QString& batch, const QStrin
     return path;
 }
 
-PrintOutcome Print_Receipt(const PrintRequest& request) {
+PrintOutcome Print_Receipt(ReceiptViews& views, const PrintRequest& request) {
     PrintOutcome outcome;
-    if (!LedgerSession || !ReceiptHeaderView) {
-        MsgBox(QStringLiteral("No company is open: there is no receipt to print."));
+    QStringList& problems = outcome.problems;
+    if (!views.LedgerSession || !views.ReceiptHeaderView) {
+        problems << QStringLiteral("No company is open: there is no receipt to print.");
         return outcome;
     }
     auto data = std::make_shared<DataSet>();
     try {
-        *data = Read_ReceiptData(request);
+        *data = Read_ReceiptData(views, request);
     } catch (const LedgerError& error) {
-        MsgBox(error.description());
-        LedgerSession->errors().clear(); // shown: not to be shown again by the next procedure
+        problems << error.description();
+        views.LedgerSession->errors().clear(); // handed on: not to be reported again by the next procedure
         return outcome;
     }
 
@@ -154,12 +157,12 @@ PrintOutcome Print_Receipt(const PrintRequest& request) {
     try {
         report = Report::open(QDir(folder).filePath(ReceiptTemplateName(request.kind, request.threePart)));
     } catch (const ReportError& error) {
-        MsgBox(error.message());
+        problems << error.message();
         return outcome;
     }
-    bindAll(*report, data);
+    bindAll(*report, data, problems);
 
-    const QStringList copies = renderCopies(*report, request.threePart);
+    const QStringList copies = renderCopies(*report, request.threePart, problems);
     if (copies.isEmpty())
         return outcome;
     const QString title =
@@ -169,12 +172,12 @@ PrintOutcome Print_Receipt(const PrintRequest& request) {
     if (!pdfFolder.isEmpty()) {
         QDir().mkpath(pdfFolder);
         outcome.pdfFile = ReceiptPdfPath(pdfFolder, request.batch, request.entry);
-        outcome.printed = printToPdf(outcome.pdfFile, copies, title);
+        outcome.printed = printToPdf(outcome.pdfFile, copies, title, problems);
         return outcome;
     }
-    const QPrinterInfo printer = choosePrinter();
+    const QPrinterInfo printer = choosePrinter(problems);
     outcome.printer = printer.printerName();
-    outcome.printed = printOn(printer, copies, title);
+    outcome.printed = printOn(printer, copies, title, problems);
     return outcome;
 }
 

@@ -4,16 +4,20 @@
 // kind and style, and printed on the chosen printer, the default printer, or into a PDF file in
 // TILLBOOK_PDF_DIR.
 
-#include "printing/PrintRequest.h"
+#include "printing/data/PrintRequest.h"
 
 #include <QString>
+#include <QStringList>
 
 namespace tillbook {
 
+struct ReceiptViews;
+
 struct PrintOutcome {
     bool printed = false;
-    QString pdfFile; // the file written when printing into TILLBOOK_PDF_DIR
-    QString printer; // the printer's name otherwise
+    QString pdfFile;      // the file written when printing into TILLBOOK_PDF_DIR
+    QString printer;      // the printer's name otherwise
+    QStringList problems; // what went wrong, in order, for the window to show
 };
 
 // The template's file name for a kind and style: "Receipt_3P.html", "Misc_Receipt_2P.html", ...
@@ -23,9 +27,9 @@ QString ReceiptTemplateName(ReceiptKind kind, bool threePart);
 // "Receipt batch 12 entry 3.pdf", "Receipt batch 12 entry 3 copy 2.pdf", ...
 QString ReceiptPdfPath(const QString& folder, const QString& batch, const QString& entry);
 
-// Every failure is shown in a message box. A missing or broken template or an unreadable entry prints
+// Every failure is handed back among the problems. A missing or broken template or an unreadable entry prints
 // nothing; a failing sub-report binding or printer choice is shown and the print goes on. A print the user
 // cancels ends without a message.
-PrintOutcome Print_Receipt(const PrintRequest& request);
+PrintOutcome Print_Receipt(ReceiptViews& views, const PrintRequest& request);
 
 } // namespace tillbook

@@ -11,7 +11,7 @@
 //   {{copy}}                         the copy's label ("Customer", "Office", ...)
 // <meta name="copies" content="Customer,Office"> names the copies printed on one page.
 
-#include "printing/DataSet.h"
+#include "printing/data/DataSet.h"
 
 #include <QString>
 #include <QStringList>

@@ -40,44 +40,46 @@ bool BoolOf(const QString& text, bool defaultValue) {
     return isNumber ? number != 0.0 : defaultValue;
 }
 
-void Load_DatabaseIDs() {
+void Load_DatabaseIDs(SavedSlots& saved) {
     const SettingsStore store;
     for (int slot = 1; slot <= DatabaseSlots; ++slot)
-        DatabaseIDs[slot - 1] = store.read(databaseKey(slot), QString());
+        saved.DatabaseIDs[slot - 1] = store.read(databaseKey(slot), QString());
 }
 
-void Save_DatabaseIDs() {
+void Save_DatabaseIDs(SavedSlots& saved) {
     SettingsStore store;
     for (int slot = 1; slot <= DatabaseSlots; ++slot)
-        store.write(databaseKey(slot), DatabaseIDs[slot - 1]);
+        store.write(databaseKey(slot), saved.DatabaseIDs[slot - 1]);
 }
 
-void Load_Users() {
-    if (!isDatabaseSlot(CurrentDatabase))
+void Load_Users(SavedSlots& saved) {
+    if (!isDatabaseSlot(saved.CurrentDatabase))
         return;
     const SettingsStore store;
     for (int i = 1; i <= UserSlots; ++i) {
-        Users[i - 1].UserName =
-            store.read(usersKey(CurrentDatabase, QStringLiteral("User%1").arg(i)), QString());
-        Users[i - 1].Password =
-            store.read(usersKey(CurrentDatabase, QStringLiteral("Password%1").arg(i)), QString());
+        saved.Users[i - 1].UserName =
+            store.read(usersKey(saved.CurrentDatabase, QStringLiteral("User%1").arg(i)), QString());
+        saved.Users[i - 1].Password =
+            store.read(usersKey(saved.CurrentDatabase, QStringLiteral("Password%1").arg(i)), QString());
     }
 }
 
-void Save_Users() {
-    if (!isDatabaseSlot(CurrentDatabase))
+void Save_Users(SavedSlots& saved) {
+    if (!isDatabaseSlot(saved.CurrentDatabase))
         return;
     SettingsStore store;
     for (int i = 1; i <= UserSlots; ++i) {
-        store.write(usersKey(CurrentDatabase, QStringLiteral("User%1").arg(i)), Users[i - 1].UserName);
-        store.write(usersKey(CurrentDatabase, QStringLiteral("Password%1").arg(i)), Users[i - 1].Password);
+        store.write(usersKey(saved.CurrentDatabase, QStringLiteral("User%1").arg(i)),
+                    saved.Users[i - 1].UserName);
+        store.write(usersKey(saved.CurrentDatabase, QStringLiteral("Password%1").arg(i)),
+                    saved.Users[i - 1].Password);
     }
 }
 
-ConnectInfo Load_ConnectInfo() {
+ConnectInfo Load_ConnectInfo(SavedSlots& saved) {
     const SettingsStore store;
-    CurrentDatabase = Int16Of(store.read(QStringLiteral("ConnectInfo/Database"), QString()));
-    CurrentUser = Int16Of(store.read(QStringLiteral("ConnectInfo/User"), QString()));
+    saved.CurrentDatabase = Int16Of(store.read(QStringLiteral("ConnectInfo/Database"), QString()));
+    saved.CurrentUser = Int16Of(store.read(QStringLiteral("ConnectInfo/User"), QString()));
     ConnectInfo info;
     info.savePassword =
         BoolOf(store.read(QStringLiteral("ConnectInfo/Save"), QStringLiteral("False")), false);
@@ -93,20 +95,21 @@ void Save_ConnectInfo(int databaseListIndex, int userListIndex, bool savePasswor
     store.write(QStringLiteral("ConnectInfo/SavedPWD"), savePassword ? password : QString());
 }
 
-void Load_BatchInfo() {
-    if (!isDatabaseSlot(CurrentDatabase))
+void Load_BatchInfo(SavedSlots& saved) {
+    if (!isDatabaseSlot(saved.CurrentDatabase))
         return;
     const SettingsStore store;
-    CurrentBatch = store.read(batchKey(CurrentDatabase, QStringLiteral("Batch")), QString());
-    BatchListIndex = store.read(batchKey(CurrentDatabase, QStringLiteral("Index")), QStringLiteral("-1"));
+    saved.CurrentBatch = store.read(batchKey(saved.CurrentDatabase, QStringLiteral("Batch")), QString());
+    saved.BatchListIndex =
+        store.read(batchKey(saved.CurrentDatabase, QStringLiteral("Index")), QStringLiteral("-1"));
 }
 
-void Save_BatchInfo() {
-    if (!isDatabaseSlot(CurrentDatabase))
+void Save_BatchInfo(SavedSlots& saved) {
+    if (!isDatabaseSlot(saved.CurrentDatabase))
         return;
     SettingsStore store;
-    store.write(batchKey(CurrentDatabase, QStringLiteral("Batch")), CurrentBatch);
-    store.write(batchKey(CurrentDatabase, QStringLiteral("Index")), BatchListIndex);
+    store.write(batchKey(saved.CurrentDatabase, QStringLiteral("Batch")), saved.CurrentBatch);
+    store.write(batchKey(saved.CurrentDatabase, QStringLiteral("Index")), saved.BatchListIndex);
 }
 
 ReceiptStyle Load_ReceiptStyle() {

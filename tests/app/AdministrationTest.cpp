@@ -1,9 +1,8 @@
 // The sign-in window's Add and Delete commands and the new database/user dialog: the limits, the questions,
 // what is kept in memory and what is stored, the name rules and the test sign-on against a real company.
 #include "LoginWindow.h"
-#include "app/NewDialogFlags.h"
 #include "app/frmNew.h"
-#include "settings/Globals.h"
+#include "entry/ReceiptDesk.h"
 #include "support/AnswerMessageBoxes.h"
 #include "support/Grab.h"
 #include "support/SampleCompany.h"
@@ -78,8 +77,8 @@ private slots:
     void cleanupTestCase() { company.reset(); }
     void init() {
         settings = std::make_unique<test::TempSettings>();
-        CurrentDatabase = CurrentUser = 0;
-        ReturnFromNew = DatabasesChanged = UsersChanged = AddingDatabase = false;
+        Desk().CurrentDatabase = Desk().CurrentUser = 0;
+        Desk().ReturnFromNew = Desk().DatabasesChanged = Desk().UsersChanged = Desk().AddingDatabase = false;
     }
     void cleanup() { settings.reset(); }
 
@@ -95,13 +94,13 @@ private slots:
         QVERIFY(!test::shownWindow("frmNew"));
 
         // With two the dialog opens for a new database.
-        DatabaseIDs[2].clear();
+        Desk().DatabaseIDs[2].clear();
         login.form->Load_DatabaseCombo();
-        ReturnFromNew = true;
+        Desk().ReturnFromNew = true;
         login.form->mnuAddNewDB_Click();
         NewDialog dialog;
         QVERIFY(dialog.shown());
-        QVERIFY(AddingDatabase && !ReturnFromNew);
+        QVERIFY(Desk().AddingDatabase && !Desk().ReturnFromNew);
         QCOMPARE(dialog.form->windowTitle(), QString("Tillbook - New Database ID"));
         QCOMPARE(dialog.frame(), QString("New Database ID"));
         QVERIFY(!dialog.txtNewDB->isReadOnly());
@@ -121,7 +120,7 @@ private slots:
                     "before you can add another. | User Limit Reached | 0 | 0"));
 
         settings->set("Database1/Users/User10", "");
-        Users[9] = UserRecord();
+        Desk().Users[9] = UserRecord();
         login.form->Load_UserCombo();
         login.form->mnuAddNewUser_Click();
         QCOMPARE(box(answers.asked.value(1)),
@@ -132,7 +131,7 @@ private slots:
         login.form->mnuAddNewUser_Click();
         NewDialog dialog;
         QVERIFY(dialog.shown());
-        QVERIFY(!AddingDatabase);
+        QVERIFY(!Desk().AddingDatabase);
         QCOMPARE(dialog.form->windowTitle(), QString("Tillbook - New User Name"));
         QCOMPARE(dialog.frame(), QString("Existing Database ID"));
         QCOMPARE(dialog.txtNewDB->text(), QString("SAMINC"));
@@ -152,8 +151,8 @@ private slots:
             QCOMPARE(box(answers.asked.value(0)),
                      QString("Delete Database ID: BRAVO\nAre you sure that you want "
                              "to remove this database? | Confirm Delete | 4 | 48"));
-            QCOMPARE(DatabaseIDs, (std::array<QString, 3>{"ALPHA", "CHARLIE", ""}));
-            for (const UserRecord& user : Users)
+            QCOMPARE(Desk().DatabaseIDs, (std::array<QString, 3>{"ALPHA", "CHARLIE", ""}));
+            for (const UserRecord& user : Desk().Users)
                 QVERIFY(user.UserName.isEmpty() && user.Password.isEmpty());
             QCOMPARE(login.cboDatabase->count(), 2);
             QCOMPARE(login.cboDatabase->ListIndex(), -1);
@@ -245,10 +244,11 @@ private slots:
         QVERIFY(answers.asked.isEmpty());
         QTRY_VERIFY(dialog.form.isNull());
 
-        QCOMPARE(DatabaseIDs[1], QString("SAMINC"));
-        QCOMPARE(CurrentUser, 1);
-        QCOMPARE(Users[0].UserName + Users[0].Password + Users[1].UserName, QString("ADMINADMIN"));
-        QVERIFY(DatabasesChanged);
+        QCOMPARE(Desk().DatabaseIDs[1], QString("SAMINC"));
+        QCOMPARE(Desk().CurrentUser, 1);
+        QCOMPARE(Desk().Users[0].UserName + Desk().Users[0].Password + Desk().Users[1].UserName,
+                 QString("ADMINADMIN"));
+        QVERIFY(Desk().DatabasesChanged);
         QCOMPARE(stored("Database2/DB2"), QString("SAMINC"));
         QCOMPARE(stored("Database2/Users/User1") + stored("Database2/Users/Password1"),
                  QString("ADMINADMIN"));
@@ -257,7 +257,7 @@ private slots:
         login.form->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(login.form));
         QTRY_COMPARE(login.cboDatabase->count(), 2);
-        QVERIFY(login.form->Initialised() && !ReturnFromNew);
+        QVERIFY(login.form->Initialised() && !Desk().ReturnFromNew);
         QCOMPARE(login.cboDatabase->currentText(), QString("SAMINC"));
         QCOMPARE(login.cboUser->itemText(0), QString("ADMIN"));
         QCOMPARE(login.cboUser->count(), 1);
@@ -274,8 +274,8 @@ private slots:
         dialog.fill("", "clerk", "pw2", "x");
         dialog.form->cmdOK_Click();
         QVERIFY(answers.asked.isEmpty());
-        QCOMPARE(CurrentUser, 2);
-        QVERIFY(UsersChanged && ReturnFromNew);
+        QCOMPARE(Desk().CurrentUser, 2);
+        QVERIFY(Desk().UsersChanged && Desk().ReturnFromNew);
         QCOMPARE(stored("Database1/Users/User2") + stored("Database1/Users/Password2"), QString("CLERKPW2"));
     }
 
@@ -297,7 +297,7 @@ private slots:
         QCOMPARE(box(answers.asked.value(0)),
                  QString("The information you entered cannot create a valid connection.\nPlease check your "
                          "values carefully and try again. | Invalid Connection | 0 | 0"));
-        QVERIFY(dialog.form->isVisible() && !ReturnFromNew);
+        QVERIFY(dialog.form->isVisible() && !Desk().ReturnFromNew);
         QCOMPARE(dialog.txtNewUser->text() + dialog.txtNewPWD->text() + dialog.txtVerPWD->text(), QString());
         QCOMPARE(dialog.txtNewDB->text(), database ? QString() : QString("SAMINC"));
         QCOMPARE(QApplication::focusWidget(), database ? dialog.txtNewDB : dialog.txtNewUser);
@@ -326,8 +326,8 @@ private slots:
         dialog.fill("SAMINC", "ADMIN", "ADMIN", "ADMIN");
         QTest::keyClick(dialog.form, Qt::Key_Escape);
         QTRY_VERIFY(dialog.form.isNull());
-        QVERIFY(ReturnFromNew);
-        QCOMPARE(DatabaseIDs[0], QString());
+        QVERIFY(Desk().ReturnFromNew);
+        QCOMPARE(Desk().DatabaseIDs[0], QString());
         QVERIFY(!settings->contains("Database1/DB1"));
     }
 };

@@ -1,6 +1,6 @@
 // The sign-in window: what it shows at start, which password it checks, and what a sign-in and an exit store.
 #include "LoginWindow.h"
-#include "settings/Globals.h"
+#include "entry/ReceiptDesk.h"
 #include "support/AnswerMessageBoxes.h"
 #include "support/Grab.h"
 #include "support/SampleCompany.h"
@@ -63,11 +63,7 @@ private slots:
 
     void init() {
         settings = std::make_unique<test::TempSettings>();
-        CurrentDatabase = 0;
-        CurrentUser = 0;
-        SignInDatabaseID.clear();
-        SignInUser.clear();
-        SignInPassword.clear();
+        ResetDesk();
     }
     void cleanup() {
         closeReceiptWindows();
@@ -126,9 +122,9 @@ private slots:
         QVERIFY(receiptWindow());
         QCOMPARE(receiptWindow()->windowTitle(), QString("Tillbook - Receipt Entry"));
         QVERIFY(login.form.isNull() || !login.form->isVisible());
-        QCOMPARE(SignInDatabaseID, QString("SAMINC"));
-        QCOMPARE(SignInUser, QString("CLERK"));
-        QCOMPARE(SignInPassword, QString("PW2"));
+        QCOMPARE(Desk().SignInDatabaseID, QString("SAMINC"));
+        QCOMPARE(Desk().SignInUser, QString("CLERK"));
+        QVERIFY(Desk().LedgerSession); // opened with the password typed
         QCOMPARE(settings->raw("ConnectInfo/Database"), QString("1"));
         QCOMPARE(settings->raw("ConnectInfo/User"), QString("2"));
         QCOMPARE(settings->raw("ConnectInfo/SavedPWD"), QString("PW2"));
@@ -167,7 +163,7 @@ private slots:
         login.cboDatabase->setListIndex(0);
         QTest::keyClicks(login.txtPassword, "ADMIN");
         // Picking a database only re-evaluates OK: its users are not read, so no user can be chosen.
-        QCOMPARE(CurrentDatabase, 0);
+        QCOMPARE(Desk().CurrentDatabase, 0);
         QCOMPARE(login.cboUser->count(), 0);
         QVERIFY(!login.cmdOK->isEnabled());
     }
@@ -179,13 +175,13 @@ private slots:
         rememberConnection("PW2");
         Login login;
         login.cboDatabase->setListIndex(1);
-        QCOMPARE(CurrentDatabase, 2);
-        QCOMPARE(CurrentUser, 0);
+        QCOMPARE(Desk().CurrentDatabase, 2);
+        QCOMPARE(Desk().CurrentUser, 0);
         QCOMPARE(login.cboUser->count(), 1);
         QCOMPARE(login.cboUser->ListIndex(), -1);
         QVERIFY(!login.cmdOK->isEnabled());
         login.cboUser->setListIndex(0);
-        QCOMPARE(CurrentUser, 1);
+        QCOMPARE(Desk().CurrentUser, 1);
         QVERIFY(login.cmdOK->isEnabled());
     }
 

@@ -38,7 +38,7 @@ class AmountDateFieldTest : public QObject {
     bool saveEnabled() const {
         return window->enabled("cmdSave") && test::control<QAction>(window->form, "mnuFileSave")->isEnabled();
     }
-    QDate headerDate() const { return ReceiptHeaderView->fields().item("DATERMIT").value().toDate(); }
+    QDate headerDate() const { return Desk().ReceiptHeaderView->fields().item("DATERMIT").value().toDate(); }
 
 private slots:
     void initTestCase() {
@@ -64,7 +64,7 @@ private slots:
         for (const auto& [pasted, kept] :
              {std::pair{"1,234.56", "1234.56"}, {"$100", "100"}, {"1.2.3", "1.23"}}) {
             amount->clear();
-            DecimalTyped = false;
+            Desk().DecimalTyped = false;
             amount->setFocus(Qt::TabFocusReason);
             QGuiApplication::clipboard()->setText(pasted);
             QTest::keySequence(amount, QKeySequence::Paste);
@@ -88,7 +88,7 @@ private slots:
         type("txtAmount", "0");
         QCOMPARE(amount->text(), QString("80.00"));
         QCOMPARE(window->text("txtUnapplied"), QString("50.00"));
-        QCOMPARE(ReceiptAmount, Money::fromWhole(80));
+        QCOMPARE(Desk().ReceiptAmount, Money::fromWhole(80));
         QVERIFY(window->enabled("cmdSearch"));
         test::grabToPng(window->form, "frmCR-amount-changed");
 
@@ -99,9 +99,9 @@ private slots:
         QVERIFY(!saveEnabled() && !window->enabled("cmdSearch") && !window->enabled("cmdNewInvoice"));
 
         // A new mode counts from zero again and allows a point.
-        DecimalTyped = true;
+        Desk().DecimalTyped = true;
         window->combo("cboTransType")->setListIndex(2);
-        QVERIFY(!DecimalTyped);
+        QVERIFY(!Desk().DecimalTyped);
         QCOMPARE(window->form->AmountOnFocus(), Money());
         type("txtAmount", "1,250.5");
         QCOMPARE(window->text("txtDistribution"), QString("1,250.50"));
@@ -166,7 +166,7 @@ private slots:
         QVERIFY2(answers.asked[0].prompt.contains("\"02/31/2026\" is not a valid date"),
                  qPrintable(answers.asked[0].prompt));
         QVERIFY(answers.asked[1].prompt.contains("\"00/00/0000\""));
-        QCOMPARE(LedgerSession->errors().count(), 0);
+        QCOMPARE(Desk().LedgerSession->errors().count(), 0);
         // Keyed again correctly in a day-first form, the date is taken.
         qputenv("TILLBOOK_SHORT_DATE", "dd/MM/yyyy");
         window->combo("cboTransType")->setListIndex(0);

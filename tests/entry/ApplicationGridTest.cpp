@@ -1,6 +1,6 @@
 // Applying a receipt in the grid of the receipt window: the figures of each application, the refusal when
 // nothing is left, unapplying in the middle, what the grid ignores, and the prepayment's pick.
-#include "settings/Globals.h"
+#include "entry/ReceiptDesk.h"
 #include "support/AnswerMessageBoxes.h"
 #include "support/BankDialog.h"
 #include "support/Grab.h"
@@ -61,7 +61,7 @@ private slots:
     void twoApplicationsUseTheReceiptUpAndAThirdIsRefused() {
         startEntry(0);
         QCOMPARE(window->text("txtReceiptNum"),
-                 QString("%1-001-20260315").arg(CurrentBatch.rightJustified(4, '0')));
+                 QString("%1-001-20260315").arg(Desk().CurrentBatch.rightJustified(4, '0')));
         grid()->setTextMatrix(1, 8, "100.00");
         grid()->setTextMatrix(2, 8, "400.00");
         window->edit("txtAmount")->setText("250.00");
@@ -75,14 +75,14 @@ private slots:
         QCOMPARE(grid()->TextMatrix(1, 8), QString("0.00"));
         QCOMPARE(window->text("txtUnapplied"), QString("150.00"));
         QVERIFY(saveEnabled());
-        QVERIFY(EntryDirty);
+        QVERIFY(Desk().EntryDirty);
 
         dblClick(2, 0);
         QCOMPARE(grid()->TextMatrix(2, 4), QString("150.00"));
         QCOMPARE(grid()->TextMatrix(2, 8), QString("250.00"));
         QCOMPARE(window->text("txtUnapplied"), QString("0.00"));
-        QCOMPARE(ApplyCount, 2);
-        QCOMPARE(ApplyKeys, (std::vector<int>{1, 2}));
+        QCOMPARE(Desk().ApplyCount, 2);
+        QCOMPARE(Desk().ApplyKeys, (std::vector<int>{1, 2}));
         test::grabToPng(window->form, "frmCR-applied");
 
         {
@@ -94,7 +94,7 @@ private slots:
             QCOMPARE(boxes.asked[0].title, QString("Invalid Entry"));
             QCOMPARE(boxes.asked[0].buttons, vbOKOnly);
             QCOMPARE(grid()->TextMatrix(3, 0), before);
-            QCOMPARE(ApplyCount, 2);
+            QCOMPARE(Desk().ApplyCount, 2);
         }
 
         // Unapplying the second gives its net balance back as a plain number.
@@ -102,14 +102,14 @@ private slots:
         QCOMPARE(grid()->TextMatrix(2, 8), QString("400"));
         QCOMPARE(grid()->TextMatrix(2, 4), QString("0.00"));
         QCOMPARE(window->text("txtUnapplied"), QString("150.00"));
-        QCOMPARE(ApplyCount, 1);
+        QCOMPARE(Desk().ApplyCount, 1);
         QVERIFY(saveEnabled());
 
         dblClick(1, 0);
-        QCOMPARE(ApplyCount, 0);
+        QCOMPARE(Desk().ApplyCount, 0);
         QVERIFY(!grid()->CellBold(1, 0));
         QVERIFY(!saveEnabled());
-        QVERIFY(!EntryDirty);
+        QVERIFY(!Desk().EntryDirty);
         QCOMPARE(window->text("txtUnapplied"), QString("250.00"));
     }
 
@@ -124,7 +124,7 @@ private slots:
         dblClick(3, 0);
         QCOMPARE(window->text("txtUnapplied"), QString("970.00"));
         dblClick(2, 0);
-        QCOMPARE(ApplyKeys, (std::vector<int>{1, 3}));
+        QCOMPARE(Desk().ApplyKeys, (std::vector<int>{1, 3}));
         QCOMPARE(grid()->TextMatrix(2, 0), middleMark);
         QCOMPARE(grid()->TextMatrix(3, 0), QString("Yes"));
         QCOMPARE(window->text("txtUnapplied"), QString("980.00"));
@@ -136,10 +136,10 @@ private slots:
         dblClick(1, 2);
         grid()->setRows(grid()->Rows() + 1);
         dblClick(grid()->Rows() - 1, 0); // a row without a document
-        QCOMPARE(ApplyCount, 0);
+        QCOMPARE(Desk().ApplyCount, 0);
         window->form->Lock_Entry();
         dblClick(1, 0);
-        QCOMPARE(ApplyCount, 0);
+        QCOMPARE(Desk().ApplyCount, 0);
         QCOMPARE(grid()->TextMatrix(1, 0) == "Yes", false);
     }
 
@@ -157,7 +157,7 @@ private slots:
         QVERIFY(window->text("txtUnapplied") != "1,000.00");
         grid()->horizontalScrollBar()->setValue(grid()->horizontalScrollBar()->maximum());
         window->combo("cboCustomers")->setListIndex(1);
-        QCOMPARE(ApplyCount, 0);
+        QCOMPARE(Desk().ApplyCount, 0);
         QCOMPARE(window->text("txtUnapplied"), QString("1,000.00"));
         QVERIFY(!saveEnabled());
         // The next customer's documents are shown from their first column.
@@ -175,7 +175,7 @@ private slots:
         test::AnswerMessageBoxes boxes(vbYes);
         window->combo("cboTransType")->setListIndex(2);
         QCOMPARE(boxes.asked.size(), 1); // the question only: no refusal
-        QVERIFY(PostOK);
+        QVERIFY(window->form->LastPosting().PostOK);
         QCOMPARE(window->text("txtBatchEntries"), QString("Entries:  1"));
         QCOMPARE(window->combo("cboEntry")->count(), 2);
         QCOMPARE(window->combo("cboEntry")->ListIndex(), 1);
@@ -216,7 +216,7 @@ private slots:
         QCOMPARE(window->text("txtPrePay"), grid()->TextMatrix(2, 0));
         QVERIFY(!window->text("txtReceiptNum").isEmpty());
         QVERIFY(saveEnabled());
-        QVERIFY(EntryDirty);
+        QVERIFY(Desk().EntryDirty);
     }
 };
 

@@ -56,24 +56,24 @@ private slots:
         QString shown;
         answerBankDialog(0, &shown);
         window->form->cmdNewBatch_Click();
-        const QString first = CurrentBatch;
+        const QString first = Desk().CurrentBatch;
         QCOMPARE(shown, first);
         QCOMPARE(batchItems(), QStringList{first});
 
         answerBankDialog(1);
         test::control<QAction>(window->form, "mnuBatchNew")->trigger();
-        const QString second = CurrentBatch;
+        const QString second = Desk().CurrentBatch;
         QVERIFY(second.toInt() > first.toInt());
         QCOMPARE(batchItems(), (QStringList{first, first, second}));
         QCOMPARE(window->combo("cboBatch")->ListIndex(), 2);
         QCOMPARE(window->combo("cboBatch")->currentText(), second);
-        QCOMPARE(BatchListIndex, QString("2"));
+        QCOMPARE(Desk().BatchListIndex, QString("2"));
         QCOMPARE(window->text("txtBatchEntries"), QString("Entries:  0"));
         QCOMPARE(window->text("txtBatchTotal"), QString("Total:  0.00"));
         QVERIFY(window->text("txtBank").startsWith("Bank Code:  "));
-        QVERIFY(!BankCode.isEmpty());
-        QCOMPARE(window->text("txtBank"), "Bank Code:  " + BankCode);
-        QCOMPARE(Get_BatchBank(second), BankCode);
+        QVERIFY(!Desk().BankCode.isEmpty());
+        QCOMPARE(window->text("txtBank"), "Bank Code:  " + Desk().BankCode);
+        QCOMPARE(Get_BatchBank(Desk(), second), Desk().BankCode);
         QCOMPARE(window->combo("cboEntry")->count(), 0);
         QVERIFY(test::control<QPushButton>(window->form, "cmdNewEntry")->isEnabled());
     }
@@ -82,7 +82,7 @@ private slots:
         openWindow();
         answerBankDialog(0);
         window->form->cmdNewBatch_Click();
-        const QString batch = CurrentBatch;
+        const QString batch = Desk().CurrentBatch;
         window->close();
 
         window->settings.set("Database1/BatchInfo/Batch", batch);
@@ -117,7 +117,7 @@ private slots:
         window->form->cmdNewEntry_Click();
         QCOMPARE(window->combo("cboEntry")->count(), 1);
         QCOMPARE(window->combo("cboEntry")->currentText(), QString("1"));
-        QCOMPARE(CurrentEntry, QString("1"));
+        QCOMPARE(Desk().CurrentEntry, QString("1"));
         QVERIFY(!window->form->EntryLocked());
         QVERIFY(test::control<QWidget>(window->form, "txtAmount")->isEnabled());
         QCOMPARE(window->combo("cboTransType")->ListIndex(), 0);

@@ -104,13 +104,13 @@ private slots:
         window = std::make_unique<test::ReceiptWindow>();
         QVERIFY(window->open());
         QVERIFY(QTest::qWaitForWindowActive(window->form));
-        CurrentBatch = "12";
-        CurrentEntry = "3";
+        Desk().CurrentBatch = "12";
+        Desk().CurrentEntry = "3";
         window->form->Unlock_Entry(); // as a started entry is
     }
     void cleanup() {
         window.reset();
-        EntryDirty = false;
+        Desk().EntryDirty = false;
     }
 
     void theFirstLineOpensTheEditorOverItsCodeCell() {
@@ -119,7 +119,7 @@ private slots:
         window->form->Unlock_Entry();
         QVERIFY(!window->enabled("cmdDist") && !window->enabled("cmdAccount"));
         startMisc("100.00");
-        QCOMPARE(DistLines, 1);
+        QCOMPARE(Desk().DistLines, 1);
         QCOMPARE(grid()->Cols(), 5);
         QCOMPARE(cell(0, 2), QString("    Amount         "));
         QCOMPARE(cell(1, 2), QString("0.00"));
@@ -128,13 +128,13 @@ private slots:
         QCOMPARE(window->text("txtReceiptNum"), QString("0012-003-20260315"));
         QVERIFY(window->enabled("cmdDist") && window->enabled("cmdAccount") && window->enabled("cmdSave"));
         QVERIFY(test::control<QAction>(window->form, "mnuFileSave")->isEnabled());
-        QVERIFY(EntryDirty);
+        QVERIFY(Desk().EntryDirty);
         expectEditorOverCurrentCell();
         QVERIFY(editor()->hasFocus());
 
         // No line after a line whose amount is still zero.
         window->form->cmdNewInvoice_Click();
-        QCOMPARE(DistLines, 1);
+        QCOMPARE(Desk().DistLines, 1);
         QCOMPARE(cell(2, 2), QString());
         QCOMPARE(static_cast<int>(window->form->DistAmounts().size()), 2);
     }
@@ -172,7 +172,7 @@ private slots:
         QCOMPARE(window->text("txtDistribution"), QString("876.54"));
 
         window->form->cmdNewInvoice_Click();
-        QCOMPARE(DistLines, 2);
+        QCOMPARE(Desk().DistLines, 2);
         QCOMPARE(cell(2, 2), QString("0.00"));
         editor()->setText("MISC");
         key(Qt::Key_Right);
@@ -223,7 +223,7 @@ private slots:
         editor()->setText("60");
         window->form->cmdNewInvoice_Click();
         QCOMPARE(answers.asked.size(), 1);
-        QCOMPARE(DistLines, 1);
+        QCOMPARE(Desk().DistLines, 1);
         QCOMPARE(cell(1, 2), QString("0.00"));
         QCOMPARE(window->text("txtDistribution"), QString("50.00"));
     }
@@ -314,7 +314,7 @@ private slots:
             keyLine("RETAIL", "4100100", "1");
             window->form->cmdNewInvoice_Click();
         }
-        QCOMPARE(DistLines, 15);
+        QCOMPARE(Desk().DistLines, 15);
         QCOMPARE(grid()->Row(), 15);
         QVERIFY(grid()->TopRow() > 1);
         expectEditorOverCurrentCell();
@@ -361,12 +361,12 @@ private slots:
         QCOMPARE(window->text("txtDistribution"), QString("0.00"));
         QVERIFY(!window->enabled("cmdNewInvoice"));
         window->form->cmdNewInvoice_Click();
-        QCOMPARE(DistLines, 2);
+        QCOMPARE(Desk().DistLines, 2);
 
         grid()->setRow(1);
         grid()->setCol(0);
         QTest::keyClick(editor(), Qt::Key_Delete, Qt::ControlModifier);
-        QCOMPARE(DistLines, 1);
+        QCOMPARE(Desk().DistLines, 1);
         QCOMPARE(cell(1, 0), QString("MISC"));
         QCOMPARE(cell(1, 2), QString("40.00"));
         QCOMPARE(cell(2, 0), QString());
@@ -386,7 +386,7 @@ private slots:
             selectInFinder(finder, "CONSLT");
         });
         test::control<QPushButton>(window->form, "cmdDist")->click();
-        QCOMPARE(FinderKind, 1);
+        QCOMPARE(Desk().FinderKind, 1);
         QCOMPARE(cell(1, 0), QString("CONSLT"));
         QCOMPARE(cell(1, 1), QString("4200100"));
         QCOMPARE(grid()->Col(), 2);
@@ -405,7 +405,7 @@ private slots:
             selectInFinder(finder, "4200-100-10");
         });
         window->form->cmdAccount_Click();
-        QCOMPARE(FinderKind, 2);
+        QCOMPARE(Desk().FinderKind, 2);
         QCOMPARE(cell(1, 0), QString());
         QCOMPARE(cell(1, 1), QString("4200-100-10"));
         QCOMPARE(grid()->Col(), 2);
@@ -430,12 +430,12 @@ private slots:
     }
 
     void theFinderReadsEveryRecordInKeyOrder() {
-        const std::vector<QStringList> codes = Read_FinderRecords(*LedgerSession, FinderDistCodes);
+        const std::vector<QStringList> codes = Read_FinderRecords(*Desk().LedgerSession, FinderDistCodes);
         QCOMPARE(static_cast<int>(codes.size()), 24);
         QCOMPARE(codes.front(), QStringList({"CONSLT", "Conslt revenue", "1", "4200100", "1200", "5000"}));
         for (size_t i = 1; i < codes.size(); ++i)
             QVERIFY(codes[i - 1][0] < codes[i][0]);
-        const std::vector<QStringList> accounts = Read_FinderRecords(*LedgerSession, FinderAccounts);
+        const std::vector<QStringList> accounts = Read_FinderRecords(*Desk().LedgerSession, FinderAccounts);
         QCOMPARE(static_cast<int>(accounts.size()), 34);
         QCOMPARE(accounts.front().size(), 10);
         QCOMPARE(accounts.front()[0], QString("1000"));

@@ -42,11 +42,11 @@ private slots:
     }
 
     void aMiscellaneousReceiptFromItsFirstLineToTheLedger() {
-        const QString batch = QString::number(Create_Batch(Today()));
-        Set_BatchBank(batch, "TDOPER");
+        const QString batch = QString::number(Create_Batch(Desk(), Today()));
+        Set_BatchBank(Desk(), batch, "TDOPER");
         window->form->Load_Batches();
         window->combo("cboBatch")->setListIndex(window->combo("cboBatch")->findText(batch));
-        QCOMPARE(CurrentBatch, batch);
+        QCOMPARE(Desk().CurrentBatch, batch);
         window->form->cmdNewEntry_Click();
         window->combo("cboTransType")->setListIndex(2);
         window->edit("txtEntDesc")->setText("Rent and a refund");
@@ -75,7 +75,7 @@ private slots:
 
         // Line 2: an account typed with hyphens.
         window->form->cmdNewInvoice_Click();
-        QCOMPARE(DistLines, 2);
+        QCOMPARE(Desk().DistLines, 2);
         type("MISC");
         type("4100-100");
         type("150");
@@ -97,7 +97,7 @@ private slots:
         QCOMPARE(window->grid()->TextMatrix(2, 2), QString("150"));
         QCOMPARE(window->grid()->TextMatrix(3, 0), QString());
 
-        const auto header = LedgerSession->openView("AR0042", "AR");
+        const auto header = Desk().LedgerSession->openView("AR0042", "AR");
         header->browse("CNTBTCH = " + batch + " AND CNTITEM = 1", true);
         QVERIFY(header->fetch());
         QCOMPARE(FieldText(*header, "RMITTYPE"), QString("5"));
@@ -106,7 +106,7 @@ private slots:
         QCOMPARE(FieldText(*header, "IDRMIT"),
                  QString("%1-001-20260315").arg(batch.toInt(), 4, 10, QChar('0')));
         QCOMPARE(FieldText(*header, "IDCUST"), QString());
-        const auto lines = LedgerSession->openView("AR0043", "AR");
+        const auto lines = Desk().LedgerSession->openView("AR0043", "AR");
         lines->browse("CNTBTCH = " + batch + " AND CNTITEM = 1", true);
         QVERIFY(lines->fetch());
         QCOMPARE(FieldText(*lines, "IDDISTCODE"), QString("RENTAL"));
@@ -119,8 +119,8 @@ private slots:
         QCOMPARE(FieldText(*lines, "IDACCT"), QString("4100-100"));
         QCOMPARE(FieldMoney(*lines, "AMTDIST"), Money::fromWhole(150));
         QVERIFY(!lines->fetch());
-        QCOMPARE(Count_BatchEntries(batch), QString("1"));
-        QCOMPARE(Get_BatchTotal(batch), QString("1,150.00"));
+        QCOMPARE(Count_BatchEntries(Desk(), batch), QString("1"));
+        QCOMPARE(Get_BatchTotal(Desk(), batch), QString("1,150.00"));
     }
 };
 

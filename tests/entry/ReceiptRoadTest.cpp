@@ -1,13 +1,13 @@
 // The road of one receipt and one prepayment through the receipt window, as a clerk walks it on a sample
 // company: a new batch with its bank code, a new entry, the customer, the amount typed, the documents, Save;
 // then what the window shows and what the ledger holds.
+#include "entry/ReceiptDesk.h"
 #include "fetching/CustomerList.h"
 #include "fetching/ReceiptRecall.h"
 #include "ledger/Formats.h"
 #include "ledger/Session.h"
 #include "ledger/View.h"
 #include "ledger/engine/BatchPosting.h"
-#include "settings/Globals.h"
 #include "support/AnswerMessageBoxes.h"
 #include "support/BankDialog.h"
 #include "support/Grab.h"
@@ -46,7 +46,7 @@ class ReceiptRoadTest : public QObject {
         QVERIFY(window->open());
         test::answerBankDialog(0);
         button("cmdNewBatch")->click();
-        QVERIFY(!BankCode.isEmpty());
+        QVERIFY(!Desk().BankCode.isEmpty());
         // No entry is started yet: nothing can be keyed.
         QVERIFY(!window->enabled("txtAmount"));
         QVERIFY(!window->enabled("cboCustomers"));
@@ -55,10 +55,10 @@ class ReceiptRoadTest : public QObject {
         QCOMPARE(window->combo("cboEntry")->count(), 1);
     }
     std::vector<QStringList> entryRows(const QString& view, const QStringList& fields) {
-        return test::ledgerRecords(view, EntryFilter(CurrentBatch, QStringLiteral("1")), fields);
+        return test::ledgerRecords(view, EntryFilter(Desk().CurrentBatch, QStringLiteral("1")), fields);
     }
     QStringList batchFigures() {
-        return test::ledgerRecords(QStringLiteral("AR0041"), QStringLiteral("CNTBTCH=") + CurrentBatch,
+        return test::ledgerRecords(QStringLiteral("AR0041"), QStringLiteral("CNTBTCH=") + Desk().CurrentBatch,
                                    {"CNTENTER", "AMTENTER"})
             .at(0);
     }
@@ -74,7 +74,7 @@ class ReceiptRoadTest : public QObject {
         header->compose({batch.get(), misc.get()});
         misc->compose({header.get()});
         batch->fields().item("CODEPYMTYP").setValue(QString("CA"));
-        batch->fields().item("CNTBTCH").setValue(CurrentBatch);
+        batch->fields().item("CNTBTCH").setValue(Desk().CurrentBatch);
         QVERIFY(batch->read());
         header->init();
         for (const auto& [field, value] : {std::pair{"RMITTYPE", "5"},
@@ -108,19 +108,19 @@ private slots:
     void aReceiptAppliedToTwoDocumentsIsSavedReadBackAndLocked() {
         newBatchAndEntry();
         window->combo("cboCustomers")->setListIndex(0);
-        const QString customer = Customers[0].Id;
+        const QString customer = Desk().Customers[0].Id;
         type("txtAmount", "1,000");
         QCOMPARE(window->text("txtAmount"), QString("1,000.00"));
         QVERIFY(button("cmdSearch")->isEnabled());
         button("cmdSearch")->click();
-        QCOMPARE(window->text("txtReceiptNum"), QString("%1-001-20260315").arg(CurrentBatch, 4, u'0'));
+        QCOMPARE(window->text("txtReceiptNum"), QString("%1-001-20260315").arg(Desk().CurrentBatch, 4, u'0'));
         const QString first = window->grid()->TextMatrix(1, 2);
         const QString second = window->grid()->TextMatrix(2, 2);
         const Money firstNet = Strip_Commas(window->grid()->TextMatrix(1, 8));
         const Money secondNet = Strip_Commas(window->grid()->TextMatrix(2, 8));
         dblClick(1, 0);
         dblClick(2, 0);
-        QCOMPARE(ApplyCount, 2);
+        QCOMPARE(Desk().ApplyCount, 2);
         const Money applied =
             Strip_Commas(window->grid()->TextMatrix(1, 4)) + Strip_Commas(window->grid()->TextMatrix(2, 4));
         QCOMPARE(applied, std::min(Money::fromWhole(1000), firstNet + secondNet));
@@ -130,7 +130,7 @@ private slots:
         QVERIFY(button("cmdSave")->isEnabled());
         button("cmdSave")->click();
         button("cmdSave")->click(); // a second click writes nothing more
-        QVERIFY(PostOK);
+        QVERIFY(window->form->LastPosting().PostOK);
         test::grabToPng(window->form, "frmCR-receipt-saved");
 
         // The window: the batch's figures, the entry list, the saved entry read back, locked and printable.
@@ -138,7 +138,7 @@ private slots:
         QCOMPARE(window->text("txtBatchTotal"), QString("Total:  1,000.00"));
         QCOMPARE(window->combo("cboEntry")->count(), 1);
         QCOMPARE(window->combo("cboEntry")->ListIndex(), 0);
-        QCOMPARE(CurrentEntry, QString("1"));
+        QCOMPARE(Desk().CurrentEntry, QString("1"));
         QVERIFY(window->form->EntryLocked());
         QVERIFY(!window->enabled("txtAmount"));
         QVERIFY(button("cmdPrint")->isEnabled());
@@ -147,7 +147,7 @@ private slots:
         QCOMPARE(window->text("txtAmount"), QString("1,000.00"));
         QCOMPARE(window->grid()->TextMatrix(1, 0), first);
         QCOMPARE(window->grid()->TextMatrix(2, 0), second);
-        QVERIFY(!EntryDirty);
+        QVERIFY(!Desk().EntryDirty);
 
         // The ledger: one header, its two applications, the batch's count and total.
         const auto header = entryRows("AR0042", {"IDCUST", "AMTRMIT", "IDRMIT"});
@@ -175,7 +175,7 @@ private slots:
 
         test::AnswerMessageBoxes boxes;
         button("cmdSave")->click();
-        QVERIFY(PostOK);
+        QVERIFY(window->form->LastPosting().PostOK);
         QVERIFY(!window->grid()->isVisibleTo(window->form));
         QCOMPARE(window->text("txtBatchEntries"), QString("Entries:  1"));
         QCOMPARE(window->text("txtBatchTotal"), QString("Total:  1,250.00"));
@@ -202,10 +202,10 @@ private slots:
 
         test::AnswerMessageBoxes boxes;
         button("cmdSave")->click();
-        QVERIFY(PostOK);
+        QVERIFY(window->form->LastPosting().PostOK);
         QCOMPARE(window->combo("cboEntry")->count(), 3);
         QCOMPARE(window->combo("cboEntry")->ListIndex(), 2);
-        QCOMPARE(CurrentEntry, QString("3"));
+        QCOMPARE(Desk().CurrentEntry, QString("3"));
         QVERIFY(window->form->EntryLocked());
         QCOMPARE(window->combo("cboTransType")->ListIndex(), 1);
         QCOMPARE(window->text("txtAmount"), QString("1,250.00"));
@@ -220,19 +220,19 @@ private slots:
         dblClick(1, 0);
         // Another till posts the batch meanwhile: the ledger refuses the entry.
         ErrorList elsewhere;
-        engine::postBatch(*engine::CompanyStore::open(company->id()), elsewhere, CurrentBatch.toLongLong(),
-                          Today());
+        engine::postBatch(*engine::CompanyStore::open(company->id()), elsewhere,
+                          Desk().CurrentBatch.toLongLong(), Today());
 
         test::AnswerMessageBoxes boxes;
         button("cmdSave")->click();
-        QVERIFY(!PostOK);
+        QVERIFY(!window->form->LastPosting().PostOK);
         QVERIFY(!boxes.asked.isEmpty());
         test::grabToPng(window->form, "frmCR-receipt-failed");
         QCOMPARE(window->text("txtUnapplied"), window->text("txtAmount"));
         for (int row = 1; row < window->grid()->Rows(); ++row)
             QVERIFY(window->grid()->TextMatrix(row, 0) != "Yes");
         QVERIFY(!window->form->EntryLocked());
-        QVERIFY(EntryIsNew.back());
+        QVERIFY(Desk().EntryIsNew.back());
         QVERIFY(entryRows("AR0042", {"IDCUST"}).empty());
     }
 };

@@ -61,14 +61,14 @@ private slots:
     void theCustomerListHoldsCustomersWithOpenInvoicesByName() {
         ComboBox* customers = window->combo("cboCustomers");
         QVERIFY(customers->count() > 0);
-        QCOMPARE(customers->count(), static_cast<int>(Customers.size()));
+        QCOMPARE(customers->count(), static_cast<int>(Desk().Customers.size()));
         QCOMPARE(customers->ListIndex(), -1);
         QCollator collator(QLocale(QLocale::English, QLocale::UnitedStates));
         collator.setCaseSensitivity(Qt::CaseInsensitive);
         for (int i = 1; i < customers->count(); ++i) {
             QVERIFY2(collator.compare(customers->itemText(i - 1), customers->itemText(i)) <= 0,
                      qPrintable(customers->itemText(i - 1) + " > " + customers->itemText(i)));
-            QCOMPARE(customers->itemText(i), Customers[static_cast<size_t>(i)].Name);
+            QCOMPARE(customers->itemText(i), Desk().Customers[static_cast<size_t>(i)].Name);
         }
     }
 
@@ -112,18 +112,18 @@ private slots:
                 !test::control<QWidget>(window->form, "cmdAccount")->isEnabled());
         QVERIFY(!window->shown("cboCustomers") && !window->shown("txtCustInfo") &&
                 !window->shown("txtPrePay"));
-        QCOMPARE(DistLines, 0);
+        QCOMPARE(Desk().DistLines, 0);
 
         // Misc. entered from receipt mode leaves it visible under the undistributed amount.
         test::control<QAction>(window->form, "mnuTransReceipt")->trigger();
         QVERIFY(window->shown("cmdSearch") &&
                 !test::control<QWidget>(window->form, "cmdSearch")->isEnabled());
         QVERIFY(window->shown("txtUnapplied"));
-        DistLines = 3;
+        Desk().DistLines = 3;
         test::control<QAction>(window->form, "mnuTransMisc")->trigger();
         QVERIFY(window->shown("txtUnapplied") && window->shown("lblUnapplied"));
         QVERIFY(window->shown("txtDistribution"));
-        QCOMPARE(DistLines, 0);
+        QCOMPARE(Desk().DistLines, 0);
         test::grabToPng(window->form, "frmCR-misc");
     }
 
@@ -131,14 +131,14 @@ private slots:
         test::AnswerMessageBoxes answers(vbNo);
         window->edit("txtAmount")->setText("125.00");
         window->edit("txtEntDesc")->setText("Counter sale");
-        EntryDirty = true;
+        Desk().EntryDirty = true;
         window->combo("cboTransType")->setListIndex(0);
         QCOMPARE(answers.asked.size(), 1);
         QCOMPARE(answers.asked[0].prompt, QString("Do you want to save the current entry?"));
         QCOMPARE(answers.asked[0].title, QString("Unsaved Entry"));
         QCOMPARE(answers.asked[0].buttons, vbYesNo);
         QCOMPARE(answers.asked[0].icon, vbExclamation);
-        QVERIFY(!EntryDirty);
+        QVERIFY(!Desk().EntryDirty);
         QCOMPARE(window->edit("txtEntDesc")->text(), QString());
         QCOMPARE(window->edit("txtAmount")->text(), QString());
         // Not dirty: no question.
@@ -150,10 +150,10 @@ private slots:
         test::AnswerMessageBoxes answers(vbNo);
         window->edit("txtAmount")->setText("1,250.00");
         window->edit("txtUnapplied")->setText("0.00");
-        EntryDirty = true;
+        Desk().EntryDirty = true;
         window->form->Prompt_SaveEntry();
         QCOMPARE(window->edit("txtUnapplied")->text(), QString("1,250.00"));
-        QVERIFY(!EntryDirty);
+        QVERIFY(!Desk().EntryDirty);
     }
 
     void theGridTakesTheColumnSetOfTheMode() {
@@ -221,8 +221,8 @@ private slots:
     }
 
     void closingRemembersTheBatchAndTheReceiptStyle() {
-        CurrentBatch = "12";
-        BatchListIndex = "3";
+        Desk().CurrentBatch = "12";
+        Desk().BatchListIndex = "3";
         test::control<QAction>(window->form, "mnuFileReceipt2V")->setChecked(true);
         test::control<QAction>(window->form, "mnuFileReceipt3V")->setChecked(false);
         test::control<QPushButton>(window->form, "cmdClose")->click();

@@ -3,8 +3,6 @@
 #include "ledger/Session.h"
 #include "posting/ErrorTrap.h"
 #include "posting/Posting.h"
-#include "settings/Globals.h"
-#include "support/AnswerMessageBoxes.h"
 
 #include <gtest/gtest.h>
 
@@ -17,36 +15,37 @@ TEST(ErrorTrap, OnlyWarningsAndMessagesLetThePostingGoOn) {
                                            {ErrorPriority::Message, true},
                                            {ErrorPriority::Security, false},
                                            {ErrorPriority::Severe, false}}) {
-        AnswerMessageBoxes boxes;
-        PostOK = true;
+        PostingOutcome outcome;
         closed.errors().append(QStringLiteral("About the entry."), priority);
-        EXPECT_EQ(Trap_PostingError(closed.errors(), LedgerError(QStringLiteral("raised"), priority)),
-                  goesOn);
-        EXPECT_EQ(PostOK, goesOn);
-        ASSERT_EQ(boxes.asked.size(), 1);
-        EXPECT_EQ(boxes.asked[0].prompt, "About the entry.");
-        EXPECT_EQ(boxes.asked[0].buttons + boxes.asked[0].icon, vbOKOnly);
-        EXPECT_EQ(boxes.asked[0].title, "Tillbook"); // the default caption
+        EXPECT_EQ(
+            Trap_PostingError(closed.errors(), LedgerError(QStringLiteral("raised"), priority), outcome),
+            goesOn);
+        EXPECT_EQ(outcome.PostOK, goesOn);
+        ASSERT_EQ(outcome.problems.size(), 1u);
+        EXPECT_EQ(outcome.problems[0].error.description, "About the entry.");
+        EXPECT_EQ(outcome.problems[0].error.priority, priority);
+        EXPECT_FALSE(outcome.problems[0].critical);
         EXPECT_EQ(closed.errors().count(), 0);
     }
 }
 
 TEST(ErrorTrap, ShowsEveryErrorInOrderAndOnceStoppedStaysStopped) {
-    AnswerMessageBoxes boxes;
     Session closed;
     ErrorList& errors = closed.errors();
-    PostOK = true;
+    PostingOutcome outcome;
     errors.append(QStringLiteral("a warning"), ErrorPriority::Warning);
     errors.append(QStringLiteral("the error"), ErrorPriority::Error);
-    EXPECT_FALSE(Trap_PostingError(errors, LedgerError(QStringLiteral("the error"))));
+    EXPECT_FALSE(Trap_PostingError(errors, LedgerError(QStringLiteral("the error")), outcome));
     errors.append(QStringLiteral("later warning"), ErrorPriority::Warning);
-    EXPECT_FALSE(Trap_PostingError(errors, LedgerError(QStringLiteral("later"), ErrorPriority::Warning)));
+    EXPECT_FALSE(
+        Trap_PostingError(errors, LedgerError(QStringLiteral("later"), ErrorPriority::Warning), outcome));
     // A failure that never reached the list is shown all the same.
-    PostOK = true;
-    EXPECT_FALSE(Trap_PostingError(errors, LedgerError(QStringLiteral("disk full"), ErrorPriority::Severe)));
+    outcome.PostOK = true;
+    EXPECT_FALSE(
+        Trap_PostingError(errors, LedgerError(QStringLiteral("disk full"), ErrorPriority::Severe), outcome));
     QStringList shown;
-    for (const MsgBoxRequest& request : boxes.asked)
-        shown << request.prompt;
+    for (const PostingProblem& problem : outcome.problems)
+        shown << problem.error.description;
     EXPECT_EQ(shown, (QStringList{"a warning", "the error", "later warning", "disk full"}));
 }
 
@@ -57,12 +56,12 @@ TEST(PostingArrays, DistributionAmountsLoseTheirCommasAndTrailingZeros) {
                            {"", "", "12abc", "", ""},
                            {"", "", "", "", ""},
                            {"", "", "0.10", "", ""}};
-    Load_DistributionArray(input);
-    ASSERT_EQ(Distributions.size(), 6u); // row 0 is never filled
-    EXPECT_EQ(Distributions[1], (std::array<QString, 5>{"RETAIL", "", "1234.5", "ref", "desc"}));
+    const std::vector<std::array<QString, 5>> lines = Load_DistributionArray(input);
+    ASSERT_EQ(lines.size(), 6u); // row 0 is never filled
+    EXPECT_EQ(lines[1], (std::array<QString, 5>{"RETAIL", "", "1234.5", "ref", "desc"}));
     QStringList amounts;
-    for (size_t r = 2; r < Distributions.size(); ++r)
-        amounts << Distributions[r][2];
+    for (size_t r = 2; r < lines.size(); ++r)
+        amounts << lines[r][2];
     EXPECT_EQ(amounts, (QStringList{"123", "12", "0", "0.1"}));
 }
 

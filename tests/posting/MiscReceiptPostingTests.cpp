@@ -2,7 +2,7 @@
 // with commas, a receipt without lines, and a refused entry that leaves none of its lines behind.
 
 #include "PostingTestSupport.h"
-#include "settings/Globals.h"
+#include "entry/ReceiptDesk.h"
 
 namespace tillbook::test {
 
@@ -14,9 +14,9 @@ TEST_P(MiscReceiptPostingTest, LinesAreWrittenWithTheirAmountsAsPlainNumbers) {
     input.distributions = {{"RETAIL", "", "1,234.50", "Till 1", "Cash sale"},
                            {"", "4100-100", "765.50", "", "Rent"}};
 
-    Post_MiscReceipt(input);
+    m_outcome = Post_MiscReceipt(Desk(), input);
 
-    EXPECT_TRUE(PostOK);
+    EXPECT_TRUE(m_outcome.PostOK);
     EXPECT_TRUE(prompts().isEmpty()) << prompts().join("\n").toStdString();
     EXPECT_EQ(entry("AR0042", {"RMITTYPE", "IDCUST", "AMTRMIT"}),
               (std::vector<QStringList>{{"5", "", "2000.000"}}));
@@ -30,16 +30,14 @@ TEST_P(MiscReceiptPostingTest, LinesAreWrittenWithTheirAmountsAsPlainNumbers) {
 
 TEST_P(MiscReceiptPostingTest, WithoutLinesOnlyAZeroReceiptIsWritten) {
     PostingInput input = keyed();
-    Post_MiscReceipt(input);
-    EXPECT_TRUE(PostOK);
+    m_outcome = Post_MiscReceipt(Desk(), input);
+    EXPECT_TRUE(m_outcome.PostOK);
     EXPECT_TRUE(prompts().isEmpty()) << prompts().join("\n").toStdString();
     EXPECT_EQ(inBatch("AR0042"), 1);
     EXPECT_EQ(inBatch("AR0043"), 0);
-
-    PostOK = true; // an amount with nothing to spread it over is refused by the ledger
     input.receiptAmount = Money::fromWhole(100);
-    Post_MiscReceipt(input);
-    EXPECT_FALSE(PostOK);
+    m_outcome = Post_MiscReceipt(Desk(), input);
+    EXPECT_FALSE(m_outcome.PostOK);
     EXPECT_EQ(prompts().size(), 1);
     EXPECT_EQ(inBatch("AR0042"), 1);
 }
@@ -49,9 +47,9 @@ TEST_P(MiscReceiptPostingTest, ARefusedEntryLeavesNoneOfItsLinesBehind) {
     input.receiptAmount = Money::fromWhole(500);
     input.distributions = {{"RETAIL", "", "100.00", "", ""}, {"", "4000", "150.00", "", ""}};
 
-    Post_MiscReceipt(input);
+    m_outcome = Post_MiscReceipt(Desk(), input);
 
-    EXPECT_FALSE(PostOK);
+    EXPECT_FALSE(m_outcome.PostOK);
     ASSERT_EQ(prompts().size(), 1);
     EXPECT_TRUE(prompts()[0].startsWith("The distribution lines add up to 250.000"))
         << prompts()[0].toStdString();

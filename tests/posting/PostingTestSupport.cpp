@@ -1,11 +1,10 @@
 #include "PostingTestSupport.h"
 
+#include "entry/ReceiptDesk.h"
 #include "fetching/Batches.h"
 #include "fetching/OpenDocuments.h"
 #include "fetching/ReceiptRecall.h"
-#include "fetching/ReceiptViews.h"
 #include "ledger/Formats.h"
-#include "settings/Globals.h"
 #include "support/LedgerRecords.h"
 
 namespace tillbook::test {
@@ -23,19 +22,20 @@ void restoreEnv(const char* name, const QByteArray& saved) {
 
 // A customer whose open-document list starts with `count` invoices, and those invoices.
 QString customerWithInvoices(int count, std::vector<OpenInvoice>& invoices) {
-    const auto customers = LedgerSession->openView(QStringLiteral("AR0024"), QStringLiteral("AR"));
+    const auto customers = Desk().LedgerSession->openView(QStringLiteral("AR0024"), QStringLiteral("AR"));
     customers->browse(QStringLiteral("CNTOPENINV>0"), true);
     while (customers->fetch()) {
         const QString customer = customers->fields().item(QStringLiteral("IDCUST")).value().toString();
         invoices.clear();
         bool invoicesFirst = true;
-        Read_OpenDocuments(customer, {"CNTKEY", "IDINVC", "AMTDUE", "TRXTYPE"}, [&](const QStringList& row) {
-            if (int(invoices.size()) >= count)
-                return;
-            const Money due = Strip_Commas(row[2]);
-            invoicesFirst = invoicesFirst && row[3] == u"1" && due > Money();
-            invoices.push_back({row[0].toInt(), row[1], due});
-        });
+        Read_OpenDocuments(Desk(), customer, {"CNTKEY", "IDINVC", "AMTDUE", "TRXTYPE"},
+                           [&](const QStringList& row) {
+                               if (int(invoices.size()) >= count)
+                                   return;
+                               const Money due = Strip_Commas(row[2]);
+                               invoicesFirst = invoicesFirst && row[3] == u"1" && due > Money();
+                               invoices.push_back({row[0].toInt(), row[1], due});
+                           });
         if (invoicesFirst && int(invoices.size()) == count)
             return customer;
     }
@@ -54,17 +54,14 @@ void PostingTest::SetUp() {
         std::make_unique<SampleCompany>(TestStore::uniqueId(QStringLiteral("POST")), 30, 200, GetParam());
     if (!m_company->unavailableReason().isEmpty())
         GTEST_SKIP() << "PostgreSQL is not available: " << m_company->unavailableReason().toStdString();
-    LedgerSession = std::make_unique<Session>();
-    LedgerSession->open(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"), m_company->id(), Today);
-    Open_ReceiptViews();
-    m_batch = QString::number(Create_Batch(Today));
-    m_boxes = std::make_unique<AnswerMessageBoxes>();
-    PostOK = true;
+    Desk().LedgerSession = std::make_unique<Session>();
+    Desk().LedgerSession->open(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"), m_company->id(), Today);
+    Open_ReceiptViews(Desk());
+    m_batch = QString::number(Create_Batch(Desk(), Today));
 }
 
 void PostingTest::TearDown() {
-    m_boxes.reset();
-    Close_Ledger();
+    Close_Ledger(Desk());
     m_company.reset();
     restoreEnv("TILLBOOK_SHORT_DATE", m_savedShortDate);
     restoreEnv("TILLBOOK_TODAY", m_savedToday);
@@ -105,8 +102,8 @@ int PostingTest::inBatch(const QString& viewId) {
 
 QStringList PostingTest::prompts() const {
     QStringList shown;
-    for (const MsgBoxRequest& request : m_boxes->asked)
-        shown << request.prompt;
+    for (const PostingProblem& problem : m_outcome.problems)
+        shown << problem.error.description;
     return shown;
 }
 

@@ -1,12 +1,10 @@
 #pragma once
 
 // A till ready to post: the sample company on one store, the ledger session and the kept receipt views
-// opened as the receipt window opens them, a new batch, PostOK set as Save sets it, and message boxes
-// answered and remembered.
+// opened as the receipt window opens them, a new batch, and the outcome of the last posting.
 
 #include "ledger/engine/EngineTestSupport.h" // storeParamName, TILLBOOK_ON_EACH_STORE
 #include "posting/Posting.h"
-#include "support/AnswerMessageBoxes.h"
 #include "support/SampleCompany.h"
 
 #include <QStringList>
@@ -38,10 +36,10 @@ protected:
     QStringList batchFigures();
     int inBatch(const QString& viewId);
 
-    QStringList prompts() const; // the message boxes shown, in order
+    QStringList prompts() const; // the problems the last posting met, in order
 
     std::unique_ptr<SampleCompany> m_company;
-    std::unique_ptr<AnswerMessageBoxes> m_boxes;
+    PostingOutcome m_outcome; // of the last posting
     QString m_batch;
     std::vector<OpenInvoice> m_invoices;
     QByteArray m_savedShortDate, m_savedToday;

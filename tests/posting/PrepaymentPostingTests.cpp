@@ -2,7 +2,7 @@
 // number the ledger assigns handed back, and the trap going on after the insert's warning.
 
 #include "PostingTestSupport.h"
-#include "settings/Globals.h"
+#include "entry/ReceiptDesk.h"
 
 namespace tillbook::test {
 
@@ -13,13 +13,14 @@ TEST_P(PrepaymentPostingTest, TheAmountReachesTheLedgerAsKeyedWithItsCommas) {
     input.txtAmount = QStringLiteral("1,250.00");
     input.txtPrePay = m_invoices[0].number;
     input.row = 3;
-    QString docNo;
 
-    Post_Prepayment(input, docNo);
+    m_outcome = Post_Prepayment(Desk(), input);
 
-    EXPECT_TRUE(PostOK);
+    const QString docNo = m_outcome.prepaymentNumber;
+
+    EXPECT_TRUE(m_outcome.PostOK);
     EXPECT_TRUE(prompts().isEmpty()) << prompts().join("\n").toStdString();
-    EXPECT_EQ(ReceiptHeader[3], "1,250.00");
+    EXPECT_EQ(Save_ReceiptHeader(input)[3], "1,250.00");
     EXPECT_EQ(entry("AR0042", {"RMITTYPE", "IDCUST", "AMTRMIT", "DOCNBR", "FISCYR", "FISCPER", "DATERMIT"}),
               (std::vector<QStringList>{
                   {"2", input.customer, "1250.000", m_invoices[0].number, "2026", "03", "2026-03-14"}}));
@@ -33,11 +34,12 @@ TEST_P(PrepaymentPostingTest, AWarningOfTheInsertIsShownAndTheNumberStillHandedB
     PostingInput input = keyed(1);
     input.txtAmount = QStringLiteral("40");
     input.cboPeriod = QStringLiteral("05"); // the date lies in period 03
-    QString docNo;
 
-    Post_Prepayment(input, docNo);
+    m_outcome = Post_Prepayment(Desk(), input);
 
-    EXPECT_TRUE(PostOK);
+    const QString docNo = m_outcome.prepaymentNumber;
+
+    EXPECT_TRUE(m_outcome.PostOK);
     EXPECT_EQ(prompts(), QStringList{"Receipt date 2026-03-14 is outside fiscal period 05 of 2026."});
     EXPECT_TRUE(docNo.startsWith("PP")) << docNo.toStdString();
     EXPECT_EQ(entry("AR0042", {"DOCNBR", "AMTRMIT"}), (std::vector<QStringList>{{"", "40.000"}}));

@@ -2,9 +2,8 @@
 // error trap meeting the ledger's real errors and warnings.
 
 #include "PostingTestSupport.h"
-#include "fetching/ReceiptViews.h"
+#include "entry/ReceiptDesk.h"
 #include "ledger/engine/BatchPosting.h"
-#include "settings/Globals.h"
 
 namespace tillbook::test {
 
@@ -13,11 +12,11 @@ using ReceiptPostingTest = PostingTest;
 TEST_P(ReceiptPostingTest, WithoutApplicationsTheWholeAmountStaysUnapplied) {
     PostingInput input = keyed(1);
     input.receiptAmount = Money::fromWhole(150);
-    LedgerSession->errors().append(QStringLiteral("left over from before"), ErrorPriority::Error);
+    Desk().LedgerSession->errors().append(QStringLiteral("left over from before"), ErrorPriority::Error);
 
-    Post_Receipt(input);
+    m_outcome = Post_Receipt(Desk(), input);
 
-    EXPECT_TRUE(PostOK);
+    EXPECT_TRUE(m_outcome.PostOK);
     EXPECT_TRUE(prompts().isEmpty()); // the old error was cleared, not shown
     EXPECT_EQ(entry("AR0042", {"RMITTYPE", "IDCUST", "AMTRMIT", "REMUNAPLTC", "TEXTRMIT", "IDRMIT",
                                "TEXTPAYOR", "FISCYR", "FISCPER", "DATERMIT"}),
@@ -35,9 +34,9 @@ TEST_P(ReceiptPostingTest, TwoApplicationsTakeTheAmountInTheOrderApplied) {
     input.receiptAmount = m_invoices[1].due + part;
     input.applyKeys = {m_invoices[1].key, m_invoices[0].key};
 
-    Post_Receipt(input);
+    m_outcome = Post_Receipt(Desk(), input);
 
-    EXPECT_TRUE(PostOK);
+    EXPECT_TRUE(m_outcome.PostOK);
     EXPECT_TRUE(prompts().isEmpty()) << prompts().join("\n").toStdString();
     auto applied = entry("AR0044", {"IDINVC", "AMTPAYM"});
     std::sort(applied.begin(), applied.end());
@@ -53,9 +52,9 @@ TEST_P(ReceiptPostingTest, AWarningIsShownAndThePostingGoesOn) {
     input.receiptAmount = m_invoices[0].due + m_invoices[1].due;
     input.applyKeys = {m_invoices[0].key, m_invoices[1].key, m_invoices[2].key}; // nothing left for the third
 
-    Post_Receipt(input);
+    m_outcome = Post_Receipt(Desk(), input);
 
-    EXPECT_TRUE(PostOK);
+    EXPECT_TRUE(m_outcome.PostOK);
     EXPECT_EQ(prompts(), QStringList{"Nothing is left of the receipt amount to apply to document " +
                                      m_invoices[2].number + "."});
     EXPECT_EQ(entry("AR0044", {"IDINVC"}).size(), 2u);
@@ -66,17 +65,16 @@ TEST_P(ReceiptPostingTest, AnErrorIsShownAndStopsThePostingAtOnce) {
     PostingInput input = keyed();
     input.customer = QStringLiteral("NOSUCH");
     input.applyKeys = {1};
-    Post_Receipt(input);
-    EXPECT_FALSE(PostOK);
+    m_outcome = Post_Receipt(Desk(), input);
+    EXPECT_FALSE(m_outcome.PostOK);
     EXPECT_EQ(prompts(), QStringList{"Customer Number \"NOSUCH\" does not exist."}); // nothing after it ran
     EXPECT_EQ(inBatch("AR0042"), 0);
 
     // An impossible date goes to the ledger as typed, and the ledger refuses it.
-    PostOK = true;
     input = keyed(1);
     input.txtDate = QStringLiteral("02/31/2026");
-    Post_Receipt(input);
-    EXPECT_FALSE(PostOK);
+    m_outcome = Post_Receipt(Desk(), input);
+    EXPECT_FALSE(m_outcome.PostOK);
     EXPECT_TRUE(prompts().last().contains("\"02/31/2026\" is not a valid date"))
         << prompts().last().toStdString();
     EXPECT_EQ(inBatch("AR0042"), 0);
@@ -90,9 +88,9 @@ TEST_P(ReceiptPostingTest, AFailedInsertLeavesNothingOfTheEntryInTheLedger) {
     engine::postBatch(*engine::CompanyStore::open(m_company->id()), elsewhere, m_batch.toLongLong(),
                       QDate(2026, 3, 14));
 
-    Post_Receipt(input);
+    m_outcome = Post_Receipt(Desk(), input);
 
-    EXPECT_FALSE(PostOK);
+    EXPECT_FALSE(m_outcome.PostOK);
     ASSERT_EQ(prompts().size(), 1);
     EXPECT_TRUE(prompts()[0].contains("is not open")) << prompts()[0].toStdString();
     EXPECT_EQ(inBatch("AR0042"), 0);

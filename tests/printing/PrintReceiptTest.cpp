@@ -14,8 +14,9 @@ namespace {
 using PrintReceipt = PrintedCompany;
 
 QString printed(const PrintRequest& request) {
-    const PrintOutcome outcome = Print_Receipt(request);
+    const PrintOutcome outcome = Print_Receipt(Desk(), request);
     EXPECT_TRUE(outcome.printed);
+    EXPECT_TRUE(outcome.problems.isEmpty()) << outcome.problems.join('\n').toStdString();
     EXPECT_TRUE(QFileInfo::exists(outcome.pdfFile)) << outcome.pdfFile.toStdString();
     return pdfText(outcome.pdfFile);
 }
@@ -43,7 +44,6 @@ TEST_F(PrintReceipt, ReceiptPrintsEveryCopyWithItsLinesAndTotal) {
     EXPECT_TRUE(two.contains("Silver Dairy Group (0001)"));
     EXPECT_TRUE(two.contains("2858 King St. W."));
     EXPECT_TRUE(two.contains("Northern Lights Wholesale Dairy & Cheese"));
-    EXPECT_TRUE(boxes.asked.isEmpty());
 
     const QString three = printed(requestFor(1, ReceiptKind::Receipt, true));
     for (const char* copy : {"Customer copy", "Office copy", "File copy"})
@@ -77,8 +77,8 @@ TEST_F(PrintReceipt, ThirtyLinesAndNoLinesBothFitTheirBands) {
 }
 
 TEST_F(PrintReceipt, ReprintGetsTheNextCopyNumber) {
-    const QString first = Print_Receipt(requestFor(2, ReceiptKind::Prepayment, false)).pdfFile;
-    const QString second = Print_Receipt(requestFor(2, ReceiptKind::Prepayment, false)).pdfFile;
+    const QString first = Print_Receipt(Desk(), requestFor(2, ReceiptKind::Prepayment, false)).pdfFile;
+    const QString second = Print_Receipt(Desk(), requestFor(2, ReceiptKind::Prepayment, false)).pdfFile;
     EXPECT_EQ(QFileInfo(first).fileName(), "Receipt batch 1 entry 2.pdf");
     EXPECT_EQ(QFileInfo(second).fileName(), "Receipt batch 1 entry 2 copy 2.pdf");
     EXPECT_EQ(pdfText(first), pdfText(second));
@@ -88,27 +88,30 @@ TEST_F(PrintReceipt, MissingOrBrokenTemplateIsNamedAndNothingIsPrinted) {
     QTemporaryDir reports;
     PrintRequest request = requestFor(1, ReceiptKind::Receipt, true);
     request.reportFolder = reports.path();
-    EXPECT_FALSE(Print_Receipt(request).printed);
-    ASSERT_EQ(boxes.asked.size(), 1);
-    EXPECT_TRUE(boxes.asked[0].prompt.contains(reports.filePath("Receipt_3P.html")));
-    EXPECT_TRUE(boxes.asked[0].prompt.contains("missing"));
+    PrintOutcome outcome = Print_Receipt(Desk(), request);
+    EXPECT_FALSE(outcome.printed);
+    ASSERT_EQ(outcome.problems.size(), 1);
+    EXPECT_TRUE(outcome.problems[0].contains(reports.filePath("Receipt_3P.html")));
+    EXPECT_TRUE(outcome.problems[0].contains("missing"));
 
     QFile broken(reports.filePath("Receipt_3P.html"));
     ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
     broken.write("<html>{{#rows}}{{Amount Paid}}</html>");
     broken.close();
-    EXPECT_FALSE(Print_Receipt(request).printed);
-    ASSERT_EQ(boxes.asked.size(), 2);
-    EXPECT_TRUE(boxes.asked[1].prompt.contains("Receipt_3P.html"));
-    EXPECT_TRUE(boxes.asked[1].prompt.contains("cannot be used"));
+    outcome = Print_Receipt(Desk(), request);
+    EXPECT_FALSE(outcome.printed);
+    ASSERT_EQ(outcome.problems.size(), 1);
+    EXPECT_TRUE(outcome.problems[0].contains("Receipt_3P.html"));
+    EXPECT_TRUE(outcome.problems[0].contains("cannot be used"));
 
     // A sub-report that is missing spoils its report as well.
     ASSERT_TRUE(broken.open(QIODevice::WriteOnly | QIODevice::Truncate));
     broken.write("<html>{{> Footer}}</html>");
     broken.close();
-    EXPECT_FALSE(Print_Receipt(request).printed);
-    ASSERT_EQ(boxes.asked.size(), 3);
-    EXPECT_TRUE(boxes.asked[2].prompt.contains(reports.filePath("Footer.html")));
+    outcome = Print_Receipt(Desk(), request);
+    EXPECT_FALSE(outcome.printed);
+    ASSERT_EQ(outcome.problems.size(), 1);
+    EXPECT_TRUE(outcome.problems[0].contains(reports.filePath("Footer.html")));
     EXPECT_TRUE(QDir(pdfs.path()).isEmpty());
 }
 
@@ -134,9 +137,9 @@ TEST_F(PrintReceipt, EverySubReportAtAnyDepthPrintsFromTheEntry) {
 }
 
 TEST_F(PrintReceipt, UnknownEntryIsReportedAndNotPrinted) {
-    EXPECT_FALSE(Print_Receipt(requestFor(42, ReceiptKind::Receipt, true)).printed);
-    ASSERT_EQ(boxes.asked.size(), 1);
-    EXPECT_EQ(boxes.asked[0].prompt, "Entry 42 of batch 1 is not in the ledger.");
+    const PrintOutcome outcome = Print_Receipt(Desk(), requestFor(42, ReceiptKind::Receipt, true));
+    EXPECT_FALSE(outcome.printed);
+    EXPECT_EQ(outcome.problems, QStringList{"Entry 42 of batch 1 is not in the ledger."});
     EXPECT_TRUE(QDir(pdfs.path()).isEmpty());
 }
 

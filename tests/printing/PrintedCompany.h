@@ -8,9 +8,9 @@
 //   5 a receipt of 100.00 applied to nothing, from customer 0005 with a long name and address
 // Each test gets its own settings and the ledger session signed in; PDFs go to a fresh folder.
 
-#include "fetching/ReceiptViews.h"
+#include "entry/ReceiptDesk.h"
 #include "ledger/Formats.h"
-#include "printing/PrintRequest.h"
+#include "printing/data/PrintRequest.h"
 #include "support/AnswerMessageBoxes.h"
 #include "support/QtPrinters.h"
 #include "support/TempSettings.h"
@@ -80,13 +80,13 @@ protected:
         // TILLBOOK_TEST_PDF_DIR keeps the printed receipts to be looked at.
         const QString kept = qEnvironmentVariable("TILLBOOK_TEST_PDF_DIR");
         qputenv("TILLBOOK_PDF_DIR", (kept.isEmpty() ? pdfs.path() : kept).toUtf8());
-        LedgerSession = std::make_unique<Session>();
-        LedgerSession->open(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"), QStringLiteral("SAMINC"),
-                            Today());
-        Open_ReceiptViews();
+        Desk().LedgerSession = std::make_unique<Session>();
+        Desk().LedgerSession->open(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"), QStringLiteral("SAMINC"),
+                                   Today());
+        Open_ReceiptViews(Desk());
     }
     void TearDown() override {
-        Close_Ledger();
+        Close_Ledger(Desk());
         qunsetenv("TILLBOOK_PDF_DIR");
     }
 

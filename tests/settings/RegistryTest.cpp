@@ -15,33 +15,30 @@ namespace {
 class RegistryTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        DatabaseIDs.fill(QString());
-        Users.fill(UserRecord());
-        CurrentDatabase = 0;
-        CurrentUser = 0;
-        CurrentBatch = "unchanged";
-        BatchListIndex = "unchanged";
+        saved.CurrentBatch = "unchanged";
+        saved.BatchListIndex = "unchanged";
     }
     test::TempSettings settings;
+    SavedSlots saved;
 };
 
 } // namespace
 
 TEST_F(RegistryTest, FreshMachineReadsEveryDefault) {
-    Load_DatabaseIDs();
-    EXPECT_EQ(DatabaseIDs, (std::array<QString, 3>{}));
-    const ConnectInfo info = Load_ConnectInfo();
-    EXPECT_EQ(CurrentDatabase, 0);
-    EXPECT_EQ(CurrentUser, 0);
+    Load_DatabaseIDs(saved);
+    EXPECT_EQ(saved.DatabaseIDs, (std::array<QString, 3>{}));
+    const ConnectInfo info = Load_ConnectInfo(saved);
+    EXPECT_EQ(saved.CurrentDatabase, 0);
+    EXPECT_EQ(saved.CurrentUser, 0);
     EXPECT_FALSE(info.savePassword);
     EXPECT_EQ(info.savedPassword, "");
     const ReceiptStyle style = Load_ReceiptStyle();
     EXPECT_FALSE(style.twoPanel);
     EXPECT_TRUE(style.threePanel);
-    CurrentDatabase = 1;
-    Load_BatchInfo();
-    EXPECT_EQ(CurrentBatch, "");
-    EXPECT_EQ(BatchListIndex, "-1");
+    saved.CurrentDatabase = 1;
+    Load_BatchInfo(saved);
+    EXPECT_EQ(saved.CurrentBatch, "");
+    EXPECT_EQ(saved.BatchListIndex, "-1");
     // Reading writes nothing.
     EXPECT_FALSE(QFile::exists(settings.fileName()));
 }
@@ -71,9 +68,9 @@ TEST_F(RegistryTest, ValuesAreWrittenAsTextExactly) {
 
 TEST_F(RegistryTest, ConnectInfoRoundTrip) {
     Save_ConnectInfo(2, 9, true, "PW");
-    const ConnectInfo info = Load_ConnectInfo();
-    EXPECT_EQ(CurrentDatabase, 3);
-    EXPECT_EQ(CurrentUser, 10);
+    const ConnectInfo info = Load_ConnectInfo(saved);
+    EXPECT_EQ(saved.CurrentDatabase, 3);
+    EXPECT_EQ(saved.CurrentUser, 10);
     EXPECT_TRUE(info.savePassword);
     EXPECT_EQ(info.savedPassword, "PW");
 }
@@ -84,31 +81,31 @@ TEST_F(RegistryTest, UsersBelongToTheSlotNotToTheId) {
     settings.set("Database3/Users/User1", "CLERK");
     settings.set("Database3/Users/Password1", "PW3");
     settings.set("Database2/Users/User1", "STRAY");
-    Load_DatabaseIDs();
-    EXPECT_EQ(DatabaseIDs[0], "SAMINC");
-    EXPECT_EQ(DatabaseIDs[1], "");
-    EXPECT_EQ(DatabaseIDs[2], "OTHER");
-    CurrentDatabase = 3;
-    Load_Users();
-    EXPECT_EQ(Users[0].UserName, "CLERK");
-    EXPECT_EQ(Users[0].Password, "PW3");
-    EXPECT_EQ(Users[1].UserName, "");
+    Load_DatabaseIDs(saved);
+    EXPECT_EQ(saved.DatabaseIDs[0], "SAMINC");
+    EXPECT_EQ(saved.DatabaseIDs[1], "");
+    EXPECT_EQ(saved.DatabaseIDs[2], "OTHER");
+    saved.CurrentDatabase = 3;
+    Load_Users(saved);
+    EXPECT_EQ(saved.Users[0].UserName, "CLERK");
+    EXPECT_EQ(saved.Users[0].Password, "PW3");
+    EXPECT_EQ(saved.Users[1].UserName, "");
 }
 
 TEST_F(RegistryTest, EmptiedSlotsAreOverwrittenNeverDeleted) {
-    CurrentDatabase = 2;
-    Users[0] = {"ANNA", "A1"};
-    Users[1] = {"BOB", "B2"};
-    Save_Users();
-    Users[1] = {};
-    Save_Users();
+    saved.CurrentDatabase = 2;
+    saved.Users[0] = {"ANNA", "A1"};
+    saved.Users[1] = {"BOB", "B2"};
+    Save_Users(saved);
+    saved.Users[1] = {};
+    Save_Users(saved);
     EXPECT_EQ(settings.raw("Database2/Users/User1"), "ANNA");
     EXPECT_TRUE(settings.contains("Database2/Users/User2"));
     EXPECT_EQ(settings.raw("Database2/Users/User2"), "");
     EXPECT_EQ(settings.raw("Database2/Users/Password10"), "");
 
-    DatabaseIDs = {"A", "", "C"};
-    Save_DatabaseIDs();
+    saved.DatabaseIDs = {"A", "", "C"};
+    Save_DatabaseIDs(saved);
     EXPECT_EQ(settings.raw("Database2/DB2"), "");
     EXPECT_TRUE(settings.contains("Database2/DB2"));
     EXPECT_EQ(settings.raw("Database3/DB3"), "C");
@@ -117,49 +114,49 @@ TEST_F(RegistryTest, EmptiedSlotsAreOverwrittenNeverDeleted) {
 TEST_F(RegistryTest, ADatabaseSlotOutsideOneToThreeReadsAndWritesNothing) {
     settings.set("ConnectInfo/Database", "7");
     settings.set("Database1/Users/User1", "ANNA");
-    Load_ConnectInfo();
-    EXPECT_EQ(CurrentDatabase, 7);
-    Users[0] = {"KEPT", "X"};
-    Load_Users();
-    EXPECT_EQ(Users[0].UserName, "KEPT");
-    Save_Users();
-    Load_BatchInfo();
-    EXPECT_EQ(CurrentBatch, "unchanged");
-    Save_BatchInfo();
+    Load_ConnectInfo(saved);
+    EXPECT_EQ(saved.CurrentDatabase, 7);
+    saved.Users[0] = {"KEPT", "X"};
+    Load_Users(saved);
+    EXPECT_EQ(saved.Users[0].UserName, "KEPT");
+    Save_Users(saved);
+    Load_BatchInfo(saved);
+    EXPECT_EQ(saved.CurrentBatch, "unchanged");
+    Save_BatchInfo(saved);
     EXPECT_FALSE(settings.contains("Database7/Users/User1"));
     EXPECT_FALSE(settings.contains("Database7/BatchInfo/Batch"));
     EXPECT_FALSE(settings.contains("Database1/BatchInfo/Batch"));
 }
 
 TEST_F(RegistryTest, BatchInfoPerDatabaseSlot) {
-    CurrentDatabase = 2;
-    CurrentBatch = "41";
-    BatchListIndex = "3";
-    Save_BatchInfo();
+    saved.CurrentDatabase = 2;
+    saved.CurrentBatch = "41";
+    saved.BatchListIndex = "3";
+    Save_BatchInfo(saved);
     EXPECT_EQ(settings.raw("Database2/BatchInfo/Batch"), "41");
     EXPECT_EQ(settings.raw("Database2/BatchInfo/Index"), "3");
-    CurrentDatabase = 1;
-    Load_BatchInfo();
-    EXPECT_EQ(CurrentBatch, "");
-    EXPECT_EQ(BatchListIndex, "-1");
+    saved.CurrentDatabase = 1;
+    Load_BatchInfo(saved);
+    EXPECT_EQ(saved.CurrentBatch, "");
+    EXPECT_EQ(saved.BatchListIndex, "-1");
 }
 
 TEST_F(RegistryTest, LenientReadingOfStoredNumbersAndBooleans) {
     settings.set("ConnectInfo/Database", "2abc");
     settings.set("ConnectInfo/User", "junk");
     settings.set("ConnectInfo/Save", "true");
-    const ConnectInfo info = Load_ConnectInfo();
-    EXPECT_EQ(CurrentDatabase, 2);
-    EXPECT_EQ(CurrentUser, 0);
+    const ConnectInfo info = Load_ConnectInfo(saved);
+    EXPECT_EQ(saved.CurrentDatabase, 2);
+    EXPECT_EQ(saved.CurrentUser, 0);
     EXPECT_TRUE(info.savePassword);
     EXPECT_FALSE(BoolOf("maybe", false));
     EXPECT_TRUE(BoolOf("maybe", true));
 }
 
 TEST_F(RegistryTest, TheFileHoldingPasswordsIsReadableByItsOwnerOnly) {
-    CurrentDatabase = 1;
-    Users[0] = {"ANNA", "SECRET"};
-    Save_Users();
+    saved.CurrentDatabase = 1;
+    saved.Users[0] = {"ANNA", "SECRET"};
+    Save_Users(saved);
     const QFile::Permissions permissions = QFile::permissions(settings.fileName());
     EXPECT_TRUE(permissions & QFile::ReadOwner);
     EXPECT_FALSE(permissions & (QFile::ReadGroup | QFile::ReadOther | QFile::WriteGroup | QFile::WriteOther));

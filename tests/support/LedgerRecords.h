@@ -3,7 +3,7 @@
 // What the ledger holds, read through a view of its own on the program's session: the named fields of each
 // record that matches the filter, as the ledger's text.
 
-#include "fetching/ReceiptViews.h"
+#include "entry/ReceiptDesk.h"
 
 #include <QStringList>
 #include <vector>
@@ -12,7 +12,7 @@ namespace tillbook::test {
 
 inline std::vector<QStringList> ledgerRecords(const QString& viewId, const QString& filter,
                                               const QStringList& fields) {
-    const auto view = LedgerSession->openView(viewId, viewId.left(2));
+    const auto view = Desk().LedgerSession->openView(viewId, viewId.left(2));
     view->browse(filter, true);
     std::vector<QStringList> found;
     while (view->fetch()) {

@@ -3,9 +3,8 @@
 // The receipt window as the clerk gets it after signing in as ADMIN to company SAMINC (database slot 1), with
 // its settings in a temporary file, and its controls found by name.
 
+#include "entry/ReceiptDesk.h"
 #include "entry/frmCR.h"
-#include "fetching/ReceiptViews.h"
-#include "settings/Globals.h"
 #include "support/TempSettings.h"
 #include "ui/ComboBox.h"
 #include "ui/FlexGrid.h"
@@ -26,11 +25,10 @@ template <typename T> T* control(QWidget* form, const char* name) {
 class ReceiptWindow {
 public:
     ReceiptWindow() {
-        SignInDatabaseID = QStringLiteral("SAMINC");
-        SignInUser = QStringLiteral("ADMIN");
-        SignInPassword = QStringLiteral("ADMIN");
-        CurrentDatabase = 1;
-        EntryDirty = false;
+        ResetDesk(); // every window starts from a fresh desk
+        Desk().SignInDatabaseID = QStringLiteral("SAMINC");
+        Desk().SignInUser = QStringLiteral("ADMIN");
+        Desk().CurrentDatabase = 1;
     }
     ~ReceiptWindow() { close(); }
     ReceiptWindow(const ReceiptWindow&) = delete;
@@ -39,14 +37,14 @@ public:
     // Loads and shows the window; false when the company could not be opened.
     bool open() {
         form = new frmCR();
-        if (!form->Form_Load())
+        if (!form->Form_Load(QStringLiteral("ADMIN")))
             return false;
         form->show();
         return QTest::qWaitForWindowExposed(form);
     }
     void close() {
         delete form;
-        Close_Ledger();
+        Close_Ledger(Desk());
     }
 
     ComboBox* combo(const char* name) const { return control<ComboBox>(form, name); }

@@ -177,9 +177,8 @@ QString tooLargeMessage(const FieldDef& field, const QString& shown) {
 void registerValueTypes() {
     static std::once_flag once;
     std::call_once(once, [] {
+        // Money has no converter to double: an amount never passes through a binary fraction.
         QMetaType::registerConverter<Money, QString>([](const Money& m) { return m.toLedgerString(); });
-        QMetaType::registerConverter<Money, double>(
-            [](const Money& m) { return double(m.thousandths()) / double(Money::Scale); });
     });
 }
 

@@ -11,7 +11,7 @@
 
 namespace tillbook::engine {
 
-// Registers Money's conversions to text and double with Qt's meta-type system, once.
+// Registers Money's conversion to text with Qt's meta-type system, once.
 void registerValueTypes();
 
 // The value of a new record's field: "", 0, Money 0, no date.

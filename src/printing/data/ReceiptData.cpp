@@ -1,4 +1,4 @@
-#include "printing/ReceiptData.h"
+#include "printing/data/ReceiptData.h"
 
 #include "fetching/FieldValues.h"
 #include "fetching/ReceiptViews.h"
@@ -72,9 +72,8 @@ QStringList lineValues(ReceiptKind kind, View& detail) {
 }
 
 // The bank code of the entry's batch.
-QString batchBank(const QString& batch) {
-    const std::unique_ptr<View> batches =
-        LedgerSession->openView(QStringLiteral("AR0041"), QStringLiteral("AR"));
+QString batchBank(Session& session, const QString& batch) {
+    const std::unique_ptr<View> batches = session.openView(QStringLiteral("AR0041"), QStringLiteral("AR"));
     batches->browse(QStringLiteral("CNTBTCH = ") + batch, true);
     return batches->fetch() ? text(*batches, "IDBANK") : QString();
 }
@@ -104,19 +103,19 @@ QStringList ReceiptFields(ReceiptKind kind) {
            PaymentValues;
 }
 
-DataSet Read_ReceiptData(const PrintRequest& request) {
+DataSet Read_ReceiptData(ReceiptViews& views, const PrintRequest& request) {
     const QString batch = QString::number(Int16Of(request.batch));
     const QString entry = QString::number(Int16Of(request.entry));
     HeaderValues h;
 
     const std::unique_ptr<View> company =
-        LedgerSession->openView(QStringLiteral("CS0001"), QStringLiteral("CS"));
-    company->browse(QStringLiteral("ORGID = ") + quoted(LedgerSession->companyId()), true);
+        views.LedgerSession->openView(QStringLiteral("CS0001"), QStringLiteral("CS"));
+    company->browse(QStringLiteral("ORGID = ") + quoted(views.LedgerSession->companyId()), true);
     if (company->fetch())
         h.company = {text(*company, "CONAME"), text(*company, "ADDR01"), text(*company, "CITY"),
                      text(*company, "STATE"), text(*company, "POSTAL")};
 
-    View& header = *ReceiptHeaderView;
+    View& header = *views.ReceiptHeaderView;
     header.browse(QStringLiteral("CNTBTCH = ") + batch + QStringLiteral(" AND CNTITEM = ") + entry, true);
     if (!header.fetch())
         throw LedgerError(QStringLiteral("Entry %1 of batch %2 is not in the ledger.").arg(entry, batch));
@@ -130,22 +129,22 @@ DataSet Read_ReceiptData(const PrintRequest& request) {
     if (const QDate day = header.fields().item(QStringLiteral("AUDTDATE")).value().toDate(); day.isValid())
         saved = FormatDateLong(day) + u' ' + saved;
     h.payment = {received.toLedgerString(),  (received - unapplied).toLedgerString(),
-                 unapplied.toLedgerString(), batchBank(batch),
+                 unapplied.toLedgerString(), batchBank(*views.LedgerSession, batch),
                  text(header, "ENTEREDBY"),  saved.trimmed()};
 
-    View* detail = ReceiptMiscView.get();
+    View* detail = views.ReceiptMiscView.get();
     QString filter = QStringLiteral("CNTBTCH =") + batch + QStringLiteral(" AND CNTITEM =") + entry;
     if (request.kind != ReceiptKind::Misc) {
         // The customer the ledger holds for the entry, whatever the window shows.
         const QString& customerNumber = h.customerId;
         const std::unique_ptr<View> customers =
-            LedgerSession->openView(QStringLiteral("AR0024"), QStringLiteral("AR"));
+            views.LedgerSession->openView(QStringLiteral("AR0024"), QStringLiteral("AR"));
         customers->browse(QStringLiteral("IDCUST = ") + quoted(customerNumber), true);
         if (customers->fetch())
             h.customer = {text(*customers, "NAMECUST"),  text(*customers, "TEXTSTRE1"),
                           text(*customers, "TEXTSTRE2"), text(*customers, "NAMECITY"),
                           text(*customers, "CODESTTE"),  text(*customers, "CODEPSTL")};
-        detail = ReceiptDetailView.get();
+        detail = views.ReceiptDetailView.get();
         filter = QStringLiteral("IDCUST=") + quoted(customerNumber) + QStringLiteral(" AND ") + filter;
     }
 

@@ -2,17 +2,19 @@
 
 // Reads a saved entry back from the ledger into the data set its receipt is printed from.
 
-#include "printing/DataSet.h"
-#include "printing/PrintRequest.h"
+#include "printing/data/DataSet.h"
+#include "printing/data/PrintRequest.h"
 
 namespace tillbook {
+
+struct ReceiptViews;
 
 // The field names of a kind's data set, in column order.
 QStringList ReceiptFields(ReceiptKind kind);
 
 // The entry's data set: one row per detail line (none when the entry has no line), every header, customer and
 // company value repeated on each row; amounts as the ledger's text, the date as "mmmm dd, yyyy". Reads the
-// kept receipt views of LedgerSession. Throws LedgerError.
-DataSet Read_ReceiptData(const PrintRequest& request);
+// kept receipt views. Throws LedgerError.
+DataSet Read_ReceiptData(ReceiptViews& views, const PrintRequest& request);
 
 } // namespace tillbook
