@@ -17,6 +17,8 @@ QString printed(const PrintRequest& request) {
     const PrintOutcome outcome = Print_Receipt(request);
     EXPECT_TRUE(outcome.printed);
     EXPECT_TRUE(QFileInfo::exists(outcome.pdfFile)) << outcome.pdfFile.toStdString();
+    EXPECT_EQ(QFileInfo(outcome.pdfFile).permissions() & ~(QFile::ReadUser | QFile::WriteUser),
+              QFile::ReadOwner | QFile::WriteOwner); // the owner's alone
     return pdfText(outcome.pdfFile);
 }
 
