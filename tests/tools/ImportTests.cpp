@@ -124,7 +124,7 @@ TEST_P(ImportTest, ABadLineInAnyFileRefusesTheWholeImport) {
         {"CS0001.csv",
          "OTHER,Other Co.,1 Main St.,Halifax,NS,B3J 1S9,Canada,1,12,3,CAD\r\n",
          {"CS0001.csv line 3, field ORGID: the company has a profile already"}},
-        {"CS0002.csv", "2028,14,3,1,1,1\r\n", {"CS0002.csv line 5, field PERIODS: "}},
+        {"CS0002.csv", "2028,14,3,1,1,1,,,,,,,,,,,,,,,,,,,,,,,,\r\n", {"CS0002.csv line 5, field PERIODS: "}},
         {"GL0001.csv", "5000,5000,Cost of Goods,Z,1,1\r\n", {"GL0001.csv line 7, field ACCTTYPE: "}},
         {"BK0001.csv",
          "SAVE,Savings,9999,6100,CAD,0\r\n",
