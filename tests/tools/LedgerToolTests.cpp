@@ -239,6 +239,33 @@ TEST_F(LedgerToolTest, ADamagedStoreIsReportedAndNotWritten) {
     EXPECT_TRUE(changed.out.contains("is damaged in its storage")) << changed.out.toStdString();
 }
 
+// A receipt's amount and its batch's total changed together by hand still add up; the audit trail of
+// what the till saved does not.
+TEST_F(LedgerToolTest, CheckHoldsBatchesAgainstTheAuditTrail) {
+    const ToolResult saved =
+        runTool({"run", "SAMINC", "-"}, "open b AR0041\nopen h AR0042\ncompose b h\n"
+                                        "compose h b\nput-unverified b CODEPYMTYP CA\n"
+                                        "insert b\ninit h\nput h IDCUST 0001 AMTRMIT 100\n"
+                                        "insert h\n");
+    ASSERT_EQ(saved.exitCode, 0) << saved.out.toStdString();
+    ASSERT_EQ(runTool({"check", "SAMINC"}).exitCode, 0);
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("tamper"));
+        db.setDatabaseName(QDir(m_store.dataFolder()).filePath("SAMINC.sqlite"));
+        ASSERT_TRUE(db.open());
+        QSqlQuery query(db);
+        for (const char* sql :
+             {"UPDATE ARTCR SET AMTRMIT = 1000000, AMTRMITTC = 1000000, AMTRMITHC = 1000000, "
+              "REMUNAPLTC = 1000000",
+              "UPDATE ARBTA SET AMTENTER = 1000000"})
+            ASSERT_TRUE(query.exec(sql)) << sql;
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("tamper"));
+    const ToolResult checked = runTool({"check", "SAMINC"});
+    EXPECT_EQ(checked.exitCode, 1);
+    EXPECT_TRUE(checked.out.contains("its audit trail saved 1 of 100.000")) << checked.out.toStdString();
+}
+
 TEST_F(LedgerToolTest, AKilledCreationLeavesNoCompany) {
     QProcess process;
     process.start(QStringLiteral(TILLBOOK_LEDGER_TOOL),

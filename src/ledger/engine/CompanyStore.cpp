@@ -1,5 +1,6 @@
 #include "ledger/engine/CompanyStore.h"
 
+#include "ledger/engine/AuditTrail.h"
 #include "ledger/engine/CompanyFile.h"
 #include "ledger/engine/CompanyFileUse.h"
 #include "ledger/engine/PasswordHash.h"
@@ -395,6 +396,7 @@ void CompanyStore::createTables(bool withIndexes) {
             QStringLiteral("CREATE TABLE \"TB_USERS\" (\"NAME\" TEXT PRIMARY KEY, \"SALT\" TEXT NOT NULL, "
                            "\"ROUNDS\" INTEGER NOT NULL, \"HASH\" TEXT NOT NULL, \"ADMIN\" INTEGER NOT NULL "
                            "DEFAULT 0)"));
+        createAuditTable(*this);
         execute(QStringLiteral(
             "CREATE TABLE \"TB_COUNTERS\" (\"NAME\" TEXT PRIMARY KEY, \"VALUE\" BIGINT NOT NULL)"));
         for (const ViewDef& view : Schema::instance().views()) {

@@ -1,5 +1,6 @@
 #include "ledger/engine/EntryRules.h"
 
+#include "ledger/engine/AuditTrail.h"
 #include "ledger/engine/BatchRules.h"
 #include "ledger/engine/FiscalCalendar.h"
 #include "ledger/engine/OpenDocumentList.h"
@@ -303,6 +304,9 @@ void EntryRules::addPrepayment(ViewCore& view) {
 }
 
 void EntryRules::afterInsert(ViewCore& view) {
+    auditEntrySaved(view.store(), view.session().user, textField(view, QStringLiteral("CODEPYMTYP")),
+                    wholeField(view, QStringLiteral("CNTBTCH")), wholeField(view, QStringLiteral("CNTITEM")),
+                    moneyField(view, QStringLiteral("AMTRMIT")));
     const QVariantHash entry{{QStringLiteral("CODEPAYM"), view.value(QStringLiteral("CODEPYMTYP"))},
                              {QStringLiteral("CNTBTCH"), view.value(QStringLiteral("CNTBTCH"))},
                              {QStringLiteral("CNTITEM"), view.value(QStringLiteral("CNTITEM"))}};
