@@ -248,6 +248,7 @@ TEST_F(LedgerToolTest, CheckHoldsBatchesAgainstTheAuditTrail) {
                                         "insert b\ninit h\nput h IDCUST 0001 AMTRMIT 100\n"
                                         "insert h\n");
     ASSERT_EQ(saved.exitCode, 0) << saved.out.toStdString();
+    ASSERT_EQ(runTool({"post-batch", "SAMINC", "1"}).exitCode, 0);
     ASSERT_EQ(runTool({"check", "SAMINC"}).exitCode, 0);
     {
         QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("tamper"));
@@ -259,6 +260,8 @@ TEST_F(LedgerToolTest, CheckHoldsBatchesAgainstTheAuditTrail) {
               "REMUNAPLTC = 1000000",
               "UPDATE ARBTA SET AMTENTER = 1000000"})
             ASSERT_TRUE(query.exec(sql)) << sql;
+        ASSERT_TRUE(query.exec("SELECT WHO, WHAT FROM TB_AUDIT ORDER BY AT") && query.last());
+        EXPECT_EQ(query.value(0).toString() + ' ' + query.value(1).toString(), "ADMIN batch posted");
     }
     QSqlDatabase::removeDatabase(QStringLiteral("tamper"));
     const ToolResult checked = runTool({"check", "SAMINC"});

@@ -12,6 +12,7 @@ namespace {
 
 const QString BatchCreated = QStringLiteral("batch created");
 const QString EntrySaved = QStringLiteral("entry saved");
+const QString BatchPostedRow = QStringLiteral("batch posted");
 
 // A company made before the trail gets its table on its first audited write; once a process.
 void ensureTable(CompanyStore& store) {
@@ -44,8 +45,10 @@ void addRow(CompanyStore& store, const QString& who, const QString& what, const 
     ensureTable(store);
     store.execute(QStringLiteral("INSERT INTO \"TB_AUDIT\" (\"AT\", \"WHO\", \"WHAT\", \"CODE\", \"BATCH\", "
                                  "\"ENTRY\", \"AMOUNT\") VALUES (?, ?, ?, ?, ?, ?, ?)"),
-                  {QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs), who.trimmed().toUpper(), what,
-                   code, batch, entry, qlonglong(amount.thousandths())});
+                  {QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs),
+                   // A posting started by no signed-in user (the engine called directly) is still recorded.
+                   who.trimmed().isEmpty() ? QStringLiteral("(none)") : who.trimmed().toUpper(), what, code,
+                   batch, entry, qlonglong(amount.thousandths())});
 }
 
 } // namespace
@@ -57,6 +60,10 @@ void auditBatchCreated(CompanyStore& store, const QString& who, const QString& c
 void auditEntrySaved(CompanyStore& store, const QString& who, const QString& code, qint64 batch, qint64 entry,
                      Money amount) {
     addRow(store, who, EntrySaved, code, batch, entry, amount);
+}
+
+void auditBatchPosted(CompanyStore& store, const QString& who, const QString& code, qint64 batch) {
+    addRow(store, who, BatchPostedRow, code, batch, 0, Money());
 }
 
 QHash<QString, AuditedBatch> auditedBatches(CompanyStore& store) {

@@ -1,7 +1,7 @@
 #pragma once
 
-// The ledger's audit trail: one row for every batch made and every entry saved (who, when, what, which
-// batch and entry, the amount), written in the same transaction as what it records. Rows are only ever
+// The ledger's audit trail: one row for every batch made, entry saved and batch posted (who, when, what,
+// which batch and entry, the amount), written in the same transaction as what it records. Rows are only ever
 // added; tillbook-ledger check holds each audited batch's count and total against them.
 
 #include "ledger/Money.h"
@@ -19,6 +19,8 @@ void createAuditTable(CompanyStore& store);
 void auditBatchCreated(CompanyStore& store, const QString& who, const QString& code, qint64 batch);
 void auditEntrySaved(CompanyStore& store, const QString& who, const QString& code, qint64 batch, qint64 entry,
                      Money amount);
+
+void auditBatchPosted(CompanyStore& store, const QString& who, const QString& code, qint64 batch);
 
 struct AuditedBatch {
     qint64 entries = 0;
