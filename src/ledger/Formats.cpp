@@ -109,9 +109,38 @@ QString FormatDateLong(const QDate& date) {
     return QLocale(QLocale::English, QLocale::UnitedStates).toString(date, QStringLiteral("MMMM dd, yyyy"));
 }
 
+namespace {
+
+// A form the date field can use: day, month and four-digit year, each read back as written, and every
+// date as long as every other (the field's mask has one length).
+bool isUsableShortDate(const QString& pattern) {
+    const QDate wide(2025, 12, 31), narrow(2001, 2, 3);
+    const QString a = wide.toString(pattern), b = narrow.toString(pattern);
+    return a.size() == b.size() && QDate::fromString(a, pattern) == wide &&
+           QDate::fromString(b, pattern) == narrow;
+}
+
+} // namespace
+
+QStringList EnvironmentProblems() {
+    QStringList problems;
+    const QString shortDate = qEnvironmentVariable("TILLBOOK_SHORT_DATE");
+    if (!shortDate.isEmpty() && !isUsableShortDate(shortDate))
+        problems << QStringLiteral("TILLBOOK_SHORT_DATE \"%1\" is no usable short date form: it needs the "
+                                   "day, the month and the four-digit year, as in MM/dd/yyyy. The system's "
+                                   "short date form is used.")
+                        .arg(shortDate.left(40));
+    const QString today = qEnvironmentVariable("TILLBOOK_TODAY");
+    if (!today.isEmpty() && !QDate::fromString(today, Qt::ISODate).isValid())
+        problems << QStringLiteral("TILLBOOK_TODAY \"%1\" is no date of the form yyyy-mm-dd. The system's "
+                                   "date is used.")
+                        .arg(today.left(40));
+    return problems;
+}
+
 QString ShortDatePattern() {
     const QString fixed = qEnvironmentVariable("TILLBOOK_SHORT_DATE");
-    if (!fixed.isEmpty())
+    if (!fixed.isEmpty() && isUsableShortDate(fixed))
         return fixed;
     // The locale's order and separator, widened to dd, MM and yyyy so that every date has the same length.
     const QString localePattern = QLocale::system().dateFormat(QLocale::ShortFormat);

@@ -6,6 +6,7 @@
 
 #include <QDate>
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 #include <cstdint>
 #include <optional>
@@ -49,6 +50,10 @@ QDate ParseShortDate(const QString& text);
 // A ledger value as the forms show it when no format is asked for: amounts as plain decimals without trailing
 // zeros ("1234.5"), dates in the short date form (no date: ""), everything else as its text.
 QString VariantText(const QVariant& value);
+
+// What is wrong with TILLBOOK_SHORT_DATE and TILLBOOK_TODAY, one sentence each; an unusable value is
+// passed over for the system's.
+QStringList EnvironmentProblems();
 
 // Today's date: the system date, or TILLBOOK_TODAY (yyyy-mm-dd) when set.
 QDate Today();

@@ -12,6 +12,9 @@
 
 namespace tillbook {
 
+// The longest database ID a company can have.
+constexpr int MaxDatabaseIdLength = 32;
+
 namespace engine {
 struct SessionState;
 class Transaction;

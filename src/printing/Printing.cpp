@@ -11,6 +11,7 @@
 #include "ui/ProgramData.h"
 
 #include <QDir>
+#include <QFile>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QPrinter>
@@ -72,7 +73,14 @@ QPrinterInfo choosePrinter(QStringList& problems) {
 }
 
 bool printToPdf(const QString& file, const QStringList& copies, const QString& title, QStringList& problems) {
-    QPdfWriter writer(file);
+    // A receipt names a customer and what they paid: readable by its owner only, as every file of ours.
+    const QFileDevice::Permissions ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+    QFile out(file);
+    if (!out.open(QIODevice::WriteOnly | QIODevice::Truncate, ownerOnly) || !out.setPermissions(ownerOnly)) {
+        problems << QStringLiteral("The receipt could not be written to %1.").arg(file);
+        return false;
+    }
+    QPdfWriter writer(&out);
     writer.setTitle(title);
     writer.setCreator(QStringLiteral("Tillbook"));
     writer.setResolution(600);

@@ -1,6 +1,7 @@
 #include "settings/Registry.h"
 
 #include "ledger/Formats.h"
+#include "ledger/Session.h"
 #include "settings/SettingsStore.h"
 
 namespace tillbook {
@@ -42,8 +43,11 @@ bool BoolOf(const QString& text, bool defaultValue) {
 
 void Load_DatabaseIDs(SavedSlots& saved) {
     const SettingsStore store;
-    for (int slot = 1; slot <= DatabaseSlots; ++slot)
-        saved.DatabaseIDs[slot - 1] = store.read(databaseKey(slot), QString());
+    for (int slot = 1; slot <= DatabaseSlots; ++slot) {
+        // An ID no company can have is refused here, before a list or a message has to carry it.
+        const QString id = store.read(databaseKey(slot), QString());
+        saved.DatabaseIDs[slot - 1] = id.size() > MaxDatabaseIdLength ? QString() : id;
+    }
 }
 
 void Save_DatabaseIDs(SavedSlots& saved) {

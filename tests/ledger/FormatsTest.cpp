@@ -147,4 +147,23 @@ TEST(DigitsAndDates, ShortDateFormFollowsTheSettingAndHasAFixedLength) {
 TEST(DigitsAndDates, TodayCanBeFixed) {
     ScopedEnv env("TILLBOOK_TODAY", "2026-03-15");
     EXPECT_EQ(Today(), QDate(2026, 3, 15));
+    EXPECT_TRUE(EnvironmentProblems().isEmpty());
+}
+
+// An unusable value is said, and the system's own is used instead of a misreading.
+TEST(DigitsAndDates, UnusableSettingsAreSaidAndPassedOver) {
+    const QString systemPattern = [] {
+        ScopedEnv none("TILLBOOK_SHORT_DATE", "");
+        return ShortDatePattern();
+    }();
+    for (const char* form : {"garbage", "M/d/yyyy", "dd/MM/yy", "MM/MM/yyyy"}) {
+        ScopedEnv env("TILLBOOK_SHORT_DATE", form);
+        EXPECT_EQ(ShortDatePattern(), systemPattern) << form;
+        ASSERT_EQ(EnvironmentProblems().size(), 1) << form;
+        EXPECT_TRUE(EnvironmentProblems().front().startsWith("TILLBOOK_SHORT_DATE")) << form;
+    }
+    ScopedEnv env("TILLBOOK_TODAY", "15/03/2026");
+    EXPECT_EQ(Today(), QDate::currentDate());
+    ASSERT_EQ(EnvironmentProblems().size(), 1);
+    EXPECT_TRUE(EnvironmentProblems().front().startsWith("TILLBOOK_TODAY"));
 }

@@ -18,6 +18,8 @@ QString printed(const PrintRequest& request) {
     EXPECT_TRUE(outcome.printed);
     EXPECT_TRUE(outcome.problems.isEmpty()) << outcome.problems.join('\n').toStdString();
     EXPECT_TRUE(QFileInfo::exists(outcome.pdfFile)) << outcome.pdfFile.toStdString();
+    EXPECT_EQ(QFileInfo(outcome.pdfFile).permissions() & ~(QFile::ReadUser | QFile::WriteUser),
+              QFile::ReadOwner | QFile::WriteOwner); // the owner's alone
     return pdfText(outcome.pdfFile);
 }
 

@@ -78,6 +78,7 @@ TEST_F(RegistryTest, ConnectInfoRoundTrip) {
 TEST_F(RegistryTest, UsersBelongToTheSlotNotToTheId) {
     settings.set("Database1/DB1", "SAMINC");
     settings.set("Database3/DB3", "OTHER");
+    settings.set("Database2/DB2", QString(33, u'X')); // longer than any company ID: refused
     settings.set("Database3/Users/User1", "CLERK");
     settings.set("Database3/Users/Password1", "PW3");
     settings.set("Database2/Users/User1", "STRAY");

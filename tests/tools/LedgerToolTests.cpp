@@ -7,6 +7,8 @@
 #include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QTemporaryFile>
 #include <QThread>
 #include <grp.h>
@@ -186,6 +188,32 @@ TEST_F(LedgerToolTest, UsersSignInWithTheirOwnPassword) {
     EXPECT_TRUE(wrong.err.contains("password"));
 }
 
+// Who may change which password: an administrator anyone's, a clerk only their own.
+TEST_F(LedgerToolTest, OnlyAnAdministratorAddsUsersOrChangesAnothersPassword) {
+    ASSERT_EQ(runTool({"user", "SAMINC", "clerk", "Secret1"}).exitCode, 0);
+    const struct {
+        QStringList words;
+        int exitCode;
+        const char* told; // on standard error
+    } cases[] = {
+        {{"ADMIN", "Taken", "--user", "CLERK", "--password", "Secret1"}, 1, "change another user's password"},
+        {{"CLERK2", "x", "--user", "CLERK", "--password", "Secret1"}, 1, "may not add users"},
+        {{"CLERK", "x", "--admin", "--user", "CLERK", "--password", "Secret1"}, 1, "make administrators"},
+        {{"ADMIN", "Taken", "--user", "ADMIN", "--password", "wrong"}, 1, "password"},
+        {{"CLERK", "Secret2", "--user", "CLERK", "--password", "Secret1"}, 0, ""},
+        {{"BOSS", "Boss1", "--admin"}, 0, ""},
+        {{"CLERK", "Secret3", "--user", "BOSS", "--password", "Boss1"}, 0, ""},
+    };
+    for (const auto& c : cases) {
+        const ToolResult result = runTool(QStringList{"user", "SAMINC"} + c.words);
+        EXPECT_EQ(result.exitCode, c.exitCode) << c.words.join(' ').toStdString();
+        EXPECT_TRUE(result.err.contains(c.told)) << result.err.toStdString();
+    }
+    EXPECT_EQ(runTool({"browse", "SAMINC", "BK0001", "--user", "ADMIN", "--password", "ADMIN"}).exitCode, 0);
+    EXPECT_EQ(runTool({"browse", "SAMINC", "BK0001", "--user", "CLERK", "--password", "Secret3"}).exitCode,
+              0);
+}
+
 TEST_F(LedgerToolTest, AFailedBrowseLeavesNothingToList) {
     const ToolResult result = runTool({"run", "SAMINC", "-"}, "open c AR0024\n"
                                                               "browse c \"CNTOPENINV >\"\n"
@@ -211,6 +239,70 @@ TEST_F(LedgerToolTest, AReadOnlyCompanyCanBeBrowsedButNotChanged) {
     EXPECT_EQ(changed.exitCode, 1);
     EXPECT_TRUE(changed.out.contains("can only be read here")) << changed.out.toStdString();
     chmod(folder.constData(), 0700);
+}
+
+// Overwrites the end of a customers' index's root page, where its cells lie: the rows stay readable, the
+// index no longer matches them.
+void damageAnIndex(const QString& path) {
+    int page = 0, root = 0;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("damage"));
+        db.setDatabaseName(path);
+        ASSERT_TRUE(db.open());
+        QSqlQuery query(db);
+        ASSERT_TRUE(query.exec("PRAGMA page_size") && query.next());
+        page = query.value(0).toInt();
+        ASSERT_TRUE(query.exec("SELECT i.rootpage FROM sqlite_master i JOIN sqlite_master t ON t.name = "
+                               "i.tbl_name WHERE i.type = 'index' AND t.sql LIKE '%\"NAMECUST\"%' LIMIT 1") &&
+                    query.next());
+        root = query.value(0).toInt();
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("damage"));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    file.seek(qint64(root) * page - 300);
+    file.write(QByteArray(300, '\x7f'));
+}
+
+TEST_F(LedgerToolTest, ADamagedStoreIsReportedAndNotWritten) {
+    damageAnIndex(QDir(m_store.dataFolder()).filePath("SAMINC.sqlite"));
+    const ToolResult checked = runTool({"check", "SAMINC"});
+    EXPECT_EQ(checked.exitCode, 1);
+    EXPECT_TRUE(checked.out.contains("Storage damaged: ")) << checked.out.toStdString();
+    const ToolResult changed =
+        runTool({"run", "SAMINC", "-"}, "open c AR0024\ninit c\nput c IDCUST Q1 NAMECUST Q\ninsert c\n");
+    EXPECT_EQ(changed.exitCode, 1);
+    EXPECT_TRUE(changed.out.contains("is damaged in its storage")) << changed.out.toStdString();
+}
+
+// A receipt's amount and its batch's total changed together by hand still add up; the audit trail of
+// what the till saved does not.
+TEST_F(LedgerToolTest, CheckHoldsBatchesAgainstTheAuditTrail) {
+    const ToolResult saved =
+        runTool({"run", "SAMINC", "-"}, "open b AR0041\nopen h AR0042\ncompose b h\n"
+                                        "compose h b\nput-unverified b CODEPYMTYP CA\n"
+                                        "insert b\ninit h\nput h IDCUST 0001 AMTRMIT 100\n"
+                                        "insert h\n");
+    ASSERT_EQ(saved.exitCode, 0) << saved.out.toStdString();
+    ASSERT_EQ(runTool({"post-batch", "SAMINC", "1"}).exitCode, 0);
+    ASSERT_EQ(runTool({"check", "SAMINC"}).exitCode, 0);
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("tamper"));
+        db.setDatabaseName(QDir(m_store.dataFolder()).filePath("SAMINC.sqlite"));
+        ASSERT_TRUE(db.open());
+        QSqlQuery query(db);
+        for (const char* sql :
+             {"UPDATE ARTCR SET AMTRMIT = 1000000, AMTRMITTC = 1000000, AMTRMITHC = 1000000, "
+              "REMUNAPLTC = 1000000",
+              "UPDATE ARBTA SET AMTENTER = 1000000"})
+            ASSERT_TRUE(query.exec(sql)) << sql;
+        ASSERT_TRUE(query.exec("SELECT WHO, WHAT FROM TB_AUDIT ORDER BY AT") && query.last());
+        EXPECT_EQ(query.value(0).toString() + ' ' + query.value(1).toString(), "ADMIN batch posted");
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("tamper"));
+    const ToolResult checked = runTool({"check", "SAMINC"});
+    EXPECT_EQ(checked.exitCode, 1);
+    EXPECT_TRUE(checked.out.contains("its audit trail saved 1 of 100.000")) << checked.out.toStdString();
 }
 
 TEST_F(LedgerToolTest, AKilledCreationLeavesNoCompany) {

@@ -5,6 +5,7 @@
 #include "SignIn.h"
 #include "ledger/engine/CompanyStore.h"
 #include "ledger/engine/LedgerCheck.h"
+#include "ledger/engine/StoreIntegrity.h"
 
 #include <QTextStream>
 
@@ -13,7 +14,9 @@ namespace tillbook::tool {
 const char* const CheckHelp =
     "Usage: tillbook-ledger check ID [--user NAME] [--password PW]\n"
     "\n"
-    "Checks the receipt ledger of company ID and lists every violation found, one a line:\n"
+    "First has the store check its own storage (SQLite's integrity check; on PostgreSQL the amcheck\n"
+    "extension's check of the company's indexes, where it is installed) and prints what it reports.\n"
+    "Then checks the receipt ledger of company ID and lists every violation found, one a line:\n"
     "  - each batch's entries are numbered 1..N once each; its entry count, last entry number and\n"
     "    total are those of its entries; a posted batch's entries are all posted, an open one's none\n"
     "  - every line belongs to an entry and every entry to a batch; an entry's lines (and a receipt's\n"
@@ -23,7 +26,7 @@ const char* const CheckHelp =
     "    counted for each posted line; paid documents, and only they, are marked paid\n"
     "  - each posted receipt's unapplied cash and each posted prepayment is one document\n"
     "  - every customer's balance and open-document count are those of its documents\n"
-    "Exit status 0 when the ledger holds, 1 when something is violated.\n";
+    "Exit status 0 when the store is whole and the ledger holds, 1 otherwise.\n";
 
 int checkCommand(const QStringList& words) {
     const Arguments args = parseArguments(words, SignInOptions, {});
@@ -32,8 +35,26 @@ int checkCommand(const QStringList& words) {
     Session session; // signing in checks the user and password
     signIn(session, args.positional[0], args);
     auto store = engine::CompanyStore::open(args.positional[0]);
-    const engine::LedgerCheckResult result = engine::checkLedger(*store);
     QTextStream out(stdout);
+    const engine::StoreIntegrity integrity = engine::checkStoreIntegrity(*store);
+    for (const QString& report : integrity.damage)
+        out << QStringLiteral("Storage damaged: %1\n").arg(report);
+    out << QStringLiteral("%1: %2\n")
+               .arg(integrity.note, !integrity.checked           ? QStringLiteral("not run")
+                                    : integrity.damage.isEmpty() ? QStringLiteral("the store is whole")
+                                                                 : QStringLiteral("the store is damaged; "
+                                                                                  "restore the company from "
+                                                                                  "a backup"));
+    engine::LedgerCheckResult result;
+    try {
+        result = engine::checkLedger(*store);
+    } catch (const engine::StoreError& e) {
+        if (integrity.damage.isEmpty())
+            throw;
+        // A damaged file may fail to be read at all; its damage is already said.
+        out << QStringLiteral("The ledger could not be read: %1\n").arg(e.message());
+        return 1;
+    }
     for (const QString& violation : result.violations)
         out << violation << '\n';
     out << QStringLiteral("%1 batches, %2 entries, %3 documents, %4 customers: %5\n")
@@ -44,7 +65,7 @@ int checkCommand(const QStringList& words) {
                .arg(result.violations.isEmpty()
                         ? QStringLiteral("the ledger holds")
                         : QStringLiteral("%1 violations").arg(result.violations.size()));
-    return result.violations.isEmpty() ? 0 : 1;
+    return result.violations.isEmpty() && integrity.damage.isEmpty() ? 0 : 1;
 }
 
 } // namespace tillbook::tool

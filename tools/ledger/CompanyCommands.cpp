@@ -2,6 +2,7 @@
 
 #include "CommandLine.h"
 #include "Commands.h"
+#include "SignIn.h"
 #include "ledger/engine/CompanyStore.h"
 #include "ledger/engine/SampleCompany.h"
 
@@ -15,7 +16,8 @@ const char* const CreateHelp =
     "\n"
     "Creates company ID: an SQLite file ID.sqlite in TILLBOOK_DATA (or the program's data folder), or\n"
     "the PostgreSQL database TILLBOOK_LEDGER_URL names for it. An existing company is left alone unless\n"
-    "--force is given. Every new company has the user ADMIN with the password ADMIN.\n"
+    "--force is given. Every new company has the user ADMIN with the password ADMIN, its first\n"
+    "administrator: change that password at once (tillbook-ledger user ID ADMIN NEWPASSWORD).\n"
     "\n"
     "  --sample        fill it with a sample company: profile, fiscal calendars, accounts, distribution\n"
     "                  codes, banks, customers and their documents\n"
@@ -25,10 +27,18 @@ const char* const CreateHelp =
     "                  TILLBOOK_TODAY (yyyy-mm-dd) when it is set\n"
     "  --force         replace an existing company of that ID\n";
 
-const char* const UserHelp = "Usage: tillbook-ledger user ID NAME PASSWORD\n"
-                             "\n"
-                             "Adds user NAME to company ID, or gives an existing user a new password.\n"
-                             "User names are not case-sensitive; passwords are.\n";
+const char* const UserHelp =
+    "Usage: tillbook-ledger user ID NAME PASSWORD [--admin] [--user NAME] [--password PW]\n"
+    "\n"
+    "Adds user NAME to company ID, or gives an existing user a new password. User names are not\n"
+    "case-sensitive; passwords are.\n"
+    "\n"
+    "Signs in first (--user and --password, else TILLBOOK_USER and TILLBOOK_PASSWORD, else ADMIN):\n"
+    "an administrator may add users and change anyone's password; any user may change their own\n"
+    "password, signing in with the old one. A company's first administrator is ADMIN, made with it.\n"
+    "\n"
+    "  --admin   makes NAME an administrator too (an administrator's sign-in only); a new user is a\n"
+    "            clerk otherwise, and an existing one keeps their standing\n";
 
 int createCommand(const QStringList& words) {
     const Arguments args = parseArguments(words, {"customers", "documents", "seed"}, {"sample", "force"});
@@ -57,7 +67,7 @@ int createCommand(const QStringList& words) {
     } else {
         auto store =
             engine::CompanyStore::create(id, args.flag(QStringLiteral("force")), [](engine::CompanyStore& s) {
-                s.setUser(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"));
+                s.setUser(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"), true);
             });
         out << QStringLiteral("Created empty company %1 (%2).\n")
                    .arg(id.toUpper(), store->location().describe());
@@ -66,15 +76,30 @@ int createCommand(const QStringList& words) {
 }
 
 int userCommand(const QStringList& words) {
-    const Arguments args = parseArguments(words, {}, {});
+    const Arguments args = parseArguments(words, SignInOptions, {"admin"});
     if (args.positional.size() != 3)
         throw UsageError(QStringLiteral("user needs a company ID, a user name and a password."));
     const QString name = args.positional[1].trimmed();
     if (name.isEmpty() || args.positional[2].isEmpty())
         throw UsageError(QStringLiteral("The user name and the password may not be empty."));
+    Session session; // signing in checks the user and password
+    signIn(session, args.positional[0], args);
     auto store = engine::CompanyStore::open(args.positional[0]);
+    const QString signedIn = session.userId().trimmed().toUpper();
+    const bool administrator = store->isAdministrator(signedIn);
+    const bool own = name.compare(signedIn, Qt::CaseInsensitive) == 0;
+    const bool makeAdministrator = args.flag(QStringLiteral("admin"));
+    if (!administrator && (!own || makeAdministrator)) {
+        QTextStream(stderr) << QStringLiteral("User %1 may not %2: sign in as an administrator (--user and "
+                                              "--password).\n")
+                                   .arg(signedIn, makeAdministrator ? QStringLiteral("make administrators")
+                                                  : store->hasUser(name)
+                                                      ? QStringLiteral("change another user's password")
+                                                      : QStringLiteral("add users"));
+        return 1;
+    }
     const bool existed = store->hasUser(name);
-    store->setUser(name, args.positional[2]);
+    store->setUser(name, args.positional[2], makeAdministrator ? std::optional<bool>(true) : std::nullopt);
     QTextStream(stdout) << (existed ? QStringLiteral("Changed the password of user %1.\n")
                                     : QStringLiteral("Added user %1.\n"))
                                .arg(name.toUpper());

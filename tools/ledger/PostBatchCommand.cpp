@@ -38,6 +38,7 @@ int postBatchCommand(const QStringList& words) {
         throw UsageError(QStringLiteral("--entries-per-step needs at least 1."));
     Session session; // signing in checks the user and password
     signIn(session, args.positional[0], args);
+    posting.user = session.userId();
     auto store = engine::CompanyStore::open(args.positional[0]);
     const engine::PostingSummary summary =
         engine::postBatch(*store, session.errors(), batch, session.sessionDate(), posting);

@@ -1,5 +1,6 @@
 #include "ledger/engine/BatchPosting.h"
 
+#include "ledger/engine/AuditTrail.h"
 #include "ledger/engine/BatchRules.h"
 #include "ledger/engine/EntryRules.h"
 #include "ledger/engine/Guarded.h"
@@ -149,6 +150,7 @@ void Poster::finish() {
                  {{QStringLiteral("BATCHSTAT"), int(BatchPosted)},
                   {QStringLiteral("POSTSEQNBR"), m_summary.postingSequence},
                   {QStringLiteral("DATELSTEDT"), m_date}});
+    auditBatchPosted(m_store, m_options.user, Code, m_batch);
 }
 
 // The customers of a step are locked first, in one order (their numbers), before any of their documents

@@ -28,6 +28,7 @@ struct PostingSummary {
 
 struct PostingOptions {
     int entriesPerStep = 200;
+    QString user; // who posts, for the audit trail
     // Called after each step has committed; what it throws stops the posting there, to be resumed.
     std::function<void(const PostingSummary& soFar)> afterStep;
 };

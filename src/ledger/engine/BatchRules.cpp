@@ -1,5 +1,6 @@
 #include "ledger/engine/BatchRules.h"
 
+#include "ledger/engine/AuditTrail.h"
 #include "ledger/engine/RecordAccess.h"
 #include "ledger/engine/ValueCodec.h"
 #include "ledger/engine/ViewCore.h"
@@ -69,6 +70,11 @@ void BatchRules::checkPut(ViewCore& view, int field, const QVariant& value) {
     if (view.def().fields[size_t(field)].name == QLatin1String("BATCHSTAT") &&
         (value.toInt() == BatchPosted || value.toInt() == BatchPosting))
         view.errors().fail(postingOnly(value.toInt()));
+}
+
+void BatchRules::afterInsert(ViewCore& view) {
+    auditBatchCreated(view.store(), view.session().user, textField(view, QStringLiteral("CODEPYMTYP")),
+                      wholeField(view, QStringLiteral("CNTBTCH")));
 }
 
 void BatchRules::beforeInsert(ViewCore& view) {

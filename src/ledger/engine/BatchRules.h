@@ -13,6 +13,7 @@ public:
     void initRecord(ViewCore& view) override;
     void checkPut(ViewCore& view, int field, const QVariant& value) override;
     void beforeInsert(ViewCore& view) override;
+    void afterInsert(ViewCore& view) override;
     void beforeUpdate(ViewCore& view) override;
 };
 

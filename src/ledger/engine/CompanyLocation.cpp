@@ -9,6 +9,18 @@
 
 namespace tillbook::engine {
 
+namespace {
+
+// The address as it may be shown: a password in it never reaches a message, a log or a screen.
+QString withoutPassword(const QString& address) {
+    static const QRegularExpression secret(QStringLiteral("^([^:/]*://[^:@/]*):[^@/]*@"));
+    QString shown = address;
+    shown.replace(secret, QStringLiteral("\\1:*****@"));
+    return shown;
+}
+
+} // namespace
+
 QString CompanyLocation::describe() const {
     if (!postgres)
         return sqlitePath;
@@ -23,8 +35,8 @@ CompanyLocation locateCompany(const QString& databaseId) {
     // The length is checked first: a long ID of good characters is wrong only in its length.
     if (id.size() > MaxCompanyIdLength)
         throw StoreError(
-            QStringLiteral("\"%1\" is not a valid company ID (at most %2 characters, it has %3).")
-                .arg(id)
+            QStringLiteral("\"%1...\" is not a valid company ID (at most %2 characters, it has %3).")
+                .arg(id.left(MaxCompanyIdLength))
                 .arg(MaxCompanyIdLength)
                 .arg(id.size()));
     if (!valid.match(id).hasMatch())
@@ -37,10 +49,15 @@ CompanyLocation locateCompany(const QString& databaseId) {
         QString text = urlTemplate;
         text.replace(QLatin1String("{id}"), id.toLower());
         const QUrl url(text);
-        if (!url.isValid() ||
-            (url.scheme() != QLatin1String("postgresql") && url.scheme() != QLatin1String("postgres")))
-            throw StoreError(QStringLiteral("TILLBOOK_LEDGER_URL \"%1\" is not a postgresql:// address.")
-                                 .arg(urlTemplate));
+        const QString shown = withoutPassword(urlTemplate);
+        if (!text.startsWith(QLatin1String("postgresql://")) &&
+            !text.startsWith(QLatin1String("postgres://")))
+            throw StoreError(
+                QStringLiteral("TILLBOOK_LEDGER_URL \"%1\" is not a postgresql:// address.").arg(shown));
+        if (!url.isValid())
+            throw StoreError(QStringLiteral("TILLBOOK_LEDGER_URL \"%1\" is not a valid address: check its "
+                                            "host, and its port (1 to 65535).")
+                                 .arg(shown));
         location.postgres = true;
         location.host = url.host().isEmpty() ? QStringLiteral("localhost") : url.host();
         location.port = url.port(5432);

@@ -3,6 +3,8 @@
 // Where a company's ledger lives: the SQLite file ID.sqlite in the data folder, or, when
 // TILLBOOK_LEDGER_URL is set, the PostgreSQL database its template names for the ID.
 
+#include "ledger/Session.h"
+
 #include <QString>
 
 namespace tillbook::engine {
@@ -21,7 +23,7 @@ struct CompanyLocation {
     QString describe() const;
 };
 
-constexpr int MaxCompanyIdLength = 32;
+constexpr int MaxCompanyIdLength = MaxDatabaseIdLength;
 
 // Throws StoreError for an ID that cannot name a company (empty, longer than 32 characters, or
 // characters other than letters, digits and underscore) and for a malformed URL template.

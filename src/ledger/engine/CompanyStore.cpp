@@ -1,5 +1,6 @@
 #include "ledger/engine/CompanyStore.h"
 
+#include "ledger/engine/AuditTrail.h"
 #include "ledger/engine/CompanyFile.h"
 #include "ledger/engine/CompanyFileUse.h"
 #include "ledger/engine/NameOrder.h"
@@ -8,6 +9,7 @@
 #include "ledger/engine/Schema.h"
 #include "ledger/engine/SqliteText.h"
 #include "ledger/engine/StoreError.h"
+#include "ledger/engine/StoreIntegrity.h"
 #include "ledger/engine/Transaction.h"
 
 #include <QFileInfo>
@@ -176,6 +178,7 @@ void CompanyStore::connect(bool fresh) {
         if (!m_readOnly)
             addMissingColumns();
     }
+    m_storageVerified = fresh; // a company being built is whole
     prepareNameOrder(fresh);
 }
 
@@ -317,9 +320,23 @@ void CompanyStore::beginWrite() {
             QStringLiteral("Company \"%1\" can only be read here: %2 or its folder is read-only, so "
                            "nothing can be changed.")
                 .arg(m_location.companyId, m_location.describe()));
-    if (m_depth == 0)
+    if (m_depth == 0) {
+        requireWholeStorage();
         execute(m_dialect->beginWrite());
+    }
     ++m_depth;
+}
+
+// SQLite writes into a damaged file without a word and spreads the damage, so a connection refuses its
+// first write into a company whose last check found damage. PostgreSQL's own checks (page checksums,
+// amcheck) are the server's business; tillbook-ledger check runs amcheck there.
+void CompanyStore::requireWholeStorage() {
+    if (m_storageVerified || m_location.postgres)
+        return;
+    const QString damage = knownDamage(m_location);
+    if (!damage.isEmpty())
+        throw StoreError(damagedCompanyMessage(m_location.companyId, damage));
+    m_storageVerified = true;
 }
 
 void CompanyStore::commit() {
@@ -353,20 +370,58 @@ qint64 CompanyStore::nextNumber(const QString& counter) {
     return value;
 }
 
-void CompanyStore::setUser(const QString& name, const QString& password) {
-    setUserHash(name, PasswordHash::make(password));
+void CompanyStore::setUser(const QString& name, const QString& password, std::optional<bool> administrator) {
+    setUserHash(name, PasswordHash::make(password), administrator);
 }
 
-void CompanyStore::setUserHash(const QString& name, const PasswordHash& hash) {
+// A new hash keeps the user's standing; `administrator` changes it, and a new user is a clerk unless
+// told otherwise.
+void CompanyStore::setUserHash(const QString& name, const PasswordHash& hash,
+                               std::optional<bool> administrator) {
+    addAdministratorColumn();
+    const QString key = name.trimmed().toUpper();
     Transaction transaction(*this);
     {
-        execute(QStringLiteral("DELETE FROM \"TB_USERS\" WHERE \"NAME\" = ?"), {name.trimmed().toUpper()});
-        execute(
-            QStringLiteral(
-                "INSERT INTO \"TB_USERS\" (\"NAME\", \"SALT\", \"ROUNDS\", \"HASH\") VALUES (?, ?, ?, ?)"),
-            {name.trimmed().toUpper(), hash.storedSalt(), hash.rounds, hash.storedHash()});
+        QSqlQuery& update = statement(QStringLiteral(
+            "UPDATE \"TB_USERS\" SET \"SALT\" = ?, \"ROUNDS\" = ?, \"HASH\" = ? WHERE \"NAME\" = ?"));
+        run(update, {hash.storedSalt(), hash.rounds, hash.storedHash(), key});
+        const bool existed = update.numRowsAffected() > 0;
+        update.finish();
+        if (!existed)
+            execute(QStringLiteral("INSERT INTO \"TB_USERS\" (\"NAME\", \"SALT\", \"ROUNDS\", \"HASH\", "
+                                   "\"ADMIN\") VALUES (?, ?, ?, ?, ?)"),
+                    {key, hash.storedSalt(), hash.rounds, hash.storedHash(),
+                     administrator.value_or(false) ? 1 : 0});
+        else if (administrator)
+            execute(QStringLiteral("UPDATE \"TB_USERS\" SET \"ADMIN\" = ? WHERE \"NAME\" = ?"),
+                    {*administrator ? 1 : 0, key});
     }
     transaction.commit();
+}
+
+bool CompanyStore::hasAdministratorColumn() {
+    QSqlQuery query = prepare(QStringLiteral("SELECT * FROM \"TB_USERS\" WHERE 1 = 0"));
+    run(query);
+    return query.record().indexOf(QStringLiteral("ADMIN")) >= 0;
+}
+
+// Companies made before users had a standing get it on their first change of a user: ADMIN, the user
+// every company is made with, administers.
+void CompanyStore::addAdministratorColumn() {
+    if (hasAdministratorColumn())
+        return;
+    Transaction transaction(*this);
+    execute(QStringLiteral("ALTER TABLE \"TB_USERS\" ADD COLUMN \"ADMIN\" INTEGER NOT NULL DEFAULT 0"));
+    execute(QStringLiteral("UPDATE \"TB_USERS\" SET \"ADMIN\" = 1 WHERE \"NAME\" = 'ADMIN'"));
+    transaction.commit();
+}
+
+bool CompanyStore::isAdministrator(const QString& name) {
+    if (!hasAdministratorColumn())
+        return name.trimmed().compare(QLatin1String("ADMIN"), Qt::CaseInsensitive) == 0;
+    QSqlQuery query = prepare(QStringLiteral("SELECT \"ADMIN\" FROM \"TB_USERS\" WHERE \"NAME\" = ?"));
+    run(query, {name.trimmed().toUpper()});
+    return query.next() && query.value(0).toInt() == 1;
 }
 
 bool CompanyStore::hasUser(const QString& name) {
@@ -409,7 +464,9 @@ void CompanyStore::createTables(bool withIndexes) {
     {
         execute(
             QStringLiteral("CREATE TABLE \"TB_USERS\" (\"NAME\" TEXT PRIMARY KEY, \"SALT\" TEXT NOT NULL, "
-                           "\"ROUNDS\" INTEGER NOT NULL, \"HASH\" TEXT NOT NULL)"));
+                           "\"ROUNDS\" INTEGER NOT NULL, \"HASH\" TEXT NOT NULL, \"ADMIN\" INTEGER NOT NULL "
+                           "DEFAULT 0)"));
+        createAuditTable(*this);
         execute(QStringLiteral(
             "CREATE TABLE \"TB_COUNTERS\" (\"NAME\" TEXT PRIMARY KEY, \"VALUE\" BIGINT NOT NULL)"));
         for (const ViewDef& view : Schema::instance().views()) {

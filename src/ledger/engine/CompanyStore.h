@@ -68,9 +68,13 @@ public:
     bool isReadOnly() const { return m_readOnly; }
 
     // Users: the name is case-insensitive, the password is not.
-    void setUser(const QString& name, const QString& password);
-    void setUserHash(const QString& name, const PasswordHash& hash);
+    // Adds the user or gives them a new password; `administrator` set makes them one (or not), unset
+    // keeps an existing user's standing and makes a new user a clerk.
+    void setUser(const QString& name, const QString& password, std::optional<bool> administrator = {});
+    void setUserHash(const QString& name, const PasswordHash& hash, std::optional<bool> administrator = {});
     bool hasUser(const QString& name);
+    // Whether the user may add users and change other users' passwords.
+    bool isAdministrator(const QString& name);
     // The user's stored hash; nullopt for an unknown user.
     std::optional<PasswordHash> userHash(const QString& name);
     // True when the user exists and the password is theirs. Takes as long for an unknown user as for a
@@ -90,6 +94,9 @@ private:
     void prepareNameOrder(bool fresh);
     void createTables(bool withIndexes);
     void detach();
+    void requireWholeStorage();
+    bool hasAdministratorColumn();
+    void addAdministratorColumn();
     StoreError failure(const QString& what, const QSqlError& error) const;
 
     CompanyLocation m_location;
@@ -99,7 +106,8 @@ private:
     QHash<QString, QSqlQuery> m_statements; // see statement()
     int m_depth = 0;
     bool m_readOnly = false;
-    QString m_countedFile; // counted in CompanyFileUse while this connection is open
+    bool m_storageVerified = false; // the store's integrity check passed on this connection
+    QString m_countedFile;          // counted in CompanyFileUse while this connection is open
 };
 
 } // namespace tillbook::engine

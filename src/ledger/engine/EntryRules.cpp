@@ -1,5 +1,6 @@
 #include "ledger/engine/EntryRules.h"
 
+#include "ledger/engine/AuditTrail.h"
 #include "ledger/engine/BatchRules.h"
 #include "ledger/engine/FiscalCalendar.h"
 #include "ledger/engine/OpenDocumentList.h"
@@ -31,10 +32,23 @@ QVariant amount(Money m) {
     return QVariant::fromValue(m);
 }
 
+// A date outside every active fiscal year would land the receipt in no period the books can close;
+// a date in another period than the entry's stays a warning.
+void requireActiveYear(ViewCore& view, const QDate& date) {
+    if (date.isValid() && !isInActiveFiscalYear(view.store(), date))
+        view.errors().fail(QStringLiteral("Receipt date %1 falls in no active fiscal year of the company's "
+                                          "calendar; key a date inside an active fiscal year.")
+                               .arg(date.toString(Qt::ISODate)));
+}
+
 } // namespace
 
 void EntryRules::initRecord(ViewCore& view) {
     m_lines.clear();
+    // A new receipt starts without what the last one staged in the open-document list, whether that
+    // one was saved, refused or abandoned.
+    if (OpenDocumentList* list = composedDocumentList(view))
+        list->forget();
     view.set(QStringLiteral("CODEPYMTYP"), QStringLiteral("CA"));
     if (ViewCore* batch = composedView(view, QStringLiteral("AR0041")))
         view.set(QStringLiteral("CNTBTCH"), batch->value(QStringLiteral("CNTBTCH")));
@@ -129,6 +143,7 @@ void EntryRules::beforeInsert(ViewCore& view) {
     if (!date.isValid())
         view.errors().fail(
             QStringLiteral("Receipt Date/Adjustment Date is empty: the receipt needs a date."));
+    requireActiveYear(view, date);
     joinBatch(view);
     view.set(QStringLiteral("DATEBUS"), QDate()); // not posted: posting dates it
     // Who saved the entry and when: a receipt printed again later still names the clerk who took the money.
@@ -188,6 +203,7 @@ void EntryRules::beforeUpdate(ViewCore& view) {
     const QString what = entryName(view);
     requireOpenBatchForChange(view, what);
     refuseFixedChanges(view, Descriptive, what);
+    requireActiveYear(view, view.value(QStringLiteral("DATERMIT")).toDate());
 }
 
 // One detail per document the entry applies, checked again against what other entries have applied
@@ -295,6 +311,9 @@ void EntryRules::addPrepayment(ViewCore& view) {
 }
 
 void EntryRules::afterInsert(ViewCore& view) {
+    auditEntrySaved(view.store(), view.session().user, textField(view, QStringLiteral("CODEPYMTYP")),
+                    wholeField(view, QStringLiteral("CNTBTCH")), wholeField(view, QStringLiteral("CNTITEM")),
+                    moneyField(view, QStringLiteral("AMTRMIT")));
     const QVariantHash entry{{QStringLiteral("CODEPAYM"), view.value(QStringLiteral("CODEPYMTYP"))},
                              {QStringLiteral("CNTBTCH"), view.value(QStringLiteral("CNTBTCH"))},
                              {QStringLiteral("CNTITEM"), view.value(QStringLiteral("CNTITEM"))}};

@@ -47,4 +47,18 @@ bool isActiveFiscalYear(CompanyStore& store, const QString& year) {
     return record && record->value(QStringLiteral("ACTIVE")).toInt() == 1;
 }
 
+bool isInActiveFiscalYear(CompanyStore& store, const QDate& date) {
+    const auto years =
+        readRecords(store, QStringLiteral("CS0002"), {}, calendarFields(), {QStringLiteral("FSCYEAR")});
+    for (const QVariantHash& year : years) {
+        if (year.value(QStringLiteral("ACTIVE")).toInt() != 1)
+            continue;
+        const int periods = year.value(QStringLiteral("PERIODS")).toInt();
+        for (int p = 1; p <= periods && p <= 13; ++p)
+            if (periodHolds(year, p, date))
+                return true;
+    }
+    return false;
+}
+
 } // namespace tillbook::engine

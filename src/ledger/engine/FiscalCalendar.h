@@ -19,5 +19,7 @@ std::optional<FiscalPeriod> fiscalPeriodOf(CompanyStore& store, const QDate& dat
 // Whether `date` lies in period `period` of fiscal year `year` (false when either is unknown).
 bool isInFiscalPeriod(CompanyStore& store, const QDate& date, const QString& year, const QString& period);
 bool isActiveFiscalYear(CompanyStore& store, const QString& year);
+// Whether `date` lies in some period of an active fiscal year.
+bool isInActiveFiscalYear(CompanyStore& store, const QDate& date);
 
 } // namespace tillbook::engine

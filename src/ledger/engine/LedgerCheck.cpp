@@ -1,5 +1,6 @@
 #include "ledger/engine/LedgerCheck.h"
 
+#include "ledger/engine/AuditTrail.h"
 #include "ledger/engine/BatchRules.h"
 #include "ledger/engine/EntryRules.h"
 #include "ledger/engine/RecordAccess.h"
@@ -69,6 +70,7 @@ private:
     CompanyStore& m_store;
     LedgerCheckResult m_result;
     std::vector<QVariantHash> m_batches, m_entries, m_lines, m_miscLines, m_documents, m_customers;
+    QHash<QString, AuditedBatch> m_audited;        // "code/batch" -> its audit trail
     QHash<QString, int> m_batchStatus;             // "code/batch" -> BATCHSTAT
     QHash<QString, const QVariantHash*> m_entryOf; // entryKey -> entry
 };
@@ -98,6 +100,7 @@ void Checker::load() {
                               {"IDCUST", "IDINVC", "TRXTYPETXT", "AMTINVCTC", "AMTDUETC", "AMTDUEHC",
                                "CNTTOTPAYM", "SWPAID", "CNTBTCH", "CNTITEM"});
     m_customers = everyRecord(m_store, QStringLiteral("AR0024"), {"IDCUST", "AMTBALDUET", "CNTOPENINV"});
+    m_audited = auditedBatches(m_store);
     m_result.batches = qint64(m_batches.size());
     m_result.entries = qint64(m_entries.size());
     m_result.documents = qint64(m_documents.size());
@@ -145,6 +148,16 @@ void Checker::checkBatches() {
             fail(QStringLiteral("Batch %1's total is %2; its entries add up to %3.")
                      .arg(number)
                      .arg(shown(amount(b, "AMTENTER")), shown(total)));
+        // A batch made since the company keeps a trail: what it holds is what its tills saved.
+        const auto audited =
+            m_audited.constFind(QStringLiteral("%1/%2").arg(text(b, "CODEPYMTYP")).arg(number));
+        if (audited != m_audited.constEnd() && (audited->entries != count || audited->total != total))
+            fail(QStringLiteral("Batch %1 holds %2 entries of %3 in all; its audit trail saved %4 of %5.")
+                     .arg(number)
+                     .arg(count)
+                     .arg(shown(total))
+                     .arg(audited->entries)
+                     .arg(shown(audited->total)));
         if (status == BatchPosted && posted != count)
             fail(QStringLiteral("Batch %1 is posted, but %2 of its %3 entries are not.")
                      .arg(number)

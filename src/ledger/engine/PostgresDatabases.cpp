@@ -53,6 +53,8 @@ QSqlDatabase postgresConnection(const QString& name, const CompanyLocation& loca
     db.setUserName(location.user);
     db.setPassword(location.password);
     db.setDatabaseName(database);
+    // The server's notices ("database ... does not exist, skipping") are no business of a till's user.
+    db.setConnectOptions(QStringLiteral("options='-c client_min_messages=warning'"));
     return db;
 }
 

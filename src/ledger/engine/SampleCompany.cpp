@@ -371,7 +371,7 @@ SampleSummary fillSampleCompany(CompanyStore* store, const SampleOptions& option
     }
     customers.flush();
     documents.flush();
-    store->setUser(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"));
+    store->setUser(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"), true);
     transaction.commit();
     store->createSecondaryIndexes();
     summary.customers = customers.written();

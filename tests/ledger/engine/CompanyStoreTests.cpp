@@ -125,6 +125,30 @@ TEST(CompanyIdTest, ATooLongIdIsToldByItsLength) {
     EXPECT_THROW(engine::locateCompany(QStringLiteral("AB-C")), engine::StoreError);
 }
 
+TEST(CompanyIdTest, ABadLedgerAddressIsToldWithoutItsPassword) {
+    const QByteArray saved = qgetenv("TILLBOOK_LEDGER_URL");
+    const struct {
+        const char* url;
+        const char* told;
+    } cases[] = {
+        {"postgresql://clerk:Hush42@db:99999/tillbook_{id}", "port (1 to 65535)"},
+        {"mysql://clerk:Hush42@db/tillbook_{id}", "not a postgresql:// address"},
+    };
+    for (const auto& c : cases) {
+        qputenv("TILLBOOK_LEDGER_URL", c.url);
+        try {
+            engine::locateCompany(QStringLiteral("SAMINC"));
+            ADD_FAILURE() << c.url << " accepted";
+        } catch (const engine::StoreError& e) {
+            EXPECT_TRUE(e.message().contains(c.told)) << e.message().toStdString();
+            EXPECT_FALSE(e.message().contains("Hush42")) << e.message().toStdString();
+        }
+    }
+    qputenv("TILLBOOK_LEDGER_URL", saved);
+    if (saved.isEmpty())
+        qunsetenv("TILLBOOK_LEDGER_URL");
+}
+
 TEST(CompanyFileTest, AnEmptyOrForeignFileIsNoCompanyAndIsLeftAlone) {
     TestStore store;
     const QString path = QDir(store.dataFolder()).filePath(QStringLiteral("EMPTY.sqlite"));

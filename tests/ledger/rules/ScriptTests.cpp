@@ -51,7 +51,7 @@ TEST_P(StoreScripts, SavedEntriesAndAmountsStayWithinTheRules) {
     TestStore store(GetParam());
     if (!store.unavailableReason().isEmpty())
         GTEST_SKIP() << "PostgreSQL is not available: " << store.unavailableReason().toStdString();
-    for (const QString name : {"saved-entries", "amounts", "documents"}) {
+    for (const QString name : {"saved-entries", "amounts", "documents", "new-receipts"}) {
         const QString id = TestStore::uniqueId(QStringLiteral("S"));
         tool({"create", id, "--sample", "--customers", "20", "--documents", "120"}, 0);
         EXPECT_EQ(tool({"run", id, Scripts + name + ".script", "--date", "2025-03-15"}, 1).toStdString(),
