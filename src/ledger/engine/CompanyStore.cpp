@@ -88,6 +88,7 @@ CompanyStore::CompanyStore(CompanyLocation location, std::unique_ptr<Dialect> di
 CompanyStore::~CompanyStore() {
     rollback();
     m_statements.clear(); // before the connection they were prepared on goes
+    m_sqliteStatements.reset();
     m_db.close();
     m_db = QSqlDatabase();
     QSqlDatabase::removeDatabase(m_connectionName);
@@ -312,6 +313,24 @@ TextRows CompanyStore::readText(const QString& sql, const QVariantList& values, 
             rows.append(query.value(i).toString().toUtf8());
     query.finish();
     return rows;
+}
+
+std::vector<QVariant> CompanyStore::readCells(const QString& sql, const QVariantList& values, int width) {
+    if (!m_location.postgres) {
+        if (!m_sqliteStatements)
+            if (sqlite3* handle = sqliteHandle(m_db))
+                m_sqliteStatements = std::make_unique<SqliteStatements>(handle);
+        if (m_sqliteStatements)
+            return m_sqliteStatements->readCells(sql, values, width);
+    }
+    QSqlQuery& query = statement(sql);
+    run(query, values);
+    std::vector<QVariant> cells;
+    while (query.next())
+        for (int i = 0; i < width; ++i)
+            cells.push_back(query.value(i));
+    query.finish();
+    return cells;
 }
 
 void CompanyStore::beginWrite() {

@@ -18,8 +18,11 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace tillbook::engine {
+
+class SqliteStatements;
 
 class CompanyStore {
 public:
@@ -55,6 +58,9 @@ public:
     // The rows of a SELECT of `width` text columns, in one block; on SQLite straight through its own
     // interface, which reads a long list in half the time. Throws StoreError.
     TextRows readText(const QString& sql, const QVariantList& values, int width);
+    // The rows of a SELECT of `width` columns, cell after cell in one block, as a statement() gives them;
+    // on SQLite straight through its own interface, with no row record made on the way. Throws StoreError.
+    std::vector<QVariant> readCells(const QString& sql, const QVariantList& values, int width);
 
     // Transactions, counted so that an inner one joins the outer one.
     void beginWrite();
@@ -103,7 +109,8 @@ private:
     std::unique_ptr<Dialect> m_dialect;
     QString m_connectionName;
     QSqlDatabase m_db;
-    QHash<QString, QSqlQuery> m_statements; // see statement()
+    QHash<QString, QSqlQuery> m_statements;               // see statement()
+    std::unique_ptr<SqliteStatements> m_sqliteStatements; // see readCells()
     int m_depth = 0;
     bool m_readOnly = false;
     bool m_storageVerified = false; // the store's integrity check passed on this connection

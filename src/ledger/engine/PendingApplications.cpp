@@ -28,17 +28,17 @@ QHash<QString, PendingAmounts> pendingApplications(CompanyStore& store, const QS
     const QString sql = pendingLinesSql(QStringLiteral("d.\"IDINVC\""),
                                         QStringLiteral("NOT (d.\"CNTBTCH\" = ? AND d.\"CNTITEM\" = ?)"),
                                         QStringLiteral("d.\"IDINVC\""));
-    QSqlQuery& query = store.statement(sql);
-    store.run(query, {customer, int(BatchPosted), int(BatchDeleted), batch, entry});
+    const std::vector<QVariant> cells =
+        store.readCells(sql, {customer, int(BatchPosted), int(BatchDeleted), batch, entry}, 4);
     QHash<QString, PendingAmounts> pending;
-    while (query.next()) {
+    pending.reserve(qsizetype(cells.size() / 4));
+    for (size_t at = 0; at < cells.size(); at += 4) {
         // Amounts are stored in thousandths (three decimals).
-        pending.insert(query.value(0).toString(),
-                       PendingAmounts{Money::fromThousandths(query.value(1).toLongLong()),
-                                      Money::fromThousandths(query.value(2).toLongLong()),
-                                      Money::fromThousandths(query.value(3).toLongLong())});
+        pending.insert(cells[at].toString(),
+                       PendingAmounts{Money::fromThousandths(cells[at + 1].toLongLong()),
+                                      Money::fromThousandths(cells[at + 2].toLongLong()),
+                                      Money::fromThousandths(cells[at + 3].toLongLong())});
     }
-    query.finish();
     return pending;
 }
 

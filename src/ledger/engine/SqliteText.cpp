@@ -69,4 +69,61 @@ TextRows readSqliteText(sqlite3* db, const QString& sql, const QVariantList& par
     return rows;
 }
 
+SqliteStatements::~SqliteStatements() {
+    for (sqlite3_stmt* statement : std::as_const(m_statements))
+        sqlite3_finalize(statement);
+}
+
+sqlite3_stmt* SqliteStatements::prepared(const QString& sql) {
+    const auto found = m_statements.constFind(sql);
+    if (found != m_statements.constEnd())
+        return found.value();
+    sqlite3_stmt* statement = nullptr;
+    const QByteArray text = sql.toUtf8();
+    if (sqlite3_prepare_v2(m_db, text.constData(), int(text.size()), &statement, nullptr) != SQLITE_OK)
+        throw failure(m_db);
+    m_statements.insert(sql, statement);
+    return statement;
+}
+
+std::vector<QVariant> SqliteStatements::readCells(const QString& sql, const QVariantList& parameters,
+                                                  int width) {
+    sqlite3_stmt* statement = prepared(sql);
+    // Reset however the read ends, so that the statement holds no read lock after it.
+    const auto reset = [](sqlite3_stmt* s) { sqlite3_reset(s); };
+    const std::unique_ptr<sqlite3_stmt, decltype(reset)> running(statement, reset);
+    for (int i = 0; i < parameters.size(); ++i)
+        if (bind(statement, i + 1, parameters[i]) != SQLITE_OK)
+            throw failure(m_db);
+    std::vector<QVariant> cells;
+    int step;
+    while ((step = sqlite3_step(statement)) == SQLITE_ROW) {
+        for (int i = 0; i < width; ++i) {
+            switch (sqlite3_column_type(statement, i)) {
+            case SQLITE_INTEGER:
+                cells.emplace_back(qlonglong(sqlite3_column_int64(statement, i)));
+                break;
+            case SQLITE_FLOAT:
+                cells.emplace_back(sqlite3_column_double(statement, i));
+                break;
+            case SQLITE_NULL:
+                cells.emplace_back(QMetaType::fromType<QString>());
+                break;
+            case SQLITE_BLOB: {
+                const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement, i));
+                cells.emplace_back(QByteArray(bytes, sqlite3_column_bytes(statement, i)));
+                break;
+            }
+            default: {
+                const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, i));
+                cells.emplace_back(QString::fromUtf8(text, sqlite3_column_bytes(statement, i)));
+            }
+            }
+        }
+    }
+    if (step != SQLITE_DONE)
+        throw failure(m_db);
+    return cells;
+}
+
 } // namespace tillbook::engine

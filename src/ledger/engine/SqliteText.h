@@ -5,15 +5,39 @@
 
 #include "ledger/TextRows.h"
 
+#include <QHash>
 #include <QString>
 #include <QVariantList>
+#include <vector>
 
 struct sqlite3;
+struct sqlite3_stmt;
 
 namespace tillbook::engine {
 
 // Runs `sql` with `parameters` bound in order and returns its rows, `width` cells each. Throws StoreError
 // with SQLite's message.
 TextRows readSqliteText(sqlite3* db, const QString& sql, const QVariantList& parameters, int width);
+
+// The statements of one SQLite connection, each prepared on its first use and kept until this goes, which
+// must be before the connection closes.
+class SqliteStatements {
+public:
+    explicit SqliteStatements(sqlite3* db) : m_db(db) {}
+    ~SqliteStatements();
+    SqliteStatements(const SqliteStatements&) = delete;
+    SqliteStatements& operator=(const SqliteStatements&) = delete;
+
+    // The rows of `sql` with `parameters` bound in order, `width` cells a row, cell after cell in one block,
+    // as the Qt driver gives them: whole numbers as qlonglong, real ones as double, text as QString, bytes as
+    // QByteArray and NULL as a null QString. Throws StoreError with SQLite's message.
+    std::vector<QVariant> readCells(const QString& sql, const QVariantList& parameters, int width);
+
+private:
+    sqlite3_stmt* prepared(const QString& sql);
+
+    sqlite3* m_db;
+    QHash<QString, sqlite3_stmt*> m_statements;
+};
 
 } // namespace tillbook::engine

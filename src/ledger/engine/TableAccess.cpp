@@ -111,17 +111,9 @@ Page TableAccess::page(const PageRequest& request) {
     if (request.limit > 0)
         sql += QStringLiteral(" LIMIT %1").arg(request.limit);
 
-    QSqlQuery& query = cached(sql);
-    m_store.run(query, parameters);
     Page result;
     result.width = request.columns.size();
-    if (request.limit > 0)
-        result.cells.reserve(size_t(request.limit) * result.width);
-    const int width = int(result.width);
-    while (query.next())
-        for (int i = 0; i < width; ++i)
-            result.cells.push_back(query.value(i));
-    query.finish();
+    result.cells = m_store.readCells(sql, parameters, int(result.width));
     return result;
 }
 

@@ -195,6 +195,33 @@ TEST_P(CompanyCreationTest, AnOlderCompanyGetsTheColumnsOfNewFields) {
         QStringLiteral("SELECT \"AUDTDATE\", \"AUDTTIME\" FROM \"ARTCR\"")));
 }
 
+// Cells read in one block are the values a prepared statement gives, of the same types, read after read.
+TEST_P(CompanyCreationTest, CellsReadInOneBlockAreWhatAStatementGives) {
+    if (GetParam() != StoreKind::Sqlite)
+        GTEST_SKIP() << "PostgreSQL reads through the statement itself";
+    const auto store = CompanyStore::open(m_id);
+    const QString sql =
+        QStringLiteral("SELECT ?, 2.5, ?, NULL, X'00ff' UNION ALL SELECT -7, 0.0, '', 'x', X''");
+    const QVariantList parameters{qlonglong(1) << 40, QStringLiteral("Caf\u00e9 \u20ac")};
+    QSqlQuery& query = store->statement(sql);
+    store->run(query, parameters);
+    std::vector<QVariant> expected;
+    while (query.next())
+        for (int i = 0; i < 5; ++i)
+            expected.push_back(query.value(i));
+    query.finish();
+    ASSERT_EQ(expected.size(), 10u);
+    for (int read = 0; read < 2; ++read) {
+        const std::vector<QVariant> cells = store->readCells(sql, parameters, 5);
+        ASSERT_EQ(cells.size(), expected.size());
+        for (size_t i = 0; i < cells.size(); ++i) {
+            EXPECT_EQ(cells[i].metaType(), expected[i].metaType()) << i;
+            EXPECT_EQ(cells[i].isNull(), expected[i].isNull()) << i;
+            EXPECT_EQ(cells[i], expected[i]) << i;
+        }
+    }
+}
+
 TILLBOOK_ON_EACH_STORE(CompanyCreationTest);
 TILLBOOK_ON_EACH_STORE(PasswordTest);
 
