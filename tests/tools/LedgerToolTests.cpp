@@ -110,17 +110,21 @@ TEST_F(LedgerToolTest, ScriptedCustomersTakeTheirPlaceInTheNameOrder) {
     const TextRows before = listed();
     ASSERT_GT(before.rows(), 2u);
     const QString renamed = before.text(0, 1); // the first, to be the last
-    const QByteArray script = "open c AR0024\n"
-                              "init c\n"
-                              "put c IDCUST ZNEW1 NAMECUST 'áardvark & co' TEXTSTRE1 '1 Main St.'\n"
-                              "put-unverified c CNTOPENINV 2\n"
-                              "insert c\n"
-                              "put c IDCUST " +
-                              renamed.toUtf8() +
-                              "\n"
-                              "read c\n"
-                              "put c NAMECUST 'zzyzx last'\n"
-                              "update c\n";
+    const QByteArray script =
+        "open c AR0024\n"
+        "init c\n"
+        "put c IDCUST ZNEW1 NAMECUST 'áardvark & co' TEXTSTRE1 '1 Main St.'\n"
+        "insert c\n"
+        "open d AR0036\n"
+        "init d\n"
+        "put d IDCUST ZNEW1 IDINVC ZINV-1 TRXTYPETXT 1 TRXTYPEID 11 AMTINVCTC 5 AMTDUETC 5\n"
+        "insert d\n"
+        "put c IDCUST " +
+        renamed.toUtf8() +
+        "\n"
+        "read c\n"
+        "put c NAMECUST 'zzyzx last'\n"
+        "update c\n";
     const ToolResult result = runTool({"run", "SAMINC", "-", "--stop-on-error"}, script);
     ASSERT_EQ(result.exitCode, 0) << result.out.toStdString() << result.err.toStdString();
     const TextRows after = listed();
