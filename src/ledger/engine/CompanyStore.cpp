@@ -2,6 +2,7 @@
 
 #include "ledger/engine/CompanyFile.h"
 #include "ledger/engine/CompanyFileUse.h"
+#include "ledger/engine/HeldAdditions.h"
 #include "ledger/engine/PasswordHash.h"
 #include "ledger/engine/PostgresDatabases.h"
 #include "ledger/engine/Schema.h"
@@ -63,10 +64,11 @@ QString unknownCompany(const CompanyLocation& location) {
 
 CompanyStore::CompanyStore(CompanyLocation location, std::unique_ptr<Dialect> dialect)
     : m_location(std::move(location)), m_dialect(std::move(dialect)),
-      m_connectionName(uniqueConnectionName()) {}
+      m_connectionName(uniqueConnectionName()), m_held(std::make_unique<HeldAdditions>()) {}
 
 CompanyStore::~CompanyStore() {
-    rollback();
+    while (inTransaction())
+        rollback();
     m_statements.clear(); // before the connection they were prepared on goes
     m_db.close();
     m_db = QSqlDatabase();
@@ -239,6 +241,17 @@ QSqlQuery& CompanyStore::statement(const QString& sql) {
 }
 
 void CompanyStore::run(QSqlQuery& query, const QVariantList& values) {
+    if (!m_held->empty())
+        m_held->write(*this);
+    runPastHeld(query, values);
+}
+
+void CompanyStore::settleHeld(const ViewDef& view, const std::vector<int>& fields, bool anyField) {
+    if (!m_held->empty() && m_held->touches(view, fields, anyField))
+        m_held->write(*this);
+}
+
+void CompanyStore::runPastHeld(QSqlQuery& query, const QVariantList& values) {
     for (int i = 0; i < values.size(); ++i)
         query.bindValue(i, values[i]);
     if (!query.exec())
@@ -265,22 +278,45 @@ void CompanyStore::beginWrite() {
             QStringLiteral("Company \"%1\" can only be read here: %2 or its folder is read-only, so "
                            "nothing can be changed.")
                 .arg(m_location.companyId, m_location.describe()));
-    if (m_depth == 0)
+    if (m_depth == 0) {
         execute(m_dialect->beginWrite());
+        ++m_transactions;
+    } else {
+        // A write within a write: what it does is taken back alone when it fails, and the one around
+        // it goes on (an import refuses a line and checks the next).
+        execute(QStringLiteral("SAVEPOINT tb_level%1").arg(m_depth));
+        m_held->beginLevel();
+    }
     ++m_depth;
 }
 
 void CompanyStore::commit() {
-    if (m_depth == 1)
+    if (m_depth == 1) {
+        m_held->write(*this);
         execute(QStringLiteral("COMMIT"));
+    } else if (m_depth > 1) {
+        execute(QStringLiteral("RELEASE SAVEPOINT tb_level%1").arg(m_depth - 1));
+        m_held->keepLevel();
+    }
     m_depth = std::max(0, m_depth - 1);
 }
 
 void CompanyStore::rollback() noexcept {
     if (m_depth == 0)
         return;
-    m_depth = 0;
     QSqlQuery query(m_db);
+    if (m_depth > 1) {
+        --m_depth;
+        const QString level = QStringLiteral("tb_level%1").arg(m_depth);
+        if (query.exec(QStringLiteral("ROLLBACK TO SAVEPOINT ") + level) &&
+            query.exec(QStringLiteral("RELEASE SAVEPOINT ") + level)) {
+            m_held->rollBackLevel();
+            return;
+        }
+        // The level cannot be taken back alone: nothing of the transaction may last.
+    }
+    m_depth = 0;
+    m_held->drop();
     query.exec(QStringLiteral("ROLLBACK"));
 }
 
