@@ -56,6 +56,18 @@ QString notACompany(const CompanyLocation& location, const QString& why) {
         .arg(location.describe(), why, location.companyId);
 }
 
+// Savepoints come and go with every line of an import: on SQLite their statements are prepared once.
+// PostgreSQL prepares no transaction control.
+void runLevelStatement(CompanyStore& store, const QString& sql) {
+    if (store.location().postgres) {
+        store.execute(sql);
+        return;
+    }
+    QSqlQuery& query = store.statement(sql);
+    store.runPastHeld(query);
+    query.finish();
+}
+
 QString unknownCompany(const CompanyLocation& location) {
     return QStringLiteral("Company \"%1\" does not exist (%2).").arg(location.companyId, location.describe());
 }
@@ -284,7 +296,7 @@ void CompanyStore::beginWrite() {
     } else {
         // A write within a write: what it does is taken back alone when it fails, and the one around
         // it goes on (an import refuses a line and checks the next).
-        execute(QStringLiteral("SAVEPOINT tb_level%1").arg(m_depth));
+        runLevelStatement(*this, QStringLiteral("SAVEPOINT tb_level%1").arg(m_depth));
         m_held->beginLevel();
     }
     ++m_depth;
@@ -295,7 +307,7 @@ void CompanyStore::commit() {
         m_held->write(*this);
         execute(QStringLiteral("COMMIT"));
     } else if (m_depth > 1) {
-        execute(QStringLiteral("RELEASE SAVEPOINT tb_level%1").arg(m_depth - 1));
+        runLevelStatement(*this, QStringLiteral("RELEASE SAVEPOINT tb_level%1").arg(m_depth - 1));
         m_held->keepLevel();
     }
     m_depth = std::max(0, m_depth - 1);
