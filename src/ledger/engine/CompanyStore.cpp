@@ -3,6 +3,7 @@
 #include "ledger/engine/AuditTrail.h"
 #include "ledger/engine/CompanyFile.h"
 #include "ledger/engine/CompanyFileUse.h"
+#include "ledger/engine/HeldAdditions.h"
 #include "ledger/engine/NameOrder.h"
 #include "ledger/engine/PasswordHash.h"
 #include "ledger/engine/PostgresDatabases.h"
@@ -75,6 +76,18 @@ sqlite3* sqliteHandle(const QSqlDatabase& db) {
     return *static_cast<sqlite3* const*>(handle.constData());
 }
 
+// Savepoints come and go with every line of an import: on SQLite their statements are prepared once.
+// PostgreSQL prepares no transaction control.
+void runLevelStatement(CompanyStore& store, const QString& sql) {
+    if (store.location().postgres) {
+        store.execute(sql);
+        return;
+    }
+    QSqlQuery& query = store.statement(sql);
+    store.runPastHeld(query);
+    query.finish();
+}
+
 QString unknownCompany(const CompanyLocation& location) {
     return QStringLiteral("Company \"%1\" does not exist (%2).").arg(location.companyId, location.describe());
 }
@@ -83,10 +96,11 @@ QString unknownCompany(const CompanyLocation& location) {
 
 CompanyStore::CompanyStore(CompanyLocation location, std::unique_ptr<Dialect> dialect)
     : m_location(std::move(location)), m_dialect(std::move(dialect)),
-      m_connectionName(uniqueConnectionName()) {}
+      m_connectionName(uniqueConnectionName()), m_held(std::make_unique<HeldAdditions>()) {}
 
 CompanyStore::~CompanyStore() {
-    rollback();
+    while (inTransaction())
+        rollback();
     m_statements.clear(); // before the connection they were prepared on goes
     m_sqliteStatements.reset();
     m_db.close();
@@ -282,6 +296,17 @@ QSqlQuery& CompanyStore::statement(const QString& sql) {
 }
 
 void CompanyStore::run(QSqlQuery& query, const QVariantList& values) {
+    if (!m_held->empty())
+        m_held->write(*this);
+    runPastHeld(query, values);
+}
+
+void CompanyStore::settleHeld(const ViewDef& view, const std::vector<int>& fields, bool anyField) {
+    if (!m_held->empty() && m_held->touches(view, fields, anyField))
+        m_held->write(*this);
+}
+
+void CompanyStore::runPastHeld(QSqlQuery& query, const QVariantList& values) {
     for (int i = 0; i < values.size(); ++i)
         query.bindValue(i, values[i]);
     if (!query.exec())
@@ -303,6 +328,8 @@ void CompanyStore::execute(const QString& sql, const QVariantList& values) {
 }
 
 TextRows CompanyStore::readText(const QString& sql, const QVariantList& values, int width) {
+    if (!m_held->empty())
+        m_held->write(*this);
     if (sqlite3* handle = m_location.postgres ? nullptr : sqliteHandle(m_db))
         return readSqliteText(handle, sql, values, width);
     QSqlQuery& query = statement(sql);
@@ -315,7 +342,10 @@ TextRows CompanyStore::readText(const QString& sql, const QVariantList& values, 
     return rows;
 }
 
-std::vector<QVariant> CompanyStore::readCells(const QString& sql, const QVariantList& values, int width) {
+std::vector<QVariant> CompanyStore::readCells(const QString& sql, const QVariantList& values, int width,
+                                              bool settle) {
+    if (settle && !m_held->empty())
+        m_held->write(*this);
     if (!m_location.postgres) {
         if (!m_sqliteStatements)
             if (sqlite3* handle = sqliteHandle(m_db))
@@ -342,6 +372,12 @@ void CompanyStore::beginWrite() {
     if (m_depth == 0) {
         requireWholeStorage();
         execute(m_dialect->beginWrite());
+        ++m_transactions;
+    } else {
+        // A write within a write: what it does is taken back alone when it fails, and the one around
+        // it goes on (an import refuses a line and checks the next).
+        runLevelStatement(*this, QStringLiteral("SAVEPOINT tb_level%1").arg(m_depth));
+        m_held->beginLevel();
     }
     ++m_depth;
 }
@@ -359,16 +395,32 @@ void CompanyStore::requireWholeStorage() {
 }
 
 void CompanyStore::commit() {
-    if (m_depth == 1)
+    if (m_depth == 1) {
+        m_held->write(*this);
         execute(QStringLiteral("COMMIT"));
+    } else if (m_depth > 1) {
+        runLevelStatement(*this, QStringLiteral("RELEASE SAVEPOINT tb_level%1").arg(m_depth - 1));
+        m_held->keepLevel();
+    }
     m_depth = std::max(0, m_depth - 1);
 }
 
 void CompanyStore::rollback() noexcept {
     if (m_depth == 0)
         return;
-    m_depth = 0;
     QSqlQuery query(m_db);
+    if (m_depth > 1) {
+        --m_depth;
+        const QString level = QStringLiteral("tb_level%1").arg(m_depth);
+        if (query.exec(QStringLiteral("ROLLBACK TO SAVEPOINT ") + level) &&
+            query.exec(QStringLiteral("RELEASE SAVEPOINT ") + level)) {
+            m_held->rollBackLevel();
+            return;
+        }
+        // The level cannot be taken back alone: nothing of the transaction may last.
+    }
+    m_depth = 0;
+    m_held->drop();
     query.exec(QStringLiteral("ROLLBACK"));
 }
 

@@ -22,7 +22,9 @@
 
 namespace tillbook::engine {
 
+class HeldAdditions;
 class SqliteStatements;
+struct ViewDef;
 
 class CompanyStore {
 public:
@@ -52,21 +54,36 @@ public:
     // The prepared statement of this text, prepared on the connection's first use of it and kept for its
     // life: statements run again and again are parsed once. Finish a query's reading before running it again.
     QSqlQuery& statement(const QString& sql);
-    // Binds `values` in order and runs; throws StoreError with the statement's error.
+    // Binds `values` in order and runs; throws StoreError with the statement's error. Additions held
+    // for the commit are written first: the statement may read them.
     void run(QSqlQuery& query, const QVariantList& values = {});
+    // As run, for a statement its caller knows cannot see the held additions (see settleHeld).
+    void runPastHeld(QSqlQuery& query, const QVariantList& values = {});
+    // Writes the held additions when a statement on `view`'s table naming `fields` (or, with
+    // `anyField`, a condition that may name any field) could see them.
+    void settleHeld(const ViewDef& view, const std::vector<int>& fields, bool anyField = false);
+    HeldAdditions& heldAdditions() { return *m_held; }
     void execute(const QString& sql, const QVariantList& values = {});
     // The rows of a SELECT of `width` text columns, in one block; on SQLite straight through its own
-    // interface, which reads a long list in half the time. Throws StoreError.
+    // interface, which reads a long list in half the time. Additions held for the commit are written first.
+    // Throws StoreError.
     TextRows readText(const QString& sql, const QVariantList& values, int width);
     // The rows of a SELECT of `width` columns, cell after cell in one block, as a statement() gives them;
-    // on SQLite straight through its own interface, with no row record made on the way. Throws StoreError.
-    std::vector<QVariant> readCells(const QString& sql, const QVariantList& values, int width);
+    // on SQLite straight through its own interface, with no row record made on the way. Additions held for
+    // the commit are written first unless `settle` is false (the caller has settled what the read can see).
+    // Throws StoreError.
+    std::vector<QVariant> readCells(const QString& sql, const QVariantList& values, int width,
+                                    bool settle = true);
 
-    // Transactions, counted so that an inner one joins the outer one.
+    // Transactions, counted so that an inner one joins the outer one; an inner one is a savepoint, rolled
+    // back alone.
     void beginWrite();
     void commit();
     void rollback() noexcept;
     bool inTransaction() const { return m_depth > 0; }
+    // Which transaction of this connection is open: what one has found stays so until it ends, as no
+    // other till writes meanwhile (SQLite's write lock) or writes what it holds (PostgreSQL's).
+    qint64 transactionNumber() const { return m_depth > 0 ? m_transactions : -1; }
 
     // The next free number of a named counter, safe when several tills take numbers at once.
     qint64 nextNumber(const QString& counter);
@@ -111,7 +128,9 @@ private:
     QSqlDatabase m_db;
     QHash<QString, QSqlQuery> m_statements;               // see statement()
     std::unique_ptr<SqliteStatements> m_sqliteStatements; // see readCells()
+    std::unique_ptr<HeldAdditions> m_held;
     int m_depth = 0;
+    qint64 m_transactions = 0;
     bool m_readOnly = false;
     bool m_storageVerified = false; // the store's integrity check passed on this connection
     QString m_countedFile;          // counted in CompanyFileUse while this connection is open

@@ -20,7 +20,10 @@ public:
         // LIKE compares case-sensitively, as it does on PostgreSQL.
         return {QStringLiteral("PRAGMA case_sensitive_like=ON"),
                 QStringLiteral("PRAGMA busy_timeout=%1").arg(lockWaitMilliseconds()),
-                QStringLiteral("PRAGMA synchronous=NORMAL")};
+                QStringLiteral("PRAGMA synchronous=NORMAL"),
+                // A write within a write (a savepoint) copies the pages it changes aside, to take them
+                // back: in memory, not into a temporary file for every line of an import.
+                QStringLiteral("PRAGMA temp_store=MEMORY")};
     }
     // WAL lets tills read while one writes.
     QStringList journalSetup() const override { return {QStringLiteral("PRAGMA journal_mode=WAL")}; }

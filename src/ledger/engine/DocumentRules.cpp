@@ -83,7 +83,8 @@ void settleFigures(ViewCore& view, Money due) {
     settle(view, QStringLiteral("SWPAID"), due.isZero() ? 1 : 0, follows);
 }
 
-// The customer's balance and counts move with the document's amount due.
+// The customer's balance and counts move with the document's amount due, written once a customer at
+// the commit: a load of many documents of one customer changes its record once.
 void moveCustomerFigures(ViewCore& view, Money before, Money after, bool isNew) {
     const int open = (after.isZero() ? 0 : 1) - (isNew || before.isZero() ? 0 : 1);
     const int paid = (after.isZero() ? 1 : 0) - (isNew || !before.isZero() ? 0 : 1);
@@ -99,7 +100,8 @@ void moveCustomerFigures(ViewCore& view, Money before, Money after, bool isNew) 
     if (change.isEmpty())
         return;
     const QString customer = textField(view, QStringLiteral("IDCUST")).trimmed();
-    if (!addToRecord(view.store(), QStringLiteral("AR0024"), {{QStringLiteral("IDCUST"), customer}}, change))
+    if (!addToRecordAtCommit(view.store(), QStringLiteral("AR0024"), {{QStringLiteral("IDCUST"), customer}},
+                             change))
         view.errors().fail(QStringLiteral("Customer Number \"%1\" does not exist.").arg(customer));
 }
 

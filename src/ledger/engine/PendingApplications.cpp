@@ -28,8 +28,9 @@ QHash<QString, PendingAmounts> pendingApplications(CompanyStore& store, const QS
     const QString sql = pendingLinesSql(QStringLiteral("d.\"IDINVC\""),
                                         QStringLiteral("NOT (d.\"CNTBTCH\" = ? AND d.\"CNTITEM\" = ?)"),
                                         QStringLiteral("d.\"IDINVC\""));
+    // Receipt lines, batches and entries only: the customer figures held for the commit cannot be seen here.
     const std::vector<QVariant> cells =
-        store.readCells(sql, {customer, int(BatchPosted), int(BatchDeleted), batch, entry}, 4);
+        store.readCells(sql, {customer, int(BatchPosted), int(BatchDeleted), batch, entry}, 4, false);
     QHash<QString, PendingAmounts> pending;
     pending.reserve(qsizetype(cells.size() / 4));
     for (size_t at = 0; at < cells.size(); at += 4) {

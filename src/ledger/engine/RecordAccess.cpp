@@ -1,6 +1,7 @@
 #include "ledger/engine/RecordAccess.h"
 
 #include "ledger/engine/FieldRangeError.h"
+#include "ledger/engine/HeldAdditions.h"
 #include "ledger/engine/StoreError.h"
 #include "ledger/engine/TableAccess.h"
 #include "ledger/engine/ValueCodec.h"
@@ -209,6 +210,22 @@ bool addToRecord(CompanyStore& store, const QString& viewId, const QVariantHash&
     // In the view's order, so that of several sums that would not fit the same one is named every time.
     std::sort(additions.begin(), additions.end(),
               [](const auto& a, const auto& b) { return a.first < b.first; });
+    return addStoredAmounts(store, def, stored(def, key), additions);
+}
+
+bool addToRecordAtCommit(CompanyStore& store, const QString& viewId, const QVariantHash& key,
+                         const QVariantHash& amounts) {
+    if (!store.inTransaction())
+        return addToRecord(store, viewId, key, amounts);
+    const ViewDef& def = viewDef(viewId);
+    FieldValues additions = stored(def, amounts);
+    std::sort(additions.begin(), additions.end(),
+              [](const auto& a, const auto& b) { return a.first < b.first; });
+    return store.heldAdditions().add(store, def, stored(def, key), additions);
+}
+
+bool addStoredAmounts(CompanyStore& store, const ViewDef& def, const FieldValues& key,
+                      const FieldValues& additions) {
     QStringList assignments;
     QStringList bounds;
     QVariantList parameters;
@@ -228,7 +245,12 @@ bool addToRecord(CompanyStore& store, const QString& viewId, const QVariantHash&
             boundParameters << qlonglong(-capacity - add);
         }
     }
-    QString condition = keyCondition(def, key, parameters);
+    QStringList keyTerms;
+    for (const auto& [field, value] : key) {
+        keyTerms << quoted(def.fields[size_t(field)].name) + QStringLiteral(" = ?");
+        parameters << value;
+    }
+    QString condition = keyTerms.join(QStringLiteral(" AND "));
     parameters << boundParameters;
     if (!bounds.isEmpty())
         condition += QStringLiteral(" AND ") + bounds.join(QStringLiteral(" AND "));
@@ -247,7 +269,7 @@ bool addToRecord(CompanyStore& store, const QString& viewId, const QVariantHash&
             return true;
         if (bounds.isEmpty())
             return false;
-        const std::optional<Row> now = TableAccess(store, def).read(columns, stored(def, key));
+        const std::optional<Row> now = TableAccess(store, def).read(columns, key);
         if (!now)
             return false;
         for (size_t k = 0; k < additions.size(); ++k) {

@@ -55,6 +55,13 @@ void updateRun(CompanyStore& store, const QString& viewId, const QVariantHash& e
 // Adds `amounts` to numeric fields in one statement, so that tills adding at once never lose an addition.
 bool addToRecord(CompanyStore& store, const QString& viewId, const QVariantHash& key,
                  const QVariantHash& amounts);
+// As addToRecord, in the view's stored values, the additions in field order.
+bool addStoredAmounts(CompanyStore& store, const ViewDef& def, const FieldValues& key,
+                      const FieldValues& additions);
+// As addToRecord, but inside a transaction the additions are held and written once a record before the
+// commit (see HeldAdditions): for figures that many writes of one transaction move.
+bool addToRecordAtCommit(CompanyStore& store, const QString& viewId, const QVariantHash& key,
+                         const QVariantHash& amounts);
 // The sum of a numeric field over the records matching `equal`.
 Money sumOf(CompanyStore& store, const QString& viewId, const QString& field, const QVariantHash& equal);
 

@@ -44,6 +44,15 @@ QSqlQuery& TableAccess::cached(const QString& sql) {
     return m_store.statement(sql);
 }
 
+// The statement of a shape this table was asked for before, without making its text again: a view
+// that inserts or reads record after record asks for the same few.
+QSqlQuery& TableAccess::cached(const std::vector<int>& shape, const std::function<QString()>& make) {
+    auto it = m_sqlByShape.find(shape);
+    if (it == m_sqlByShape.end())
+        it = m_sqlByShape.emplace(shape, make()).first;
+    return m_store.statement(it->second);
+}
+
 // The WHERE clause of a request's filter and header key (empty when none), its values appended to
 // `parameters`.
 QString TableAccess::conditions(const PageRequest& request, QVariantList& parameters) const {
@@ -111,20 +120,47 @@ Page TableAccess::page(const PageRequest& request) {
     if (request.limit > 0)
         sql += QStringLiteral(" LIMIT %1").arg(request.limit);
 
+    std::vector<int> named = request.columns;
+    named.insert(named.end(), request.order.begin(), request.order.end());
+    for (const auto& equal : request.equal)
+        named.push_back(equal.first);
+    m_store.settleHeld(m_view, named, !request.where.isEmpty());
     Page result;
     result.width = request.columns.size();
-    result.cells = m_store.readCells(sql, parameters, int(result.width));
+    result.cells = m_store.readCells(sql, parameters, int(result.width), false);
     return result;
 }
 
 std::optional<Row> TableAccess::read(const std::vector<int>& fields, const FieldValues& key, bool forUpdate) {
+    std::vector<int> named = fields;
+    for (const auto& part : key)
+        named.push_back(part.first);
+    m_store.settleHeld(m_view, named);
+    return readRow(fields, key, forUpdate);
+}
+
+std::optional<Row> TableAccess::readAsStored(const std::vector<int>& fields, const FieldValues& key) {
+    return readRow(fields, key, false);
+}
+
+std::optional<Row> TableAccess::readRow(const std::vector<int>& fields, const FieldValues& key,
+                                        bool forUpdate) {
+    std::vector<int> shape{forUpdate ? ReadForUpdate : Read};
+    shape.insert(shape.end(), fields.begin(), fields.end());
+    shape.push_back(Where);
     QVariantList parameters;
-    const QStringList conditions = equalities(key, parameters);
-    QSqlQuery& query =
-        cached(QStringLiteral("SELECT %1 FROM \"%2\" WHERE %3%4")
-                   .arg(columns(fields).join(u','), m_view.table, conditions.join(QStringLiteral(" AND ")),
-                        forUpdate ? m_store.dialect().lockForUpdate() : QString()));
-    m_store.run(query, parameters);
+    for (const auto& [field, value] : key) {
+        shape.push_back(field);
+        parameters << value;
+    }
+    QSqlQuery& query = cached(shape, [&] {
+        QVariantList unused;
+        return QStringLiteral("SELECT %1 FROM \"%2\" WHERE %3%4")
+            .arg(columns(fields).join(u','), m_view.table,
+                 equalities(key, unused).join(QStringLiteral(" AND ")),
+                 forUpdate ? m_store.dialect().lockForUpdate() : QString());
+    });
+    m_store.runPastHeld(query, parameters);
     std::optional<Row> row;
     if (query.next()) {
         row.emplace();
@@ -136,29 +172,43 @@ std::optional<Row> TableAccess::read(const std::vector<int>& fields, const Field
 }
 
 void TableAccess::insert(const std::vector<int>& fields, const Row& values) {
-    QSqlQuery& query =
-        cached(QStringLiteral("INSERT INTO \"%1\" (%2) VALUES (%3)")
-                   .arg(m_view.table, columns(fields).join(u','), placeholders(fields.size())));
-    m_store.run(query, QVariantList(values.begin(), values.end()));
+    std::vector<int> shape{Insert};
+    shape.insert(shape.end(), fields.begin(), fields.end());
+    QSqlQuery& query = cached(shape, [&] {
+        return QStringLiteral("INSERT INTO \"%1\" (%2) VALUES (%3)")
+            .arg(m_view.table, columns(fields).join(u','), placeholders(fields.size()));
+    });
+    // A new record: nothing is held for it.
+    m_store.runPastHeld(query, QVariantList(values.begin(), values.end()));
     query.finish();
 }
 
 bool TableAccess::update(const FieldValues& key, const FieldValues& changes) {
     if (changes.empty())
         return bool(read({key.front().first}, key));
+    std::vector<int> named;
+    for (const auto& change : changes)
+        named.push_back(change.first);
+    for (const auto& part : key)
+        named.push_back(part.first);
+    m_store.settleHeld(m_view, named);
     QVariantList parameters;
     const QStringList assignments = equalities(changes, parameters);
     const QStringList conditions = equalities(key, parameters);
     QSqlQuery& query =
         cached(QStringLiteral("UPDATE \"%1\" SET %2 WHERE %3")
                    .arg(m_view.table, assignments.join(u','), conditions.join(QStringLiteral(" AND "))));
-    m_store.run(query, parameters);
+    m_store.runPastHeld(query, parameters);
     const bool changed = query.numRowsAffected() > 0;
     query.finish();
     return changed;
 }
 
 bool TableAccess::exists(const std::vector<int>& fields, const QVariant& value, const FieldValues& also) {
+    std::vector<int> named = fields;
+    for (const auto& part : also)
+        named.push_back(part.first);
+    m_store.settleHeld(m_view, named);
     QStringList alternatives;
     QVariantList parameters;
     for (int field : fields) {
@@ -169,7 +219,7 @@ bool TableAccess::exists(const std::vector<int>& fields, const QVariant& value, 
     conditions << equalities(also, parameters);
     QSqlQuery& query = cached(QStringLiteral("SELECT 1 FROM \"%1\" WHERE %2 LIMIT 1")
                                   .arg(m_view.table, conditions.join(QStringLiteral(" AND "))));
-    m_store.run(query, parameters);
+    m_store.runPastHeld(query, parameters);
     const bool found = query.next();
     query.finish();
     return found;

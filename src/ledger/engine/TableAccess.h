@@ -1,13 +1,16 @@
 #pragma once
 
 // The SQL of one view's table: pages of records in key order, one record by key, insert, update and
-// existence. Values here are column values (see ValueCodec: toStorage/fromStorage).
+// existence. Values here are column values (see ValueCodec: toStorage/fromStorage). Additions the store
+// holds for the commit are written first where a statement names the fields they change.
 
 #include "ledger/engine/CompanyStore.h"
 #include "ledger/engine/Schema.h"
 
 #include <QHash>
 #include <QVariantList>
+#include <functional>
+#include <map>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -48,6 +51,8 @@ public:
     TextRows text(const PageRequest& request, int collatedBy = -1);
     // `forUpdate`: the record stays locked until the transaction ends, where the store locks records.
     std::optional<Row> read(const std::vector<int>& columns, const FieldValues& key, bool forUpdate = false);
+    // As read, as the table holds the record, whatever is held for it: for HeldAdditions itself.
+    std::optional<Row> readAsStored(const std::vector<int>& columns, const FieldValues& key);
     void insert(const std::vector<int>& columns, const Row& values);
     // Changes `changes` in the record whose key is `key`; false when there is no such record.
     bool update(const FieldValues& key, const FieldValues& changes);
@@ -60,9 +65,14 @@ private:
     QStringList columns(const std::vector<int>& fields) const;
     QStringList equalities(const FieldValues& values, QVariantList& parameters) const;
     QSqlQuery& cached(const QString& sql); // the connection's kept statement
+    // Marks in a statement's shape: what it does, then its fields, then those of its condition.
+    enum ShapeMark { Insert = -1, Read = -2, ReadForUpdate = -3, Where = -4 };
+    QSqlQuery& cached(const std::vector<int>& shape, const std::function<QString()>& make);
+    std::optional<Row> readRow(const std::vector<int>& columns, const FieldValues& key, bool forUpdate);
 
     CompanyStore& m_store;
     const ViewDef& m_view;
+    std::map<std::vector<int>, QString> m_sqlByShape;
 };
 
 } // namespace tillbook::engine

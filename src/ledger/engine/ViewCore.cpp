@@ -427,7 +427,9 @@ void ViewCore::stage() {
 
 void ViewCore::insertRecord(const Values& values) {
     const FieldValues key = storedKey();
-    if (m_table.read({key.front().first}, key)) {
+    const bool knownAbsent =
+        m_absentIn >= 0 && m_absentIn == store().transactionNumber() && key == m_absentKey;
+    if (!knownAbsent && m_table.read({key.front().first}, key)) {
         QStringList parts;
         for (int field : m_def.primaryKey().fields)
             parts << displayText(m_def.fields[size_t(field)], values[size_t(field)]);
@@ -486,6 +488,7 @@ void ViewCore::insert() {
     writeStagedLines();
     m_rules->afterInsert(*this);
     transaction.commit();
+    m_absentIn = -1;
     m_staged.clear();
     m_isNew = false;
     m_key = storedKey();
@@ -567,8 +570,11 @@ bool ViewCore::read() {
     // caller first asks for one of them (as for the records of a page).
     const std::vector<int>& columns = m_def.primaryKey().fields;
     std::optional<Row> row = m_table.read(columns, storedKey());
-    if (!row)
+    if (!row) {
+        m_absentKey = storedKey();
+        m_absentIn = store().transactionNumber();
         return false;
+    }
     loadRow(columns, row->data());
     return true;
 }

@@ -120,6 +120,9 @@ private:
     bool m_anyWanted = false;
     bool m_isNew = true;
     FieldValues m_key; // the stored key of the record as read
+    // A key read finds no record for, and the transaction that read it: its insert need not look again.
+    FieldValues m_absentKey;
+    qint64 m_absentIn = -1;
 
     std::unique_ptr<Cursor> m_cursor;
     QHash<QString, int> m_otherSpellings; // names as callers wrote them, other than the stored name
