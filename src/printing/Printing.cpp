@@ -75,9 +75,10 @@ QPrinterInfo choosePrinter(QStringList& problems) {
 bool printToPdf(const QString& file, const QStringList& copies, const QString& title, QStringList& problems) {
     // A receipt names a customer and what they paid: readable by its owner only, as every file of ours.
     const QFileDevice::Permissions ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+    const QString unwritable = QStringLiteral("The receipt could not be written to %1.").arg(file);
     QFile out(file);
     if (!out.open(QIODevice::WriteOnly | QIODevice::Truncate, ownerOnly) || !out.setPermissions(ownerOnly)) {
-        problems << QStringLiteral("The receipt could not be written to %1.").arg(file);
+        problems << unwritable;
         return false;
     }
     QPdfWriter writer(&out);
@@ -88,7 +89,7 @@ bool printToPdf(const QString& file, const QStringList& copies, const QString& t
     writer.setPageMargins(QMarginsF(12, 12, 12, 12), QPageLayout::Millimeter);
     QPainter painter;
     if (!painter.begin(&writer)) {
-        problems << QStringLiteral("The receipt could not be written to %1.").arg(file);
+        problems << unwritable;
         return false;
     }
     Paint_ReceiptPage(painter, writer, copies);
