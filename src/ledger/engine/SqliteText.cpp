@@ -2,6 +2,8 @@
 
 #include "ledger/engine/StoreError.h"
 
+#include <QSqlDatabase>
+#include <QSqlDriver>
 #include <memory>
 #include <sqlite3.h>
 
@@ -46,6 +48,13 @@ int bind(sqlite3_stmt* statement, int at, const QVariant& value) {
 }
 
 } // namespace
+
+sqlite3* sqliteHandle(const QSqlDatabase& db) {
+    const QVariant handle = db.driver()->handle();
+    if (qstrcmp(handle.typeName(), "sqlite3*") != 0)
+        return nullptr;
+    return *static_cast<sqlite3* const*>(handle.constData());
+}
 
 TextRows readSqliteText(sqlite3* db, const QString& sql, const QVariantList& parameters, int width) {
     sqlite3_stmt* prepared = nullptr;

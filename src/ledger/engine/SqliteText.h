@@ -10,10 +10,14 @@
 #include <QVariantList>
 #include <vector>
 
+class QSqlDatabase;
 struct sqlite3;
 struct sqlite3_stmt;
 
 namespace tillbook::engine {
+
+// The SQLite connection under a Qt connection; nullptr when it is no SQLite connection.
+sqlite3* sqliteHandle(const QSqlDatabase& db);
 
 // Runs `sql` with `parameters` bound in order and returns its rows, `width` cells each. Throws StoreError
 // with SQLite's message.

@@ -50,5 +50,9 @@ QString displayText(const FieldDef& field, const QVariant& value);
 // `extraDecimals` tells whether digits beyond `scale` were dropped (rounded half away from zero).
 std::optional<qint64> parseScaled(const QString& text, int scale, bool& extraDecimals);
 QString formatScaled(qint64 scaled, int scale);
+qint64 powerOfTen(int n);
+
+// The value callers get of a decimal field holding `scaled` (an integer times 10^scale).
+QVariant decimalValue(const FieldDef& field, qint64 scaled);
 
 } // namespace tillbook::engine
