@@ -25,8 +25,8 @@ QString Get_BatchBank(ReceiptViews& views, const QString& batchNumber);
 // Inserts a new cash-receipt batch described "ORVA - yyyymmdd" and returns the number the ledger gave it.
 qint64 Create_Batch(ReceiptViews& views, const QDate& today);
 
-// Writes the bank code into the batch. Throws LedgerError.
-void Set_BatchBank(ReceiptViews& views, const QString& batchNumber, const QString& bankCode);
+// Writes the bank code into the batch and returns the ledger's warnings. Throws LedgerError.
+Warnings Set_BatchBank(ReceiptViews& views, const QString& batchNumber, const QString& bankCode);
 
 // The company's bank codes, in the view's order. Throws LedgerError.
 QStringList Load_BankCodes(Session& session);

@@ -9,10 +9,10 @@ namespace {
 
 // Walks the whole view from its first record, comparing the trimmed field with the wanted text; the first
 // equal record's `answer` field, trimmed, or nothing.
-std::optional<QString> firstRecordWith(Session& session, const QString& viewId, const QString& ledger,
-                                       const QString& field, const QString& wanted, const QString& answer) {
+std::optional<QString> firstRecordWith(Session& session, const FieldName& field, const QString& wanted,
+                                       const FieldName& answer) {
     try {
-        const std::unique_ptr<View> view = session.openView(viewId, ledger);
+        const std::unique_ptr<View> view = session.openView(field.view);
         Field& value = view->fields().item(field);
         while (view->fetch()) {
             if (value.value().toString().trimmed() == wanted)
@@ -26,26 +26,22 @@ std::optional<QString> firstRecordWith(Session& session, const QString& viewId, 
     return std::nullopt;
 }
 
-bool anyRecordHas(Session& session, const QString& viewId, const QString& ledger, const QString& field,
-                  const QString& wanted) {
-    return firstRecordWith(session, viewId, ledger, field, wanted, field).has_value();
+bool anyRecordHas(Session& session, const FieldName& field, const QString& wanted) {
+    return firstRecordWith(session, field, wanted, field).has_value();
 }
 
 } // namespace
 
 bool Check_DistCode(Session& session, const QString& code) {
-    return anyRecordHas(session, QStringLiteral("AR0015"), QStringLiteral("AR"), QStringLiteral("IDDIST"),
-                        code);
+    return anyRecordHas(session, names::DistributionCode, code);
 }
 
 std::optional<QString> Get_DistRevenueAccount(Session& session, const QString& code) {
-    return firstRecordWith(session, QStringLiteral("AR0015"), QStringLiteral("AR"), QStringLiteral("IDDIST"),
-                           code, QStringLiteral("IDACCTREV"));
+    return firstRecordWith(session, names::DistributionCode, code, names::DistributionRevenueAccount);
 }
 
 bool Check_GLAccount(Session& session, const QString& account) {
-    return anyRecordHas(session, QStringLiteral("GL0001"), QStringLiteral("GL"), QStringLiteral("ACCTID"),
-                        Strip_Hyphens(account));
+    return anyRecordHas(session, names::AccountNumber, Strip_Hyphens(account));
 }
 
 QString Strip_Hyphens(const QString& text) {

@@ -12,12 +12,12 @@ CustomerRecord CustomerList::operator[](size_t position) const {
 CustomerList Read_Customers(Session& session, const TaskProgress& progress) {
     if (progress)
         progress(0, 0);
-    const std::unique_ptr<View> view = session.openView(QStringLiteral("AR0024"), QStringLiteral("AR"));
+    const std::unique_ptr<View> view = session.openView(names::Customers);
     view->browse(QStringLiteral("CNTOPENINV>0"), true);
-    CustomerList customers(
-        view->readAllText({QStringLiteral("NAMECUST"), QStringLiteral("IDCUST"), QStringLiteral("TEXTSTRE1"),
-                           QStringLiteral("TEXTSTRE2"), QStringLiteral("TEXTPHON1")},
-                          QStringLiteral("NAMECUST")));
+    CustomerList customers(view->readAllText({names::CustomerName.text(), names::CustomerNumber.text(),
+                                              names::CustomerStreet1.text(), names::CustomerStreet2.text(),
+                                              names::CustomerPhone.text()},
+                                             names::CustomerName.text()));
     if (progress)
         progress(int(customers.size()), int(customers.size()));
     return customers;

@@ -5,13 +5,30 @@
 
 namespace tillbook {
 
-QString FieldText(View& view, const QString& field) {
+namespace {
+
+template <typename Name> QString textOf(View& view, const Name& field) {
     return VariantText(view.fields().item(field).value());
 }
 
-Money FieldMoney(View& view, const QString& field) {
+template <typename Name> Money moneyOf(View& view, const Name& field) {
     const QVariant value = view.fields().item(field).value();
     return value.canConvert<Money>() ? value.value<Money>() : ValMoney(value.toString());
+}
+
+} // namespace
+
+QString FieldText(View& view, const QString& field) {
+    return textOf(view, field);
+}
+Money FieldMoney(View& view, const QString& field) {
+    return moneyOf(view, field);
+}
+QString FieldText(View& view, const FieldName& field) {
+    return textOf(view, field);
+}
+Money FieldMoney(View& view, const FieldName& field) {
+    return moneyOf(view, field);
 }
 
 } // namespace tillbook

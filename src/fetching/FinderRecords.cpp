@@ -17,9 +17,8 @@ QStringList FinderFields(int finderKind) {
 
 std::vector<QStringList> Read_FinderRecords(Session& session, int finderKind) {
     const bool codes = finderKind == FinderDistCodes;
-    const std::unique_ptr<View> view = codes
-                                           ? session.openView(QStringLiteral("AR0015"), QStringLiteral("AR"))
-                                           : session.openView(QStringLiteral("GL0001"), QStringLiteral("GL"));
+    const std::unique_ptr<View> view =
+        codes ? session.openView(names::DistributionCodes) : session.openView(names::Accounts);
     const QStringList fields = FinderFields(finderKind);
     std::vector<QStringList> rows;
     view->browse(QString(), true);

@@ -7,9 +7,9 @@ namespace tillbook {
 
 FiscalYearList Read_FiscalYears(Session& session, const QDate& date) {
     const QString yearText = QString::number(date.year());
-    const std::unique_ptr<View> view = session.openView(QStringLiteral("CS0002"), QStringLiteral("CS"));
+    const std::unique_ptr<View> view = session.openView(names::FiscalCalendar);
     view->browse(QStringLiteral("(Active=1)"), true);
-    Field& year = view->fields().item(QStringLiteral("FSCYEAR"));
+    Field& year = view->fields().item(names::FiscalYear);
     FiscalYearList list;
     while (view->fetch()) {
         list.years << year.value().toString();
@@ -20,8 +20,8 @@ FiscalYearList Read_FiscalYears(Session& session, const QDate& date) {
 }
 
 int Get_PeriodCount(Session& session) {
-    const std::unique_ptr<View> view = session.openView(QStringLiteral("CS0001"), QStringLiteral("CS"));
-    return Int16Of(view->fields().item(QStringLiteral("PERDFSC")).value().toString());
+    const std::unique_ptr<View> view = session.openView(names::CompanyProfile);
+    return Int16Of(view->fields().item(names::ProfilePeriods).value().toString());
 }
 
 QStringList PeriodEntries(int periodCount) {

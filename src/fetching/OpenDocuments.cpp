@@ -21,8 +21,8 @@ void Read_OpenDocuments(ReceiptViews& views, const QString& customer, const QStr
     views.BatchView->browse(FilterOpenReceiptBatches, true);
     views.BatchView->fetch();
     views.ReceiptPostView->clear();
-    Field& customerField = views.ReceiptPostView->fields().item(QStringLiteral("IDCUST"));
-    Field& key = views.ReceiptPostView->fields().item(QStringLiteral("CNTKEY"));
+    Field& customerField = views.ReceiptPostView->fields().item(names::PostCustomer);
+    Field& key = views.ReceiptPostView->fields().item(names::PostKey);
     customerField.putWithoutVerification(customer);
     views.ReceiptPostView->process();
     views.ReceiptPostView->order(0);
@@ -31,8 +31,8 @@ void Read_OpenDocuments(ReceiptViews& views, const QString& customer, const QStr
     std::vector<Field*> sources;
     sources.reserve(size_t(fields.size()));
     for (const QString& field : fields)
-        sources.push_back(
-            &views.ReceiptPostView->fields().item(field == u"DOCTYPE" ? QStringLiteral("TRXTYPE") : field));
+        sources.push_back(&views.ReceiptPostView->fields().item(
+            field == u"DOCTYPE" ? names::PostDocumentType.text() : field));
     for (int n = 1;; ++n) {
         key.putWithoutVerification(QString::number(n));
         if (!views.ReceiptPostView->read())
@@ -54,7 +54,7 @@ void Read_CustomerDocuments(ReceiptViews& views, const QString& customer, const 
     views.DocumentView->clear();
     views.DocumentView->browse(QStringLiteral("IDCUST =") + customer, true);
     while (views.DocumentView->fetch()) {
-        if (!(FieldMoney(*views.DocumentView, QStringLiteral("AMTDUETC")) > Money()))
+        if (!(FieldMoney(*views.DocumentView, names::DocumentAmountDue) > Money()))
             continue;
         QStringList values;
         values.reserve(fields.size());

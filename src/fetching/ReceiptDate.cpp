@@ -4,10 +4,10 @@
 
 namespace tillbook {
 
-void Put_ReceiptDate(ReceiptViews& views, const QVariant& date) {
+Warnings Put_ReceiptDate(ReceiptViews& views, const QVariant& date) {
     if (!views.ReceiptHeaderView)
-        return;
-    views.ReceiptHeaderView->fields().item(QStringLiteral("DATERMIT")).setValue(date);
+        return {};
+    return views.ReceiptHeaderView->fields().item(names::ReceiptDate).setValue(date);
 }
 
 } // namespace tillbook

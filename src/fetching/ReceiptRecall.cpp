@@ -33,20 +33,20 @@ RecalledReceipt Read_Receipt(ReceiptViews& views, const QString& batch, const QS
     views.ReceiptHeaderView->fetch();
     View& header = *views.ReceiptHeaderView;
     RecalledReceipt receipt;
-    receipt.description = FieldText(header, QStringLiteral("TEXTRMIT"));
-    receipt.receiptType = header.fields().item(QStringLiteral("RMITTYPE")).value().toInt();
-    receipt.customerNumber = FieldText(header, QStringLiteral("IDCUST"));
-    receipt.amount = FieldMoney(header, QStringLiteral("AMTRMIT"));
-    receipt.date = FieldText(header, QStringLiteral("DATERMIT"));
-    receipt.fiscalYear = FieldText(header, QStringLiteral("FISCYR"));
-    receipt.fiscalPeriod = FieldText(header, QStringLiteral("FISCPER"));
-    receipt.receiptNumber = FieldText(header, QStringLiteral("IDRMIT"));
-    receipt.payer = FieldText(header, QStringLiteral("TEXTPAYOR"));
-    receipt.unapplied = FieldMoney(header, QStringLiteral("REMUNAPLTC"));
-    receipt.documentNumber = FieldText(header, QStringLiteral("DOCNBR"));
+    receipt.description = FieldText(header, names::ReceiptDescription);
+    receipt.receiptType = header.fields().item(names::ReceiptType).value().toInt();
+    receipt.customerNumber = FieldText(header, names::ReceiptCustomer);
+    receipt.amount = FieldMoney(header, names::ReceiptAmount);
+    receipt.date = FieldText(header, names::ReceiptDate);
+    receipt.fiscalYear = FieldText(header, names::ReceiptFiscalYear);
+    receipt.fiscalPeriod = FieldText(header, names::ReceiptFiscalPeriod);
+    receipt.receiptNumber = FieldText(header, names::ReceiptNumber);
+    receipt.payer = FieldText(header, names::ReceiptPayer);
+    receipt.unapplied = FieldMoney(header, names::ReceiptUnapplied);
+    receipt.documentNumber = FieldText(header, names::ReceiptDocumentNumber);
     views.ReceiptDetailView->browse(filter, true);
     views.ReceiptDetailView->fetch();
-    receipt.firstLineNumber = FieldText(*views.ReceiptDetailView, QStringLiteral("IDINVC"));
+    receipt.firstLineNumber = FieldText(*views.ReceiptDetailView, names::DetailDocument);
     return receipt;
 }
 

@@ -19,16 +19,13 @@ void releaseViews(ReceiptViews& views) {
 
 void Open_ReceiptViews(ReceiptViews& views) {
     try {
-        views.BatchView = views.LedgerSession->openView(QStringLiteral("AR0041"), QStringLiteral("AR"));
-        views.ReceiptHeaderView =
-            views.LedgerSession->openView(QStringLiteral("AR0042"), QStringLiteral("AR"));
-        views.ReceiptDetailView =
-            views.LedgerSession->openView(QStringLiteral("AR0044"), QStringLiteral("AR"));
-        views.ReceiptDetailSubView =
-            views.LedgerSession->openView(QStringLiteral("AR0045"), QStringLiteral("AR"));
-        views.ReceiptMiscView = views.LedgerSession->openView(QStringLiteral("AR0043"), QStringLiteral("AR"));
-        views.ReceiptPostView = views.LedgerSession->openView(QStringLiteral("AR0061"), QStringLiteral("AR"));
-        views.DocumentView = views.LedgerSession->openView(QStringLiteral("AR0036"), QStringLiteral("AR"));
+        views.BatchView = views.LedgerSession->openView(names::Batches);
+        views.ReceiptHeaderView = views.LedgerSession->openView(names::ReceiptHeaders);
+        views.ReceiptDetailView = views.LedgerSession->openView(names::ReceiptDetails);
+        views.ReceiptDetailSubView = views.LedgerSession->openView(names::ReceiptDetailSubs);
+        views.ReceiptMiscView = views.LedgerSession->openView(names::ReceiptMiscLines);
+        views.ReceiptPostView = views.LedgerSession->openView(names::ReceiptPost);
+        views.DocumentView = views.LedgerSession->openView(names::Documents);
 
         views.BatchView->compose({views.ReceiptHeaderView.get()});
         views.ReceiptHeaderView->compose(

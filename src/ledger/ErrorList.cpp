@@ -4,15 +4,19 @@ namespace tillbook {
 
 void ErrorList::fail(const QString& description, ErrorPriority priority) {
     append(description, priority);
-    throw LedgerError(description, priority);
+    LedgerError error(description, priority);
+    error.markListed();
+    throw error;
 }
 
-void ErrorList::reportWarnings(int since) const {
+Warnings ErrorList::warningsSince(int since) const {
+    Warnings warnings;
     for (int i = qMax(0, since); i < count(); ++i) {
         const ErrorEntry& e = m_entries.at(i);
         if (e.priority == ErrorPriority::Warning || e.priority == ErrorPriority::Message)
-            throw LedgerError(e.description, e.priority);
+            warnings.entries.append(e);
     }
+    return warnings;
 }
 
 } // namespace tillbook

@@ -2,7 +2,7 @@
 
 // The session's list of errors, warnings and messages, in the order they arose. Callers read it after
 // an operation and clear it; the engine only appends. An operation that warns still does its work, and
-// then reports the warning to its caller as a failure of that priority.
+// returns its warnings with its result; they stay on the list as well.
 
 #include "ledger/LedgerError.h"
 
@@ -14,6 +14,14 @@ namespace tillbook {
 struct ErrorEntry {
     QString description;
     ErrorPriority priority = ErrorPriority::Error;
+};
+
+// The warnings and messages (priorities 1 and 2) of an operation that was done, in the order they arose.
+struct Warnings {
+    QList<ErrorEntry> entries;
+
+    bool empty() const { return entries.isEmpty(); }
+    const ErrorEntry& first() const { return entries.front(); }
 };
 
 class ErrorList {
@@ -30,9 +38,9 @@ public:
     // Appends a warning or a message without failing.
     void warn(const QString& description) { append(description, ErrorPriority::Warning); }
     void note(const QString& description) { append(description, ErrorPriority::Message); }
-    // Throws the first warning or message appended from entry `since` on, if any: how an operation that
-    // has done its work tells its caller that something deserves a look.
-    void reportWarnings(int since) const;
+    // The warnings and messages appended from entry `since` on: what an operation that has done its work
+    // hands its caller.
+    Warnings warningsSince(int since) const;
 
 private:
     QList<ErrorEntry> m_entries;

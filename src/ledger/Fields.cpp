@@ -60,12 +60,12 @@ QString Field::text() const {
     return engine::displayText(def(), value());
 }
 
-void Field::setValue(const QVariant& value) {
-    engine::guarded(m_core->errors(), [&] { m_core->put(m_index, value, true); });
+Warnings Field::setValue(const QVariant& value) {
+    return engine::guarded(m_core->errors(), [&] { m_core->put(m_index, value, true); });
 }
 
-void Field::putWithoutVerification(const QVariant& value) {
-    engine::guarded(m_core->errors(), [&] { m_core->put(m_index, value, false); });
+Warnings Field::putWithoutVerification(const QVariant& value) {
+    return engine::guarded(m_core->errors(), [&] { m_core->put(m_index, value, false); });
 }
 
 FieldCollection::FieldCollection(engine::ViewCore& core) : m_core(&core) {
@@ -78,6 +78,13 @@ FieldCollection::FieldCollection(engine::ViewCore& core) : m_core(&core) {
 Field* FieldCollection::find(const QString& name) {
     const int index = m_core->findField(name);
     return index < 0 ? nullptr : &m_fields[size_t(index)];
+}
+
+Field& FieldCollection::item(const FieldName& name) {
+    if (m_core->def().id.compare(name.view.text(), Qt::CaseInsensitive) != 0)
+        throw ProgrammingError(QStringLiteral("Field %1 of view %2 was asked of view %3.")
+                                   .arg(name.text(), name.view.text(), m_core->def().id));
+    return item(name.text());
 }
 
 Field& FieldCollection::item(const QString& name) {

@@ -2,6 +2,9 @@
 
 // The fields of an open view: each one's name, type and the current record's value.
 
+#include "ledger/ErrorList.h"
+#include "ledger/LedgerNames.h"
+
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -33,10 +36,10 @@ public:
     // The value as plain text: amounts with the field's decimals, dates yyyy-mm-dd (empty when none).
     QString text() const;
     // Verified put: the value must be of the field's type, fit it, be one of its allowed values and name
-    // codes that exist. Throws LedgerError (also on the session's list).
-    void setValue(const QVariant& value);
+    // codes that exist. Throws LedgerError (also on the session's list); returns the warnings of the put.
+    Warnings setValue(const QVariant& value);
     // Stores the value as given, made to fit the field's type.
-    void putWithoutVerification(const QVariant& value);
+    Warnings putWithoutVerification(const QVariant& value);
 
     Field(engine::ViewCore& core, int index);
 
@@ -49,8 +52,9 @@ private:
 class FieldCollection {
 public:
     explicit FieldCollection(engine::ViewCore& core);
-    Field& item(const QString& name); // any case; unknown → LedgerError
-    Field* find(const QString& name); // any case; nullptr when unknown
+    Field& item(const QString& name);   // any case; unknown → LedgerError
+    Field& item(const FieldName& name); // a constant of another view → ProgrammingError
+    Field* find(const QString& name);   // any case; nullptr when unknown
     int count() const { return int(m_fields.size()); }
     Field& at(int i) { return m_fields.at(size_t(i)); }
 

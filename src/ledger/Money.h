@@ -2,7 +2,9 @@
 
 // An exact amount of money in whole thousandths, the ledger's precision. Amounts are never held in
 // floating point: typed text is parsed digit by digit and sums never drift. Arithmetic is checked: a
-// result beyond the 64-bit range throws MoneyOverflow instead of wrapping round to a wrong amount.
+// result beyond the 64-bit range throws InputError instead of wrapping round to a wrong amount.
+
+#include "ledger/LedgerError.h"
 
 #include <QMetaType>
 #include <QString>
@@ -14,10 +16,11 @@
 
 namespace tillbook {
 
-class MoneyOverflow : public std::overflow_error {
-public:
-    MoneyOverflow() : std::overflow_error("an amount is beyond the range of the ledger's arithmetic") {}
-};
+// An amount beyond the range of the ledger's arithmetic, told as the clerk reads it.
+inline InputError amountTooLarge() {
+    return InputError(
+        QStringLiteral("An amount is too large for the ledger to work with; nothing was written."));
+}
 
 class Money {
 public:
@@ -76,13 +79,13 @@ private:
         const bool overflow =
             add ? __builtin_add_overflow(a, b, &result) : __builtin_sub_overflow(a, b, &result);
         if (overflow || result == std::numeric_limits<std::int64_t>::min())
-            throw MoneyOverflow();
+            throw amountTooLarge();
         return result;
     }
     static constexpr std::int64_t checkedTimes(std::int64_t a, std::int64_t b) {
         std::int64_t result = 0;
         if (__builtin_mul_overflow(a, b, &result) || result == std::numeric_limits<std::int64_t>::min())
-            throw MoneyOverflow();
+            throw amountTooLarge();
         return result;
     }
 

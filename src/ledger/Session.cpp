@@ -17,6 +17,7 @@ Session::~Session() = default;
 void Session::open(const QString& user, const QString& password, const QString& databaseId,
                    const QDate& sessionDate, int /*flags*/) {
     close();
+    checkLedgerNames();
     auto state = std::make_shared<engine::SessionState>();
     engine::guarded(m_closedErrors, [&] {
         state->store = engine::CompanyStore::open(databaseId);

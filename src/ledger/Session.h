@@ -40,6 +40,7 @@ public:
 
     // Throws LedgerError for a view the company does not have.
     std::unique_ptr<View> openView(const QString& viewId, const QString& ledger = QString());
+    std::unique_ptr<View> openView(const ViewName& view) { return openView(view.text()); }
 
     ErrorList& errors();
 

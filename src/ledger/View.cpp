@@ -44,24 +44,24 @@ void View::clear() {
     engine::guarded(m_core->errors(), [&] { m_core->clear(); });
 }
 
-void View::process() {
-    engine::guarded(m_core->errors(), [&] { m_core->process(); });
+Warnings View::process() {
+    return engine::guarded(m_core->errors(), [&] { m_core->process(); });
 }
 
-void View::init() {
-    engine::guarded(m_core->errors(), [&] { m_core->init(); });
+Warnings View::init() {
+    return engine::guarded(m_core->errors(), [&] { m_core->init(); });
 }
 
 bool View::read() {
     return engine::guarded(m_core->errors(), [&] { return m_core->read(); });
 }
 
-void View::update() {
-    engine::guarded(m_core->errors(), [&] { m_core->update(); });
+Warnings View::update() {
+    return engine::guarded(m_core->errors(), [&] { m_core->update(); });
 }
 
-void View::insert() {
-    engine::guarded(m_core->errors(), [&] { m_core->insert(); });
+Warnings View::insert() {
+    return engine::guarded(m_core->errors(), [&] { m_core->insert(); });
 }
 
 } // namespace tillbook

@@ -1,8 +1,10 @@
 #pragma once
 
 // An open view of a company: one record at a time of one table, found by key or walked in key order
-// under a filter. Every failing operation throws LedgerError and leaves it on the session's list.
+// under a filter. Every failing operation throws LedgerError and leaves it on the session's list; an
+// operation that runs the view's rules returns the warnings and messages they raised (on the list too).
 
+#include "ledger/ErrorList.h"
 #include "ledger/Fields.h"
 #include "ledger/TextRows.h"
 
@@ -41,12 +43,12 @@ public:
     // compare equal in no set order), else in key order. The current record stays as it was. The way to
     // read a long list at once.
     TextRows readAllText(const QStringList& fields, const QString& collatedBy = QString());
-    void clear();   // a blank record
-    void process(); // the view's own processing
-    void init();    // a new record with its defaults
-    bool read();    // the record whose key fields have been put
-    void update();
-    void insert();
+    void clear();       // a blank record
+    Warnings process(); // the view's own processing
+    Warnings init();    // a new record with its defaults
+    bool read();        // the record whose key fields have been put
+    Warnings update();
+    Warnings insert();
 
     FieldCollection& fields() { return m_fields; }
     QString id() const;

@@ -1,7 +1,5 @@
 #include "posting/ErrorTrap.h"
 
-#include <QList>
-
 namespace tillbook {
 
 namespace {
@@ -13,13 +11,15 @@ bool stopsPosting(ErrorPriority priority) {
 } // namespace
 
 bool Trap_PostingError(ErrorList& errors, const LedgerError& raised, PostingOutcome& outcome) {
-    QList<ErrorEntry> shown;
-    for (int i = 0; i < errors.count(); ++i)
-        shown.append(errors.at(i));
     // A failure that is not on the list (no ledger operation raised it) is shown all the same.
-    if (shown.isEmpty())
-        shown.append({raised.description(), raised.priority()});
-    for (const ErrorEntry& error : shown) {
+    if (errors.count() == 0)
+        errors.append(raised.description(), raised.priority());
+    return Trap_PostingError(errors, outcome);
+}
+
+bool Trap_PostingError(ErrorList& errors, PostingOutcome& outcome) {
+    for (int i = 0; i < errors.count(); ++i) {
+        const ErrorEntry& error = errors.at(i);
         outcome.problems.push_back({error, false});
         if (stopsPosting(error.priority))
             outcome.PostOK = false;

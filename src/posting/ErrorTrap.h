@@ -13,5 +13,7 @@ namespace tillbook {
 // PostOK for an error of priority 0 or above 2, and empties the list. Returns whether the posting goes on
 // with its next statement: only while PostOK is still true.
 bool Trap_PostingError(ErrorList& errors, const LedgerError& raised, PostingOutcome& outcome);
+// The same for a statement that was done with warnings: the list holds them.
+bool Trap_PostingError(ErrorList& errors, PostingOutcome& outcome);
 
 } // namespace tillbook

@@ -8,48 +8,60 @@ namespace tillbook {
 
 void PostingSequence::put(View& view, const char* field, const QVariant& value) {
     m_statements.emplace_back(
-        [&view, field, value] { view.fields().item(QString::fromLatin1(field)).setValue(value); });
+        [&view, field, value] { return view.fields().item(QString::fromLatin1(field)).setValue(value); });
 }
 
 void PostingSequence::putUnverified(View& view, const char* field, const QVariant& value) {
     m_statements.emplace_back([&view, field, value] {
-        view.fields().item(QString::fromLatin1(field)).putWithoutVerification(value);
+        return view.fields().item(QString::fromLatin1(field)).putWithoutVerification(value);
     });
 }
 
 void PostingSequence::order(View& view, int keyNumber) {
-    m_statements.emplace_back([&view, keyNumber] { view.order(keyNumber); });
+    m_statements.emplace_back([&view, keyNumber] {
+        view.order(keyNumber);
+        return Warnings();
+    });
 }
 
 void PostingSequence::browse(View& view, const QString& filter, bool ascending) {
-    m_statements.emplace_back([&view, filter, ascending] { view.browse(filter, ascending); });
+    m_statements.emplace_back([&view, filter, ascending] {
+        view.browse(filter, ascending);
+        return Warnings();
+    });
 }
 
 void PostingSequence::fetch(View& view) {
-    m_statements.emplace_back([&view] { view.fetch(); });
+    m_statements.emplace_back([&view] {
+        view.fetch();
+        return Warnings();
+    });
 }
 
 void PostingSequence::read(View& view) {
-    m_statements.emplace_back([&view] { view.read(); });
+    m_statements.emplace_back([&view] {
+        view.read();
+        return Warnings();
+    });
 }
 
 void PostingSequence::init(View& view) {
-    m_statements.emplace_back([&view] { view.init(); });
+    m_statements.emplace_back([&view] { return view.init(); });
 }
 
 void PostingSequence::process(View& view) {
-    m_statements.emplace_back([&view] { view.process(); });
+    m_statements.emplace_back([&view] { return view.process(); });
 }
 
 void PostingSequence::update(View& view) {
-    m_statements.emplace_back([&view] { view.update(); });
+    m_statements.emplace_back([&view] { return view.update(); });
 }
 
 void PostingSequence::insert(View& view) {
-    m_statements.emplace_back([&view] { view.insert(); });
+    m_statements.emplace_back([&view] { return view.insert(); });
 }
 
-void PostingSequence::then(std::function<void()> statement) {
+void PostingSequence::then(std::function<Warnings()> statement) {
     m_statements.push_back(std::move(statement));
 }
 
@@ -59,7 +71,9 @@ PostingOutcome PostingSequence::run() const {
     errors.clear();
     for (const auto& statement : m_statements) {
         try {
-            statement();
+            // A statement that warned was done: its warnings are handed on, and the posting goes on.
+            if (!statement().empty() && !Trap_PostingError(errors, outcome))
+                return outcome;
         } catch (const LedgerError& e) {
             if (!Trap_PostingError(errors, e, outcome))
                 return outcome;

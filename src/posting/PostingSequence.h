@@ -1,8 +1,8 @@
 #pragma once
 
 // A posting procedure as the list of its ledger statements, run in order under the error trap: a statement
-// that fails hands the session's errors to the outcome, and the next statement runs unless the trap stopped
-// the posting.
+// that fails or warns hands the session's errors to the outcome, and the next statement runs unless the trap
+// stopped the posting.
 // Building the list first keeps each procedure a plain reading of its steps.
 
 #include "fetching/ReceiptViews.h"
@@ -32,15 +32,15 @@ public:
     void process(View& view);
     void update(View& view);
     void insert(View& view);
-    // Any other statement.
-    void then(std::function<void()> statement);
+    // Any other statement; it returns the warnings of the ledger operations it ran.
+    void then(std::function<Warnings()> statement);
 
     // Starts from an empty error list and runs the statements until the end or until the trap stops.
     PostingOutcome run() const;
 
 private:
     Session& m_session;
-    std::vector<std::function<void()>> m_statements;
+    std::vector<std::function<Warnings()>> m_statements;
 };
 
 // The outcome of a posting that cannot start because the ledger session and the receipt views are not open.

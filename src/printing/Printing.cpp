@@ -34,7 +34,7 @@ void bindAll(Report& report, const std::shared_ptr<const DataSet>& data, QString
     for (const QString& name : report.subreportNames()) {
         try {
             bindAll(report.subreport(name), data, problems);
-        } catch (const ReportError& error) {
+        } catch (const InputError& error) {
             problems << error.message();
         }
     }
@@ -49,7 +49,7 @@ QStringList renderCopies(const Report& report, bool threePart, QStringList& prob
     try {
         for (const QString& label : labels)
             copies << report.render(label);
-    } catch (const ReportError& error) {
+    } catch (const InputError& error) {
         problems << error.message();
         return {};
     }
@@ -165,7 +165,7 @@ PrintOutcome Print_Receipt(ReceiptViews& views, const PrintRequest& request) {
     std::unique_ptr<Report> report;
     try {
         report = Report::open(QDir(folder).filePath(ReceiptTemplateName(request.kind, request.threePart)));
-    } catch (const ReportError& error) {
+    } catch (const InputError& error) {
         problems << error.message();
         return outcome;
     }

@@ -58,12 +58,12 @@ std::unique_ptr<Report> Report::open(const QString& path) {
 
 std::unique_ptr<Report> Report::openNested(const QString& path, int depth) {
     if (depth > MaxNesting)
-        throw ReportError(QStringLiteral("The receipt template %1 includes itself.").arg(path));
+        throw InputError(QStringLiteral("The receipt template %1 includes itself.").arg(path));
     QFile file(path);
     if (!file.exists())
-        throw ReportError(QStringLiteral("The receipt template %1 is missing.").arg(path));
+        throw InputError(QStringLiteral("The receipt template %1 is missing.").arg(path));
     if (!file.open(QIODevice::ReadOnly))
-        throw ReportError(
+        throw InputError(
             QStringLiteral("The receipt template %1 could not be read: %2").arg(path, file.errorString()));
     QString text = QString::fromUtf8(file.readAll());
 
@@ -99,15 +99,15 @@ std::unique_ptr<Report> Report::openNested(const QString& path, int depth) {
 
     const mus::mustache parsed(report->m_text);
     if (!parsed.is_valid())
-        throw ReportError(QStringLiteral("The receipt template %1 cannot be used: %2")
-                              .arg(path, QString::fromStdString(parsed.error_message())));
+        throw InputError(QStringLiteral("The receipt template %1 cannot be used: %2")
+                             .arg(path, QString::fromStdString(parsed.error_message())));
     return report;
 }
 
 Report& Report::subreport(const QString& name) {
     const auto found = m_subreports.find(name);
     if (found == m_subreports.end())
-        throw ReportError(QStringLiteral("The receipt template %1 has no sub-report %2.").arg(m_path, name));
+        throw InputError(QStringLiteral("The receipt template %1 has no sub-report %2.").arg(m_path, name));
     return *found->second;
 }
 
@@ -135,8 +135,8 @@ QString Report::render(const QString& copyLabel) const {
     mus::mustache tmpl(m_text);
     const std::string html = tmpl.render(context);
     if (!tmpl.is_valid())
-        throw ReportError(QStringLiteral("The receipt template %1 cannot be used: %2")
-                              .arg(m_path, QString::fromStdString(tmpl.error_message())));
+        throw InputError(QStringLiteral("The receipt template %1 cannot be used: %2")
+                             .arg(m_path, QString::fromStdString(tmpl.error_message())));
     return QString::fromStdString(html);
 }
 

@@ -11,6 +11,7 @@
 //   {{copy}}                         the copy's label ("Customer", "Office", ...)
 // <meta name="copies" content="Customer,Office"> names the copies printed on one page.
 
+#include "ledger/LedgerError.h"
 #include "printing/data/DataSet.h"
 
 #include <QString>
@@ -21,20 +22,9 @@
 
 namespace tillbook {
 
-// A template that cannot be used; the message names its file.
-class ReportError : public std::runtime_error {
-public:
-    explicit ReportError(const QString& message)
-        : std::runtime_error(message.toStdString()), m_message(message) {}
-    QString message() const { return m_message; }
-
-private:
-    QString m_message;
-};
-
 class Report {
 public:
-    // Reads and parses the template and its sub-reports. Throws ReportError.
+    // Reads and parses the template and its sub-reports. Throws InputError, whose message names the file.
     static std::unique_ptr<Report> open(const QString& path);
     ~Report();
 
@@ -49,7 +39,7 @@ public:
     // The copy labels the template asks for; empty when it does not say.
     QStringList copyLabels() const { return m_copies; }
 
-    // The finished HTML of one copy. Throws ReportError.
+    // The finished HTML of one copy. Throws InputError.
     QString render(const QString& copyLabel) const;
 
 private:

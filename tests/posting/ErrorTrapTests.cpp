@@ -3,6 +3,7 @@
 #include "ledger/Session.h"
 #include "posting/ErrorTrap.h"
 #include "posting/Posting.h"
+#include "posting/PostingSequence.h"
 
 #include <gtest/gtest.h>
 
@@ -47,6 +48,28 @@ TEST(ErrorTrap, ShowsEveryErrorInOrderAndOnceStoppedStaysStopped) {
     for (const PostingProblem& problem : outcome.problems)
         shown << problem.error.description;
     EXPECT_EQ(shown, (QStringList{"a warning", "the error", "later warning", "disk full"}));
+}
+
+TEST(ErrorTrap, AStatementDoneWithWarningsHandsThemOnAndThePostingGoesOn) {
+    Session closed;
+    PostingSequence steps(closed);
+    bool nextRan = false;
+    steps.then([&] {
+        closed.errors().warn(QStringLiteral("outside its period"));
+        closed.errors().note(QStringLiteral("a note"));
+        return closed.errors().warningsSince(0);
+    });
+    steps.then([&] {
+        nextRan = true;
+        return Warnings();
+    });
+    const PostingOutcome outcome = steps.run();
+    EXPECT_TRUE(nextRan);
+    EXPECT_TRUE(outcome.PostOK);
+    ASSERT_EQ(outcome.problems.size(), 2u);
+    EXPECT_EQ(outcome.problems[0].error.description, "outside its period");
+    EXPECT_EQ(outcome.problems[1].error.priority, ErrorPriority::Message);
+    EXPECT_EQ(closed.errors().count(), 0);
 }
 
 TEST(PostingArrays, DistributionAmountsLoseTheirCommasAndTrailingZeros) {

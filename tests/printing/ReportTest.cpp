@@ -60,7 +60,7 @@ TEST_F(ReportEngine, EverySubReportPrintsFromTheDataSetItIsBoundTo) {
     auto report = Report::open(dir.filePath("Main.html"));
     EXPECT_EQ(report->subreportNames(), QStringList({"Head", "Foot"}));
     EXPECT_EQ(report->subreport("Foot").subreportNames(), QStringList({"Sign"}));
-    EXPECT_THROW(report->subreport("Sign"), ReportError);
+    EXPECT_THROW(report->subreport("Sign"), InputError);
 
     // Bound only at the top, the sub-reports have no data.
     const auto data = lines();
@@ -82,7 +82,7 @@ TEST_F(ReportEngine, TemplateThatCannotBeUsedIsNamed) {
         try {
             Report::open(dir.filePath(name));
             ADD_FAILURE() << name << " opened";
-        } catch (const ReportError& error) {
+        } catch (const InputError& error) {
             EXPECT_TRUE(error.message().contains(dir.filePath(name))) << error.message().toStdString();
         }
     }

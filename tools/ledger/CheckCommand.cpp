@@ -48,11 +48,11 @@ int checkCommand(const QStringList& words) {
     engine::LedgerCheckResult result;
     try {
         result = engine::checkLedger(*store);
-    } catch (const engine::StoreError& e) {
+    } catch (const LedgerError& e) {
         if (integrity.damage.isEmpty())
             throw;
         // A damaged file may fail to be read at all; its damage is already said.
-        out << QStringLiteral("The ledger could not be read: %1\n").arg(e.message());
+        out << QStringLiteral("The ledger could not be read: %1\n").arg(e.description());
         return 1;
     }
     for (const QString& violation : result.violations)

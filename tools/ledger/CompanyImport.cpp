@@ -44,6 +44,8 @@ private:
     bool isSecondProfile();
     void loadRecord(const CsvRecord& record, std::vector<StatedFigure>& figures);
     bool putChanged(Field& field, const QString& value, int line, bool& changed);
+    // Whether a write was done without a warning; a warning is reported as a problem of the line.
+    bool written(const Warnings& warnings, int line);
     void problem(int line, const QString& field, const QString& message, bool byLedger = false);
     void showProgress(qint64 rows);
 
@@ -105,12 +107,18 @@ bool FileImport::putChanged(Field& field, const QString& value, int line, bool& 
     if (field.text() == value)
         return true;
     const QVariant before = field.value();
+    QString refused;
     try {
-        field.setValue(value);
+        const Warnings warnings = field.setValue(value);
+        if (!warnings.empty())
+            refused = warnings.first().description;
     } catch (const LedgerError& e) {
         if (e.priority() == ErrorPriority::Severe)
             throw;
-        problem(line, field.name(), e.description());
+        refused = e.description();
+    }
+    if (!refused.isNull()) {
+        problem(line, field.name(), refused);
         return false;
     }
     changed = changed || field.value() != before;
@@ -170,13 +178,14 @@ void FileImport::loadRecord(const CsvRecord& record, std::vector<StatedFigure>& 
     }
     if (!ok)
         return;
+    // A record written with a warning is not counted.
     try {
         if (!exists) {
-            m_view->insert();
-            ++m_summary.inserted;
+            if (written(m_view->insert(), record.line))
+                ++m_summary.inserted;
         } else if (changed) {
-            m_view->update();
-            ++m_summary.updated;
+            if (written(m_view->update(), record.line))
+                ++m_summary.updated;
         } else {
             ++m_summary.unchanged;
         }
@@ -185,6 +194,13 @@ void FileImport::loadRecord(const CsvRecord& record, std::vector<StatedFigure>& 
             throw;
         problem(record.line, QString(), e.description(), true);
     }
+}
+
+bool FileImport::written(const Warnings& warnings, int line) {
+    if (warnings.empty())
+        return true;
+    problem(line, QString(), warnings.first().description, true);
+    return false;
 }
 
 void FileImport::showProgress(qint64 rows) {

@@ -21,12 +21,12 @@ int ScriptRunner::run(QTextStream& script) {
         }
         if (words.isEmpty())
             continue;
+        // An operation's warnings and messages are on the session's list, printed with its errors below.
         bool ok = true;
         try {
             ok = runLine(words);
-        } catch (const LedgerError& e) {
-            // A warning or message is printed, but the operation was done.
-            ok = e.priority() == ErrorPriority::Warning || e.priority() == ErrorPriority::Message;
+        } catch (const LedgerError&) {
+            ok = false;
         }
         printNewErrors();
         if (!ok) {
@@ -164,17 +164,18 @@ bool ScriptRunner::runLine(const QStringList& words) {
                 f.putWithoutVerification(words[i + 1]);
         }
     } else {
-        static const QHash<QString, void (View::*)()> actions{{QStringLiteral("clear"), &View::clear},
-                                                              {QStringLiteral("init"), &View::init},
-                                                              {QStringLiteral("insert"), &View::insert},
-                                                              {QStringLiteral("update"), &View::update},
-                                                              {QStringLiteral("process"), &View::process}};
+        static const QHash<QString, void (*)(View&)> actions{
+            {QStringLiteral("clear"), [](View& v) { v.clear(); }},
+            {QStringLiteral("init"), [](View& v) { v.init(); }},
+            {QStringLiteral("insert"), [](View& v) { v.insert(); }},
+            {QStringLiteral("update"), [](View& v) { v.update(); }},
+            {QStringLiteral("process"), [](View& v) { v.process(); }}};
         const auto action = actions.constFind(op);
         if (action == actions.constEnd())
             throw UsageError(
                 QStringLiteral("line %1: unknown operation \"%2\"").arg(m_line).arg(words.front()));
         expectWords(words, 1, 1);
-        (view(words[1]).*action.value())();
+        action.value()(view(words[1]));
     }
     return true;
 }

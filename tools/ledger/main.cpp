@@ -4,7 +4,6 @@
 #include "CommandLine.h"
 #include "Commands.h"
 #include "ledger/LedgerError.h"
-#include "ledger/engine/StoreError.h"
 
 #include <QCoreApplication>
 #include <QTextStream>
@@ -71,9 +70,6 @@ int main(int argc, char** argv) {
         return 2;
     } catch (const tillbook::LedgerError& e) {
         err << QStringLiteral("tillbook-ledger %1: %2\n").arg(name, e.description());
-        return 1;
-    } catch (const tillbook::engine::StoreError& e) {
-        err << QStringLiteral("tillbook-ledger %1: %2\n").arg(name, e.message());
         return 1;
     } catch (const std::exception& e) {
         err << QStringLiteral("tillbook-ledger %1: %2\n").arg(name, QString::fromStdString(e.what()));

@@ -83,7 +83,7 @@ QHash<QString, AuditedBatch> auditedBatches(CompanyStore& store) {
                 batch.total += Money::fromThousandths(query.value(3).toLongLong());
             }
         }
-    } catch (const StoreError&) {
+    } catch (const LedgerError&) {
         // No trail yet: a company nothing has been written into since it was kept.
     }
     return batches;

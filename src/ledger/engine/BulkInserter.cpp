@@ -1,6 +1,6 @@
 #include "ledger/engine/BulkInserter.h"
 
-#include "ledger/engine/StoreError.h"
+#include "ledger/engine/StoreFailure.h"
 
 namespace tillbook::engine {
 
@@ -8,7 +8,7 @@ BulkInserter::BulkInserter(CompanyStore& store, const ViewDef& view, const QStri
     : m_store(store), m_view(view) {
     for (const QString& name : fieldNames) {
         if (view.fieldIndex(name) < 0)
-            throw StoreError(QStringLiteral("View %1 has no field %2.").arg(view.id, name));
+            throw storeFailure(QStringLiteral("View %1 has no field %2.").arg(view.id, name));
         m_columns << u'"' + name + u'"';
     }
     // Well under both stores' limits on parameters in one statement.

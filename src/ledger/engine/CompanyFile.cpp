@@ -1,6 +1,6 @@
 #include "ledger/engine/CompanyFile.h"
 
-#include "ledger/engine/StoreError.h"
+#include "ledger/engine/StoreFailure.h"
 
 #include <QDir>
 #include <QFile>
@@ -47,7 +47,7 @@ QString createBuildingFile(const QString& companyPath) {
                         QStringLiteral(".new-XXXXXX"));
     file.setAutoRemove(false);
     if (!file.open())
-        throw StoreError(
+        throw storeFailure(
             QStringLiteral("Cannot create a file in %1: %2").arg(target.absolutePath(), file.errorString()));
     const QString path = file.fileName();
     file.close();
@@ -62,8 +62,8 @@ void moveIntoPlace(const QString& builtPath, const QString& companyPath) {
     std::filesystem::rename(std::filesystem::path(builtPath.toStdU16String()),
                             std::filesystem::path(companyPath.toStdU16String()), error);
     if (error)
-        throw StoreError(QStringLiteral("Cannot put the new company in place at %1: %2")
-                             .arg(companyPath, QString::fromStdString(error.message())));
+        throw storeFailure(QStringLiteral("Cannot put the new company in place at %1: %2")
+                               .arg(companyPath, QString::fromStdString(error.message())));
 }
 
 void removeCompanyFiles(const QString& path) {

@@ -19,7 +19,7 @@ bool canWriteCompanyFile(const QString& path);
 bool canWriteFolderOf(const QString& path);
 
 // A new empty file readable and writable by its owner only, in the folder of `companyPath`, for a new
-// company to be built in. Throws StoreError when it cannot be made.
+// company to be built in. Throws LedgerError when it cannot be made.
 QString createBuildingFile(const QString& companyPath);
 
 // Puts the built file in the company's place in one step, replacing an existing company. The -wal and

@@ -1,6 +1,6 @@
 #include "ledger/engine/CompanyLocation.h"
 
-#include "ledger/engine/StoreError.h"
+#include "ledger/engine/StoreFailure.h"
 
 #include <QDir>
 #include <QRegularExpression>
@@ -31,16 +31,16 @@ CompanyLocation locateCompany(const QString& databaseId) {
     static const QRegularExpression valid(QStringLiteral("^[A-Za-z0-9_]+$"));
     const QString id = databaseId.trimmed();
     if (id.isEmpty())
-        throw StoreError(QStringLiteral("A company ID may not be empty."));
+        throw storeFailure(QStringLiteral("A company ID may not be empty."));
     // The length is checked first: a long ID of good characters is wrong only in its length.
     if (id.size() > MaxCompanyIdLength)
-        throw StoreError(
+        throw storeFailure(
             QStringLiteral("\"%1...\" is not a valid company ID (at most %2 characters, it has %3).")
                 .arg(id.left(MaxCompanyIdLength))
                 .arg(MaxCompanyIdLength)
                 .arg(id.size()));
     if (!valid.match(id).hasMatch())
-        throw StoreError(
+        throw storeFailure(
             QStringLiteral("\"%1\" is not a valid company ID (letters, digits and _ only).").arg(id));
     CompanyLocation location;
     location.companyId = id.toUpper();
@@ -52,12 +52,12 @@ CompanyLocation locateCompany(const QString& databaseId) {
         const QString shown = withoutPassword(urlTemplate);
         if (!text.startsWith(QLatin1String("postgresql://")) &&
             !text.startsWith(QLatin1String("postgres://")))
-            throw StoreError(
+            throw storeFailure(
                 QStringLiteral("TILLBOOK_LEDGER_URL \"%1\" is not a postgresql:// address.").arg(shown));
         if (!url.isValid())
-            throw StoreError(QStringLiteral("TILLBOOK_LEDGER_URL \"%1\" is not a valid address: check its "
-                                            "host, and its port (1 to 65535).")
-                                 .arg(shown));
+            throw storeFailure(QStringLiteral("TILLBOOK_LEDGER_URL \"%1\" is not a valid address: check its "
+                                              "host, and its port (1 to 65535).")
+                                   .arg(shown));
         location.postgres = true;
         location.host = url.host().isEmpty() ? QStringLiteral("localhost") : url.host();
         location.port = url.port(5432);

@@ -25,7 +25,7 @@ struct CompanyLocation {
 
 constexpr int MaxCompanyIdLength = MaxDatabaseIdLength;
 
-// Throws StoreError for an ID that cannot name a company (empty, longer than 32 characters, or
+// Throws LedgerError for an ID that cannot name a company (empty, longer than 32 characters, or
 // characters other than letters, digits and underscore) and for a malformed URL template.
 CompanyLocation locateCompany(const QString& databaseId);
 

@@ -9,7 +9,7 @@
 #include "ledger/engine/PostgresDatabases.h"
 #include "ledger/engine/Schema.h"
 #include "ledger/engine/SqliteText.h"
-#include "ledger/engine/StoreError.h"
+#include "ledger/engine/StoreFailure.h"
 #include "ledger/engine/StoreIntegrity.h"
 #include "ledger/engine/Transaction.h"
 
@@ -100,7 +100,7 @@ bool CompanyStore::exists(const QString& databaseId) {
 std::unique_ptr<CompanyStore> CompanyStore::open(const QString& databaseId) {
     CompanyLocation location = locateCompany(databaseId);
     if (!exists(databaseId))
-        throw StoreError(unknownCompany(location));
+        throw storeFailure(unknownCompany(location));
     std::unique_ptr<CompanyStore> store(new CompanyStore(location, dialectFor(location)));
     store->connect(false);
     return store;
@@ -110,7 +110,7 @@ std::unique_ptr<CompanyStore> CompanyStore::create(const QString& databaseId, bo
                                                    const Filler& fill, bool withIndexes) {
     const CompanyLocation location = locateCompany(databaseId);
     if (!replace && exists(databaseId))
-        throw StoreError(alreadyExists(location));
+        throw storeFailure(alreadyExists(location));
     CompanyLocation building = location;
     if (location.postgres) {
         building.database = buildingDatabaseName(location.database);
@@ -128,7 +128,7 @@ std::unique_ptr<CompanyStore> CompanyStore::create(const QString& databaseId, bo
             store.detach();
         }
         if (!replace && exists(databaseId)) // made by another till meanwhile
-            throw StoreError(alreadyExists(location));
+            throw storeFailure(alreadyExists(location));
         if (location.postgres) {
             if (replace)
                 dropPostgresDatabase(location, location.database);
@@ -157,8 +157,8 @@ void CompanyStore::connect(bool fresh) {
         switchJournal = fresh || prepareSqliteOpen(use->state(), use->firstConnection());
     }
     if (!m_db.open())
-        throw StoreError(QStringLiteral("Cannot open company \"%1\" (%2): %3")
-                             .arg(m_location.companyId, m_location.describe(), m_db.lastError().text()));
+        throw storeFailure(QStringLiteral("Cannot open company \"%1\" (%2): %3")
+                               .arg(m_location.companyId, m_location.describe(), m_db.lastError().text()));
     if (use) {
         use->opened();
         m_countedFile = m_location.sqlitePath;
@@ -201,7 +201,7 @@ void CompanyStore::prepareNameOrder(bool fresh) {
         return;
     sqlite3* handle = sqliteHandle(m_db);
     if (!handle)
-        throw StoreError(
+        throw storeFailure(
             QStringLiteral("Company \"%1\" (%2) cannot be read: the SQLite driver gives no handle.")
                 .arg(m_location.companyId, m_location.describe()));
     registerNameOrder(handle);
@@ -209,7 +209,7 @@ void CompanyStore::prepareNameOrder(bool fresh) {
         return;
     try {
         execute(nameOrderIndex());
-    } catch (const StoreError&) {
+    } catch (const LedgerError&) {
     }
 }
 
@@ -219,9 +219,9 @@ void CompanyStore::prepareNameOrder(bool fresh) {
 bool CompanyStore::prepareSqliteOpen(const CompanyFileState& file, bool firstConnection) {
     const QString& path = m_location.sqlitePath;
     if (file.empty)
-        throw StoreError(notACompany(m_location, QStringLiteral("the file is empty")));
+        throw storeFailure(notACompany(m_location, QStringLiteral("the file is empty")));
     if (!file.sqlite)
-        throw StoreError(notACompany(m_location, QStringLiteral("the file is no SQLite database")));
+        throw storeFailure(notACompany(m_location, QStringLiteral("the file is no SQLite database")));
     m_readOnly = !canWriteCompanyFile(path);
     if (!m_readOnly)
         return firstConnection && !file.wal;
@@ -241,8 +241,8 @@ bool CompanyStore::prepareSqliteOpen(const CompanyFileState& file, bool firstCon
 void CompanyStore::checkIsCompany() {
     try {
         execute(QStringLiteral("SELECT 1 FROM \"TB_USERS\" WHERE 1 = 0"));
-    } catch (const StoreError&) {
-        throw StoreError(notACompany(m_location, QStringLiteral("it has no ledger tables")));
+    } catch (const LedgerError&) {
+        throw storeFailure(notACompany(m_location, QStringLiteral("it has no ledger tables")));
     }
 }
 

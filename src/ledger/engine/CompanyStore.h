@@ -8,7 +8,7 @@
 #include "ledger/engine/CompanyLocation.h"
 #include "ledger/engine/Dialect.h"
 #include "ledger/engine/PasswordHash.h"
-#include "ledger/engine/StoreError.h"
+#include "ledger/engine/StoreFailure.h"
 
 #include <QHash>
 #include <QSqlDatabase>
@@ -28,9 +28,9 @@ struct ViewDef;
 
 class CompanyStore {
 public:
-    // Opens an existing company; throws StoreError naming the company when there is none, or when what
+    // Opens an existing company; throws LedgerError naming the company when there is none, or when what
     // is there is no Tillbook company. A company this till may not write (a read-only file or folder) is
-    // opened for reading: every write then fails with a StoreError that says so.
+    // opened for reading: every write then fails with a LedgerError that says so.
     static std::unique_ptr<CompanyStore> open(const QString& databaseId);
     // Makes a new company, all or nothing: its tables, then what `fill` adds (users, records), are built
     // under a temporary name (a file beside the company's, or a database of its own) that becomes the
@@ -49,12 +49,12 @@ public:
     const CompanyLocation& location() const { return m_location; }
     const Dialect& dialect() const { return *m_dialect; }
 
-    // A prepared statement; throws StoreError when the store refuses it.
+    // A prepared statement; throws LedgerError when the store refuses it.
     QSqlQuery prepare(const QString& sql);
     // The prepared statement of this text, prepared on the connection's first use of it and kept for its
     // life: statements run again and again are parsed once. Finish a query's reading before running it again.
     QSqlQuery& statement(const QString& sql);
-    // Binds `values` in order and runs; throws StoreError with the statement's error. Additions held
+    // Binds `values` in order and runs; throws LedgerError with the statement's error. Additions held
     // for the commit are written first: the statement may read them.
     void run(QSqlQuery& query, const QVariantList& values = {});
     // As run, for a statement its caller knows cannot see the held additions (see settleHeld).
@@ -66,12 +66,12 @@ public:
     void execute(const QString& sql, const QVariantList& values = {});
     // The rows of a SELECT of `width` text columns, in one block; on SQLite straight through its own
     // interface, which reads a long list in half the time. Additions held for the commit are written first.
-    // Throws StoreError.
+    // Throws LedgerError.
     TextRows readText(const QString& sql, const QVariantList& values, int width);
     // The rows of a SELECT of `width` columns, cell after cell in one block, as a statement() gives them;
     // on SQLite straight through its own interface, with no row record made on the way. Additions held for
     // the commit are written first unless `settle` is false (the caller has settled what the read can see).
-    // Throws StoreError.
+    // Throws LedgerError.
     std::vector<QVariant> readCells(const QString& sql, const QVariantList& values, int width,
                                     bool settle = true);
 
@@ -120,7 +120,7 @@ private:
     void requireWholeStorage();
     bool hasAdministratorColumn();
     void addAdministratorColumn();
-    StoreError failure(const QString& what, const QSqlError& error) const;
+    LedgerError failure(const QString& what, const QSqlError& error) const;
 
     CompanyLocation m_location;
     std::unique_ptr<Dialect> m_dialect;

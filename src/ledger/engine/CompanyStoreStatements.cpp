@@ -1,7 +1,7 @@
 #include "ledger/engine/CompanyStore.h"
 #include "ledger/engine/HeldAdditions.h"
 #include "ledger/engine/SqliteText.h"
-#include "ledger/engine/StoreError.h"
+#include "ledger/engine/StoreFailure.h"
 #include "ledger/engine/StoreIntegrity.h"
 #include "ledger/engine/Transaction.h"
 
@@ -25,10 +25,10 @@ void runLevelStatement(CompanyStore& store, const QString& sql) {
 
 // A lock not had within the wait is told as such: the clerk can try again, and the driver's text would
 // not say so.
-StoreError CompanyStore::failure(const QString& what, const QSqlError& error) const {
+LedgerError CompanyStore::failure(const QString& what, const QSqlError& error) const {
     if (m_dialect->isBusy(error.nativeErrorCode()))
-        return StoreError(QStringLiteral("The company is busy. Try again in a moment."));
-    return StoreError(what.arg(error.text()));
+        return storeFailure(QStringLiteral("The company is busy. Try again in a moment."));
+    return storeFailure(what.arg(error.text()));
 }
 
 QSqlQuery CompanyStore::prepare(const QString& sql) {
@@ -116,7 +116,7 @@ std::vector<QVariant> CompanyStore::readCells(const QString& sql, const QVariant
 
 void CompanyStore::beginWrite() {
     if (m_readOnly)
-        throw StoreError(
+        throw storeFailure(
             QStringLiteral("Company \"%1\" can only be read here: %2 or its folder is read-only, so "
                            "nothing can be changed.")
                 .arg(m_location.companyId, m_location.describe()));
@@ -141,7 +141,7 @@ void CompanyStore::requireWholeStorage() {
         return;
     const QString damage = knownDamage(m_location);
     if (!damage.isEmpty())
-        throw StoreError(damagedCompanyMessage(m_location.companyId, damage));
+        throw storeFailure(damagedCompanyMessage(m_location.companyId, damage));
     m_storageVerified = true;
 }
 
@@ -185,7 +185,7 @@ qint64 CompanyStore::nextNumber(const QString& counter) {
         "UPDATE \"TB_COUNTERS\" SET \"VALUE\" = \"VALUE\" + 1 WHERE \"NAME\" = ? RETURNING \"VALUE\""));
     run(query, {counter});
     if (!query.next())
-        throw StoreError(QStringLiteral("Counter %1 could not be advanced.").arg(counter));
+        throw storeFailure(QStringLiteral("Counter %1 could not be advanced.").arg(counter));
     const qint64 value = query.value(0).toLongLong();
     query.finish();
     transaction.commit();

@@ -1,6 +1,6 @@
 #include "ledger/engine/CompanyStore.h"
 #include "ledger/engine/PasswordHash.h"
-#include "ledger/engine/StoreError.h"
+#include "ledger/engine/StoreFailure.h"
 #include "ledger/engine/Transaction.h"
 
 #include <QSqlRecord>
@@ -89,7 +89,7 @@ bool CompanyStore::checkPassword(const QString& name, const QString& password) {
     if (stored->isOutdated() && !m_readOnly && !inTransaction()) {
         try {
             setUser(name, password);
-        } catch (const StoreError&) {
+        } catch (const LedgerError&) {
             // Kept as it is (the company may be busy); the next good sign-in tries again.
         }
     }

@@ -1,3 +1,4 @@
+#include "ledger/LedgerError.h"
 #include "ledger/Money.h"
 #include "ledger/engine/ValueCodec.h"
 
@@ -170,6 +171,13 @@ std::optional<QVariant> convertForPut(const FieldDef& field, const QVariant& inp
         break;
     }
     case FieldKind::Decimal: {
+        // An amount reaches the ledger exact, as Money or as text: a binary fraction is already a rounding.
+        const int id = input.metaType().id();
+        if (id == QMetaType::Double || id == QMetaType::Float)
+            throw ProgrammingError(
+                QStringLiteral("%1 (%2) was given a binary fraction; a decimal field takes "
+                               "Money, a whole number or exact text.")
+                    .arg(label, field.name));
         bool extra = false;
         std::optional<qint64> value = scaledNumber(input, field.scale, extra);
         if (value && !fitsField(field, *value)) {

@@ -1,41 +1,35 @@
 #pragma once
 
 // Runs one operation of a session or view so that every failure reaches the caller the same way: as a
-// LedgerError that is also on the session's error list. An operation whose rules warned is done, and
-// then throws the warning, so that the caller sees it as its status and may go on.
+// LedgerError that is also on the session's error list. An operation without a result returns the
+// warnings and messages its rules raised; they are on the list too.
 
 #include "ledger/ErrorList.h"
-#include "ledger/Money.h"
-#include "ledger/engine/FieldRangeError.h"
-#include "ledger/engine/StoreError.h"
-#include "ledger/filter/Filter.h"
 
 #include <type_traits>
 
 namespace tillbook::engine {
 
-template <typename Operation> auto guarded(ErrorList& errors, Operation operation) -> decltype(operation()) {
+template <typename Operation> auto guarded(ErrorList& errors, Operation operation) {
+    using Result = decltype(operation());
     const int before = errors.count();
     try {
-        if constexpr (std::is_void_v<decltype(operation())>) {
+        if constexpr (std::is_void_v<Result>) {
             operation();
-            errors.reportWarnings(before);
+            return errors.warningsSince(before);
         } else {
-            auto result = operation();
-            errors.reportWarnings(before);
-            return result;
+            return operation();
         }
-    } catch (const LedgerError&) {
-        throw; // already on the list
-    } catch (const FieldRangeError& e) {
+    } catch (LedgerError& e) {
+        if (!e.listed()) { // a failure of the store
+            errors.append(e.description(), e.priority());
+            e.markListed();
+        }
+        throw;
+    } catch (const InputError& e) {
         errors.fail(e.message());
-    } catch (const MoneyOverflow&) {
-        errors.fail(
-            QStringLiteral("An amount is too large for the ledger to work with; nothing was written."));
-    } catch (const StoreError& e) {
-        errors.fail(e.message(), ErrorPriority::Severe);
-    } catch (const filter::FilterError& e) {
-        errors.fail(e.message());
+    } catch (const ProgrammingError&) {
+        throw;
     } catch (const std::exception& e) {
         errors.fail(QString::fromStdString(e.what()), ErrorPriority::Severe);
     }

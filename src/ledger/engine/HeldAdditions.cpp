@@ -1,9 +1,9 @@
 #include "ledger/engine/HeldAdditions.h"
 
+#include "ledger/LedgerError.h"
 #include "ledger/engine/CompanyStore.h"
-#include "ledger/engine/FieldRangeError.h"
 #include "ledger/engine/RecordAccess.h"
-#include "ledger/engine/StoreError.h"
+#include "ledger/engine/StoreFailure.h"
 #include "ledger/engine/ValueCodec.h"
 
 #include <QScopeGuard>
@@ -63,7 +63,7 @@ bool HeldAdditions::add(CompanyStore& store, const ViewDef& view, const FieldVal
         const qint64 capacity = storedCapacity(def);
         const qint64 sum = figure.stored + figure.added; // within capacity, as every sum before it
         if ((add > 0 && sum > capacity - add) || (add < 0 && sum < -capacity - add))
-            throw FieldRangeError(tooLargeMessage(def, formatStored(def, sum + add)));
+            throw InputError(tooLargeMessage(def, formatStored(def, sum + add)));
     }
     for (const auto& [field, amount] : additions) {
         figureOf(record, field)->added += amount.toLongLong();
@@ -130,8 +130,8 @@ void HeldAdditions::write(CompanyStore& store) {
         std::sort(additions.begin(), additions.end(),
                   [](const auto& a, const auto& b) { return a.first < b.first; });
         if (!additions.empty() && !addStoredAmounts(store, *record.view, record.key, additions))
-            throw StoreError(QStringLiteral("%1: a record whose figures were being added to is gone.")
-                                 .arg(record.view->title));
+            throw storeFailure(QStringLiteral("%1: a record whose figures were being added to is gone.")
+                                   .arg(record.view->title));
     }
 }
 

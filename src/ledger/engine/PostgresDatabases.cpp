@@ -1,6 +1,6 @@
 #include "ledger/engine/PostgresDatabases.h"
 
-#include "ledger/engine/StoreError.h"
+#include "ledger/engine/StoreFailure.h"
 
 #include <QAtomicInt>
 #include <QSqlError>
@@ -21,10 +21,10 @@ template <typename Work> void withMaintenanceConnection(const CompanyLocation& l
     {
         QSqlDatabase db = postgresConnection(name, location, QStringLiteral("postgres"));
         if (!db.open())
-            throw StoreError(QStringLiteral("Cannot reach the ledger server at %1:%2: %3")
-                                 .arg(location.host)
-                                 .arg(location.port)
-                                 .arg(db.lastError().text()));
+            throw storeFailure(QStringLiteral("Cannot reach the ledger server at %1:%2: %3")
+                                   .arg(location.host)
+                                   .arg(location.port)
+                                   .arg(db.lastError().text()));
         work(db);
         db.close();
     }
@@ -35,7 +35,7 @@ template <typename Work> void withMaintenanceConnection(const CompanyLocation& l
 void runOrThrow(QSqlDatabase& db, const QString& statement, const QString& failure) {
     QSqlQuery query(db);
     if (!query.exec(statement))
-        throw StoreError(failure + QStringLiteral(": ") + query.lastError().text());
+        throw storeFailure(failure + QStringLiteral(": ") + query.lastError().text());
 }
 
 } // namespace
@@ -95,8 +95,8 @@ void renamePostgresDatabase(const CompanyLocation& location, const QString& from
             if (query.exec(statement))
                 return;
             if (query.lastError().nativeErrorCode() != QLatin1String("55006") || attempt == 100)
-                throw StoreError(QStringLiteral("Cannot name the company database %1: %2")
-                                     .arg(to, query.lastError().text()));
+                throw storeFailure(QStringLiteral("Cannot name the company database %1: %2")
+                                       .arg(to, query.lastError().text()));
             QThread::msleep(50);
         }
     });

@@ -1,8 +1,8 @@
 #include "ledger/engine/RecordAccess.h"
 
-#include "ledger/engine/FieldRangeError.h"
+#include "ledger/LedgerError.h"
 #include "ledger/engine/HeldAdditions.h"
-#include "ledger/engine/StoreError.h"
+#include "ledger/engine/StoreFailure.h"
 #include "ledger/engine/TableAccess.h"
 #include "ledger/engine/ValueCodec.h"
 #include "ledger/engine/ViewCore.h"
@@ -276,10 +276,10 @@ bool addStoredAmounts(CompanyStore& store, const ViewDef& def, const FieldValues
             const FieldDef& field = def.fields[size_t(additions[k].first)];
             const qint64 sum = (*now)[k].toLongLong() + additions[k].second.toLongLong();
             if (!fitsField(field, sum))
-                throw FieldRangeError(tooLargeMessage(field, formatStored(field, sum)));
+                throw InputError(tooLargeMessage(field, formatStored(field, sum)));
         }
     }
-    throw StoreError(
+    throw storeFailure(
         QStringLiteral("%1: the record kept changing while it was being added to.").arg(def.title));
 }
 

@@ -1,6 +1,6 @@
 #include "ledger/engine/SqliteText.h"
 
-#include "ledger/engine/StoreError.h"
+#include "ledger/engine/StoreFailure.h"
 
 #include <QSqlDatabase>
 #include <QSqlDriver>
@@ -16,11 +16,11 @@ struct Finalizer {
 };
 using Statement = std::unique_ptr<sqlite3_stmt, Finalizer>;
 
-StoreError failure(sqlite3* db) {
+LedgerError failure(sqlite3* db) {
     if (sqlite3_errcode(db) == SQLITE_BUSY || sqlite3_errcode(db) == SQLITE_LOCKED)
-        return StoreError(QStringLiteral("The company is busy. Try again in a moment."));
-    return StoreError(QStringLiteral("The ledger could not complete the operation: %1")
-                          .arg(QString::fromUtf8(sqlite3_errmsg(db))));
+        return storeFailure(QStringLiteral("The company is busy. Try again in a moment."));
+    return storeFailure(QStringLiteral("The ledger could not complete the operation: %1")
+                            .arg(QString::fromUtf8(sqlite3_errmsg(db))));
 }
 
 // As the Qt driver binds a value: whole numbers and truth as integers, text as text, nothing as NULL.

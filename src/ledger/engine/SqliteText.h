@@ -19,7 +19,7 @@ namespace tillbook::engine {
 // The SQLite connection under a Qt connection; nullptr when it is no SQLite connection.
 sqlite3* sqliteHandle(const QSqlDatabase& db);
 
-// Runs `sql` with `parameters` bound in order and returns its rows, `width` cells each. Throws StoreError
+// Runs `sql` with `parameters` bound in order and returns its rows, `width` cells each. Throws LedgerError
 // with SQLite's message.
 TextRows readSqliteText(sqlite3* db, const QString& sql, const QVariantList& parameters, int width);
 
@@ -34,7 +34,7 @@ public:
 
     // The rows of `sql` with `parameters` bound in order, `width` cells a row, cell after cell in one block,
     // as the Qt driver gives them: whole numbers as qlonglong, real ones as double, text as QString, bytes as
-    // QByteArray and NULL as a null QString. Throws StoreError with SQLite's message.
+    // QByteArray and NULL as a null QString. Throws LedgerError with SQLite's message.
     std::vector<QVariant> readCells(const QString& sql, const QVariantList& parameters, int width);
 
 private:

@@ -17,8 +17,8 @@ StoreIntegrity sqliteIntegrity(CompanyStore& store) {
     QSqlQuery query = store.prepare(QStringLiteral("PRAGMA integrity_check(%1)").arg(MostReports));
     try {
         store.run(query);
-    } catch (const StoreError& e) { // a malformed file may fail the check itself
-        result.damage << e.message();
+    } catch (const LedgerError& e) { // a malformed file may fail the check itself
+        result.damage << e.description();
         return result;
     }
     while (query.next())
@@ -49,8 +49,8 @@ StoreIntegrity postgresIntegrity(CompanyStore& store) {
         try {
             QSqlQuery check = store.prepare(QStringLiteral("SELECT bt_index_check(?::oid, true)"));
             store.run(check, {oid});
-        } catch (const StoreError& e) {
-            result.damage << QStringLiteral("index %1: %2").arg(name, e.message());
+        } catch (const LedgerError& e) {
+            result.damage << QStringLiteral("index %1: %2").arg(name, e.description());
             if (result.damage.size() >= MostReports)
                 break;
         }

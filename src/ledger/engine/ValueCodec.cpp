@@ -1,7 +1,7 @@
 #include "ledger/engine/ValueCodec.h"
 
+#include "ledger/LedgerError.h"
 #include "ledger/Money.h"
-#include "ledger/engine/FieldRangeError.h"
 
 #include <QDate>
 #include <QMetaType>
@@ -138,7 +138,7 @@ QVariant toStorage(const FieldDef& field, const QVariant& value) {
             stored = parseScaled(value.toString(), field.scale, extra).value_or(0);
         }
         if (!fitsField(field, stored))
-            throw FieldRangeError(tooLargeMessage(field, formatStored(field, stored)));
+            throw InputError(tooLargeMessage(field, formatStored(field, stored)));
         return qlonglong(stored);
     }
     case FieldKind::Date: {

@@ -1,6 +1,7 @@
 #pragma once
 
-// Field values in their three forms: what callers put (any reasonable QVariant), what they get
+// Field values in their three forms: what callers put (text, whole numbers, Money, dates; never a binary
+// fraction into a decimal field, which is refused as a ProgrammingError), what they get
 // (QString, int, qlonglong, Money, exact decimal text, QDate) and what the store holds (TEXT or an
 // INTEGER: scaled decimals, yyyymmdd dates).
 
@@ -23,7 +24,7 @@ QVariant fromStorage(const FieldDef& field, const QVariant& stored);
 // store returned as a string is kept as it is, not copied.
 void fromStorageInPlace(const FieldDef& field, QVariant& cell);
 
-// The column value of a field's value (as made by fromStorage or convertForPut). Throws FieldRangeError
+// The column value of a field's value (as made by fromStorage or convertForPut). Throws InputError
 // for a decimal beyond the field's capacity, so that no such value is ever written.
 QVariant toStorage(const FieldDef& field, const QVariant& value);
 
@@ -47,7 +48,8 @@ QString tooLargeMessage(const FieldDef& field, const QString& shown);
 QString displayText(const FieldDef& field, const QVariant& value);
 
 // Exact decimal text to an integer times 10^scale; commas among the whole digits are allowed.
-// `extraDecimals` tells whether digits beyond `scale` were dropped (rounded half away from zero).
+// The one rounding of a stored number: digits beyond `scale` are rounded half away from zero, as a format
+// rounds (a put with verification refuses them instead). `extraDecimals` tells whether any was not zero.
 std::optional<qint64> parseScaled(const QString& text, int scale, bool& extraDecimals);
 QString formatScaled(qint64 scaled, int scale);
 qint64 powerOfTen(int n);

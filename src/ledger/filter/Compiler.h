@@ -7,7 +7,7 @@
 namespace tillbook::filter {
 
 // Turns a parsed filter into SQL over the view's columns: resolves field names, decides what each
-// bare word means, checks types and converts constants to the stored form. Throws FilterError.
+// bare word means, checks types and converts constants to the stored form. Throws InputError.
 SqlFilter compile(const Run& filter, const FieldResolver& resolve, const Diagnostics& diagnostics);
 
 } // namespace tillbook::filter

@@ -17,7 +17,7 @@ Diagnostics::Diagnostics(const QString& filter)
                          .arg(filter.left(QuotedLength), QString::number(filter.size()))) {}
 
 void Diagnostics::fail(const QString& what, int position) const {
-    throw FilterError(
+    throw InputError(
         QStringLiteral("Filter %1: %2 at position %3").arg(m_quoted, what, QString::number(position)),
         position);
 }
@@ -26,7 +26,7 @@ void Diagnostics::fail(const QString& what, const Token& found) const {
     // One arg() for all, so that a %1 in the filter's own text stays as it is.
     const QString message = QStringLiteral("Filter %1: %2 at position %3, found %4")
                                 .arg(m_quoted, what, QString::number(found.position), describe(found));
-    throw FilterError(message, found.position);
+    throw InputError(message, found.position);
 }
 
 QString Diagnostics::describe(const Token& token) {

@@ -1,6 +1,6 @@
 #pragma once
 
-// Builds the FilterError messages, which all name the filter, say what is wrong and where.
+// Builds the InputError messages, which all name the filter, say what is wrong and where.
 
 #include "ledger/filter/Token.h"
 
@@ -12,7 +12,7 @@ class Diagnostics {
 public:
     explicit Diagnostics(const QString& filter);
 
-    // Throws FilterError: `Filter "<filter>": <what> at position <position>[, found <token>]`, a long
+    // Throws InputError: `Filter "<filter>": <what> at position <position>[, found <token>]`, a long
     // filter shown as `"<its start>..." (<length> characters)`.
     [[noreturn]] void fail(const QString& what, int position) const;
     [[noreturn]] void fail(const QString& what, const Token& found) const;

@@ -14,6 +14,8 @@
 //   blanks     free and optional between tokens; an empty filter selects every record
 //   limits     Limits.h: length, clauses and bracket depth, beyond which a filter is refused
 
+#include "ledger/LedgerError.h"
+
 #include <QString>
 #include <QVariantList>
 #include <functional>
@@ -40,21 +42,9 @@ struct SqlFilter {
     QVariantList parameters; // one per ?, in order: QString for text, qlonglong for the rest
 };
 
-// A filter that cannot be compiled. message() reads like
+// Compiles a filter for the view whose fields `resolve` knows. Throws InputError, whose message() reads like
 //   Filter "CNTBTCH= AND X": expected a value after "=" at position 10, found "AND"
-// and position() is the 1-based character position of the offending token (length + 1 for the end).
-class FilterError : public std::runtime_error {
-public:
-    FilterError(QString message, int position);
-    QString message() const { return m_message; }
-    int position() const { return m_position; }
-
-private:
-    QString m_message;
-    int m_position;
-};
-
-// Compiles a filter for the view whose fields `resolve` knows. Throws FilterError.
+// and whose position() is the 1-based character position of the offending token (length + 1 for the end).
 SqlFilter compileFilter(const QString& filter, const FieldResolver& resolve);
 
 } // namespace tillbook::filter

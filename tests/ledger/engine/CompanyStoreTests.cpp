@@ -5,7 +5,7 @@
 #include "ledger/engine/CompanyLocation.h"
 #include "ledger/engine/CompanyStore.h"
 #include "ledger/engine/PasswordHash.h"
-#include "ledger/engine/StoreError.h"
+#include "ledger/engine/StoreFailure.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -27,20 +27,20 @@ using CompanyCreationTest = EngineTest;
 TEST_P(CompanyCreationTest, AFailedCreationLeavesNoCompanyAndTheOldOneAsItWas) {
     const auto failHalfway = [](CompanyStore& store) {
         addAdmin(store);
-        throw engine::StoreError(QStringLiteral("stopped halfway"));
+        throw engine::storeFailure(QStringLiteral("stopped halfway"));
     };
     const QString id = TestStore::uniqueId(QStringLiteral("NEW"));
-    EXPECT_THROW(CompanyStore::create(id, false, failHalfway), engine::StoreError);
+    EXPECT_THROW(CompanyStore::create(id, false, failHalfway), LedgerError);
     EXPECT_FALSE(CompanyStore::exists(id));
 
     CompanyStore::open(m_id)->setUser(QStringLiteral("CLERK"), QStringLiteral("Secret1"));
-    EXPECT_THROW(CompanyStore::create(m_id, true, failHalfway), engine::StoreError);
+    EXPECT_THROW(CompanyStore::create(m_id, true, failHalfway), LedgerError);
     Session clerk;
     clerk.open(QStringLiteral("CLERK"), QStringLiteral("Secret1"), m_id, QDate(2025, 3, 14));
     EXPECT_TRUE(clerk.isOpen());
 
     EXPECT_EQ(CompanyStore::create(id, false, addAdmin)->location().companyId, id.toUpper());
-    EXPECT_THROW(CompanyStore::create(id, false, addAdmin), engine::StoreError);
+    EXPECT_THROW(CompanyStore::create(id, false, addAdmin), LedgerError);
     if (GetParam() == StoreKind::Sqlite) {
         const QStringList files = QDir(m_store->dataFolder()).entryList(QDir::Files | QDir::Hidden);
         EXPECT_TRUE(files.filter(QStringLiteral(".new-")).isEmpty()) << files.join(u' ').toStdString();
@@ -117,12 +117,12 @@ TEST(CompanyIdTest, ATooLongIdIsToldByItsLength) {
     try {
         engine::locateCompany(longId);
         ADD_FAILURE() << "33 characters accepted";
-    } catch (const engine::StoreError& e) {
-        EXPECT_TRUE(e.message().contains("at most 32 characters")) << e.message().toStdString();
-        EXPECT_FALSE(e.message().contains("letters")) << e.message().toStdString();
+    } catch (const LedgerError& e) {
+        EXPECT_TRUE(e.description().contains("at most 32 characters")) << e.description().toStdString();
+        EXPECT_FALSE(e.description().contains("letters")) << e.description().toStdString();
     }
     EXPECT_NO_THROW(engine::locateCompany(longId.left(32)));
-    EXPECT_THROW(engine::locateCompany(QStringLiteral("AB-C")), engine::StoreError);
+    EXPECT_THROW(engine::locateCompany(QStringLiteral("AB-C")), LedgerError);
 }
 
 TEST(CompanyIdTest, ABadLedgerAddressIsToldWithoutItsPassword) {
@@ -139,9 +139,9 @@ TEST(CompanyIdTest, ABadLedgerAddressIsToldWithoutItsPassword) {
         try {
             engine::locateCompany(QStringLiteral("SAMINC"));
             ADD_FAILURE() << c.url << " accepted";
-        } catch (const engine::StoreError& e) {
-            EXPECT_TRUE(e.message().contains(c.told)) << e.message().toStdString();
-            EXPECT_FALSE(e.message().contains("Hush42")) << e.message().toStdString();
+        } catch (const LedgerError& e) {
+            EXPECT_TRUE(e.description().contains(c.told)) << e.description().toStdString();
+            EXPECT_FALSE(e.description().contains("Hush42")) << e.description().toStdString();
         }
     }
     qputenv("TILLBOOK_LEDGER_URL", saved);
@@ -160,8 +160,9 @@ TEST(CompanyFileTest, AnEmptyOrForeignFileIsNoCompanyAndIsLeftAlone) {
         try {
             CompanyStore::open(QStringLiteral("EMPTY"));
             ADD_FAILURE() << "opened " << content.toStdString();
-        } catch (const engine::StoreError& e) {
-            EXPECT_TRUE(e.message().contains("is not a Tillbook company")) << e.message().toStdString();
+        } catch (const LedgerError& e) {
+            EXPECT_TRUE(e.description().contains("is not a Tillbook company"))
+                << e.description().toStdString();
         }
         Session session;
         EXPECT_THROW(session.open(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"), QStringLiteral("EMPTY"),

@@ -40,12 +40,16 @@ TEST_P(FieldPutTest, NumbersTakeCommasAndKeepTheirScale) {
     EXPECT_FALSE(limit.value().canConvert<double>()); // an amount never becomes a binary fraction
     limit.setValue(QVariant::fromValue(Money::fromThousandths(-5)));
     EXPECT_EQ(limit.value().toString(), "-0.005");
-    limit.setValue(12.25);
-    EXPECT_EQ(limit.value().value<Money>(), Money::fromCents(1225));
+    // An amount goes in exact: a binary fraction is refused, put either way, and changes nothing.
+    EXPECT_THROW(limit.setValue(12.25), ProgrammingError);
+    EXPECT_THROW(limit.putWithoutVerification(12.25f), ProgrammingError);
+    EXPECT_EQ(limit.value().toString(), "-0.005");
     EXPECT_TRUE(putFails(limit, "1.2345"));
     EXPECT_TRUE(putFails(limit, "12abc"));
     limit.putWithoutVerification("1.2345");
-    EXPECT_EQ(limit.value().toString(), "1.235"); // made to fit: rounded
+    EXPECT_EQ(limit.value().toString(), "1.235"); // made to fit: rounded half away from zero
+    limit.putWithoutVerification("-1.2345");
+    EXPECT_EQ(limit.value().toString(), "-1.235");
     limit.putWithoutVerification("abc");
     EXPECT_EQ(limit.value().toString(), "0.000");
 

@@ -63,6 +63,13 @@ TEST_P(SessionTest, UnknownViewFailsAndIsListed) {
     EXPECT_EQ(m_session->openView("ar0024", "AR")->id(), "AR0024");
 }
 
+TEST_P(SessionTest, AFieldConstantServesOnlyItsOwnView) {
+    auto batches = m_session->openView(names::Batches);
+    EXPECT_EQ(batches->fields().item(names::BatchNumber).name(), "CNTBTCH");
+    auto headers = m_session->openView(names::ReceiptHeaders);
+    EXPECT_THROW(headers->fields().item(names::BatchNumber), ProgrammingError);
+}
+
 TEST_P(SessionTest, FieldsAreFoundInAnyCase) {
     auto customers = m_session->openView("AR0024", "AR");
     FieldCollection& f = customers->fields();

@@ -10,7 +10,7 @@ void expectError(const QString& filter, int position, const QString& fragment) {
     try {
         const SqlFilter sql = compileFilter(filter, receiptView());
         ADD_FAILURE() << "no error for " << filter.toStdString() << ", got " << sql.where.toStdString();
-    } catch (const FilterError& error) {
+    } catch (const InputError& error) {
         EXPECT_EQ(error.position(), position) << error.what();
         EXPECT_TRUE(error.message().contains(fragment))
             << error.what() << "\n  lacks: " << fragment.toStdString();

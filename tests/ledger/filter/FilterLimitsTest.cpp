@@ -15,7 +15,7 @@ QString compileOnSmallStack(const QString& filter, int* position = nullptr) {
     std::unique_ptr<QThread> thread(QThread::create([&] {
         try {
             compileFilter(filter, receiptView());
-        } catch (const FilterError& error) {
+        } catch (const InputError& error) {
             message = error.message();
             if (position)
                 *position = error.position();

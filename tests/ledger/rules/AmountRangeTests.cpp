@@ -3,7 +3,7 @@
 
 #include "RulesTestSupport.h"
 #include "ledger/engine/BatchPosting.h"
-#include "ledger/engine/FieldRangeError.h"
+#include "ledger/LedgerError.h"
 #include "ledger/engine/RecordAccess.h"
 
 namespace tillbook::test {

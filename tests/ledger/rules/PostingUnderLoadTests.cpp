@@ -6,7 +6,6 @@
 #include "ledger/engine/BatchPosting.h"
 #include "ledger/engine/LedgerCheck.h"
 #include "ledger/engine/RecordAccess.h"
-#include "ledger/engine/StoreError.h"
 #include "ledger/engine/Transaction.h"
 
 #include <chrono>
@@ -70,9 +69,6 @@ TEST_P(PostingUnderLoadTest, TwoPostingsPayingOneDocumentAtOnceLoseNoPayment) {
                 engine::postBatch(*own, errors, batch, PostingDate);
             } catch (const LedgerError& e) {
                 failures[batch - 1] = e.description();
-            } catch (const engine::StoreError& e) {
-                failures[batch - 1] = e.message();
-            }
         });
     };
     std::thread one = post(1, 0);

@@ -138,7 +138,7 @@ void Till::postReceipt(qint64 batch, qint64 expectedEntry, const QString& custom
     view("AR0061").init();
     field("AR0042", "DATERMIT").setValue(QDate(2025, 3, 14));
     field("AR0042", "IDRMIT").setValue("CHQ");
-    field("AR0042", "AMTRMIT").setValue(amount);
+    field("AR0042", "AMTRMIT").setValue(QString::number(amount, 'g', 15));
     field("AR0042", "FISCPER").setValue("03");
     field("AR0042", "FISCYR").setValue("2025");
     View& post = view("AR0061");
@@ -149,7 +149,7 @@ void Till::postReceipt(qint64 batch, qint64 expectedEntry, const QString& custom
     };
     link();
     field("AR0061", "IDCUST").putWithoutVerification(customer);
-    field("AR0061", "AMTRMIT").putWithoutVerification(amount);
+    field("AR0061", "AMTRMIT").putWithoutVerification(QString::number(amount, 'g', 15));
     post.process();
     post.order(0);
     for (int key : keys) {
@@ -157,12 +157,7 @@ void Till::postReceipt(qint64 batch, qint64 expectedEntry, const QString& custom
         field("AR0061", "CNTKEY").putWithoutVerification(QString::number(key));
         post.read();
         field("AR0061", "APPLY").setValue("Y");
-        try {
-            post.update();
-        } catch (const LedgerError& e) {
-            if (e.priority() != ErrorPriority::Warning)
-                throw; // a warning is shown and the posting goes on
-        }
+        post.update(); // a warning is shown and the posting goes on
     }
     view("AR0042").insert();
 }
@@ -190,7 +185,7 @@ void Till::postMiscReceipt(qint64 batch, double amount, const std::vector<Line>&
     field("AR0042", "CNTITEM").putWithoutVerification("0");
     view("AR0042").init();
     field("AR0042", "RMITTYPE").setValue("5");
-    field("AR0042", "AMTRMIT").setValue(amount);
+    field("AR0042", "AMTRMIT").setValue(QString::number(amount, 'g', 15));
     for (const Line& line : lines) {
         view("AR0043").init();
         field("AR0043", "IDDISTCODE").setValue(line.code);

@@ -1,0 +1,94 @@
+#pragma once
+
+// The views and fields the program names above the ledger, as constants. Every constant is checked against
+// the schema when a company opens (checkLedgerNames), so a misspelt name fails at once, loudly, rather than
+// at the one operation that uses it. A field constant knows its view: used on another view it is refused.
+
+#include <QString>
+#include <QStringList>
+#include <vector>
+
+namespace tillbook {
+
+struct ViewName {
+    const char* id;
+    QString text() const { return QString::fromLatin1(id); }
+};
+
+struct FieldName {
+    ViewName view;
+    const char* name;
+    QString text() const { return QString::fromLatin1(name); }
+};
+
+// The views, as TILLBOOK_VIEW(constant, id).
+#define TILLBOOK_LEDGER_VIEWS(TILLBOOK_VIEW)                                                                 \
+    TILLBOOK_VIEW(Batches, "AR0041")                                                                         \
+    TILLBOOK_VIEW(ReceiptHeaders, "AR0042")                                                                  \
+    TILLBOOK_VIEW(ReceiptMiscLines, "AR0043")                                                                \
+    TILLBOOK_VIEW(ReceiptDetails, "AR0044")                                                                  \
+    TILLBOOK_VIEW(ReceiptDetailSubs, "AR0045")                                                               \
+    TILLBOOK_VIEW(ReceiptPost, "AR0061")                                                                     \
+    TILLBOOK_VIEW(Documents, "AR0036")                                                                       \
+    TILLBOOK_VIEW(Customers, "AR0024")                                                                       \
+    TILLBOOK_VIEW(DistributionCodes, "AR0015")                                                               \
+    TILLBOOK_VIEW(Accounts, "GL0001")                                                                        \
+    TILLBOOK_VIEW(CompanyProfile, "CS0001")                                                                  \
+    TILLBOOK_VIEW(FiscalCalendar, "CS0002")                                                                  \
+    TILLBOOK_VIEW(Banks, "BK0001")
+
+// The fields, as TILLBOOK_FIELD(constant, view constant, name).
+#define TILLBOOK_LEDGER_FIELDS(TILLBOOK_FIELD)                                                               \
+    TILLBOOK_FIELD(BatchNumber, Batches, "CNTBTCH")                                                          \
+    TILLBOOK_FIELD(BatchEntries, Batches, "CNTENTER")                                                        \
+    TILLBOOK_FIELD(BatchTotal, Batches, "AMTENTER")                                                          \
+    TILLBOOK_FIELD(BatchBank, Batches, "IDBANK")                                                             \
+    TILLBOOK_FIELD(BatchPaymentType, Batches, "CODEPYMTYP")                                                  \
+    TILLBOOK_FIELD(BatchDescription, Batches, "BATCHDESC")                                                   \
+    TILLBOOK_FIELD(ReceiptDescription, ReceiptHeaders, "TEXTRMIT")                                           \
+    TILLBOOK_FIELD(ReceiptType, ReceiptHeaders, "RMITTYPE")                                                  \
+    TILLBOOK_FIELD(ReceiptCustomer, ReceiptHeaders, "IDCUST")                                                \
+    TILLBOOK_FIELD(ReceiptAmount, ReceiptHeaders, "AMTRMIT")                                                 \
+    TILLBOOK_FIELD(ReceiptDate, ReceiptHeaders, "DATERMIT")                                                  \
+    TILLBOOK_FIELD(ReceiptFiscalYear, ReceiptHeaders, "FISCYR")                                              \
+    TILLBOOK_FIELD(ReceiptFiscalPeriod, ReceiptHeaders, "FISCPER")                                           \
+    TILLBOOK_FIELD(ReceiptNumber, ReceiptHeaders, "IDRMIT")                                                  \
+    TILLBOOK_FIELD(ReceiptPayer, ReceiptHeaders, "TEXTPAYOR")                                                \
+    TILLBOOK_FIELD(ReceiptUnapplied, ReceiptHeaders, "REMUNAPLTC")                                           \
+    TILLBOOK_FIELD(ReceiptDocumentNumber, ReceiptHeaders, "DOCNBR")                                          \
+    TILLBOOK_FIELD(DetailDocument, ReceiptDetails, "IDINVC")                                                 \
+    TILLBOOK_FIELD(PostCustomer, ReceiptPost, "IDCUST")                                                      \
+    TILLBOOK_FIELD(PostKey, ReceiptPost, "CNTKEY")                                                           \
+    TILLBOOK_FIELD(PostDocumentType, ReceiptPost, "TRXTYPE")                                                 \
+    TILLBOOK_FIELD(DocumentAmountDue, Documents, "AMTDUETC")                                                 \
+    TILLBOOK_FIELD(CustomerName, Customers, "NAMECUST")                                                      \
+    TILLBOOK_FIELD(CustomerNumber, Customers, "IDCUST")                                                      \
+    TILLBOOK_FIELD(CustomerStreet1, Customers, "TEXTSTRE1")                                                  \
+    TILLBOOK_FIELD(CustomerStreet2, Customers, "TEXTSTRE2")                                                  \
+    TILLBOOK_FIELD(CustomerPhone, Customers, "TEXTPHON1")                                                    \
+    TILLBOOK_FIELD(DistributionCode, DistributionCodes, "IDDIST")                                            \
+    TILLBOOK_FIELD(DistributionRevenueAccount, DistributionCodes, "IDACCTREV")                               \
+    TILLBOOK_FIELD(AccountNumber, Accounts, "ACCTID")                                                        \
+    TILLBOOK_FIELD(FiscalYear, FiscalCalendar, "FSCYEAR")                                                    \
+    TILLBOOK_FIELD(ProfilePeriods, CompanyProfile, "PERDFSC")                                                \
+    TILLBOOK_FIELD(BankCode, Banks, "BANK")
+
+namespace names {
+#define TILLBOOK_VIEW(constant, id) inline constexpr ViewName constant{id};
+TILLBOOK_LEDGER_VIEWS(TILLBOOK_VIEW)
+#undef TILLBOOK_VIEW
+#define TILLBOOK_FIELD(constant, view, name) inline constexpr FieldName constant{view, name};
+TILLBOOK_LEDGER_FIELDS(TILLBOOK_FIELD)
+#undef TILLBOOK_FIELD
+} // namespace names
+
+// Every constant above.
+std::vector<ViewName> ledgerViewNames();
+std::vector<FieldName> ledgerFieldNames();
+
+// What of `views` and `fields` the schema does not have, one line each ("view XX0000", "field AR0041.NOPE").
+QStringList unknownLedgerNames(const std::vector<ViewName>& views, const std::vector<FieldName>& fields);
+// Throws ProgrammingError naming every constant above that the schema does not have.
+void checkLedgerNames();
+
+} // namespace tillbook
