@@ -69,6 +69,7 @@ TEST_P(PostingUnderLoadTest, TwoPostingsPayingOneDocumentAtOnceLoseNoPayment) {
                 engine::postBatch(*own, errors, batch, PostingDate);
             } catch (const LedgerError& e) {
                 failures[batch - 1] = e.description();
+            }
         });
     };
     std::thread one = post(1, 0);
