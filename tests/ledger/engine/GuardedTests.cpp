@@ -1,6 +1,5 @@
 // How an operation's failures and warnings reach its caller, without a store.
 
-#include "ledger/LedgerNames.h"
 #include "ledger/Money.h"
 #include "ledger/engine/Guarded.h"
 #include "ledger/engine/StoreFailure.h"
@@ -66,21 +65,6 @@ TEST(Guarded, AProgrammingErrorIsNoLedgerError) {
     EXPECT_THROW(engine::guarded(errors, [] { throw ProgrammingError(QStringLiteral("a bug")); }),
                  ProgrammingError);
     EXPECT_EQ(errors.count(), 0);
-}
-
-TEST(LedgerNames, EveryConstantNamesAViewOrFieldOfTheSchema) {
-    EXPECT_EQ(unknownLedgerNames(ledgerViewNames(), ledgerFieldNames()), QStringList());
-    EXPECT_NO_THROW(checkLedgerNames());
-}
-
-TEST(LedgerNames, AConstantTheSchemaLacksIsNamed) {
-    const ViewName nowhere{"XX9999"};
-    EXPECT_EQ(
-        unknownLedgerNames({nowhere, names::Batches}, {{names::Batches, "CNTBTCH"},
-                                                       {names::Batches, "NOSUCH"},
-                                                       {nowhere, "IDCUST"},
-                                                       {names::Batches, "cntbtch"}}),
-        QStringList({"view XX9999", "field AR0041.NOSUCH", "field XX9999.IDCUST", "field AR0041.cntbtch"}));
 }
 
 } // namespace

@@ -63,6 +63,21 @@ TEST_P(SessionTest, UnknownViewFailsAndIsListed) {
     EXPECT_EQ(m_session->openView("ar0024", "AR")->id(), "AR0024");
 }
 
+TEST(LedgerNames, EveryConstantNamesAViewOrFieldOfTheSchema) {
+    EXPECT_EQ(unknownLedgerNames(ledgerViewNames(), ledgerFieldNames()), QStringList());
+    EXPECT_NO_THROW(checkLedgerNames());
+}
+
+TEST(LedgerNames, AConstantTheSchemaLacksIsNamed) {
+    const ViewName nowhere{"XX9999"};
+    EXPECT_EQ(
+        unknownLedgerNames({nowhere, names::Batches}, {{names::Batches, "CNTBTCH"},
+                                                       {names::Batches, "NOSUCH"},
+                                                       {nowhere, "IDCUST"},
+                                                       {names::Batches, "cntbtch"}}),
+        QStringList({"view XX9999", "field AR0041.NOSUCH", "field XX9999.IDCUST", "field AR0041.cntbtch"}));
+}
+
 TEST_P(SessionTest, AFieldConstantServesOnlyItsOwnView) {
     auto batches = m_session->openView(names::Batches);
     EXPECT_EQ(batches->fields().item(names::BatchNumber).name(), "CNTBTCH");
