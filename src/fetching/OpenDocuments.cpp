@@ -16,15 +16,15 @@ const QString FilterOpenReceiptBatches =
 
 } // namespace
 
-void Read_OpenDocuments(ReceiptViews& views, const QString& customer, const QStringList& fields,
-                        const DocumentRowSink& row) {
+Warnings Read_OpenDocuments(ReceiptViews& views, const QString& customer, const QStringList& fields,
+                            const DocumentRowSink& row) {
     views.BatchView->browse(FilterOpenReceiptBatches, true);
     views.BatchView->fetch();
     views.ReceiptPostView->clear();
     Field& customerField = views.ReceiptPostView->fields().item(names::PostCustomer);
     Field& key = views.ReceiptPostView->fields().item(names::PostKey);
     customerField.putWithoutVerification(customer);
-    views.ReceiptPostView->process();
+    const Warnings warnings = views.ReceiptPostView->process();
     views.ReceiptPostView->order(0);
     // Each field looked up once. The document type is the document's own (TRXTYPE): the receipt header's
     // DOCTYPE would give every document the type of the receipt, or none.
@@ -36,7 +36,7 @@ void Read_OpenDocuments(ReceiptViews& views, const QString& customer, const QStr
     for (int n = 1;; ++n) {
         key.putWithoutVerification(QString::number(n));
         if (!views.ReceiptPostView->read())
-            return;
+            return warnings;
         QStringList values;
         values.reserve(fields.size());
         for (qsizetype i = 0; i < fields.size(); ++i) {
