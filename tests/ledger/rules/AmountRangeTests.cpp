@@ -2,8 +2,8 @@
 // balance too far, and miscellaneous lines too large to add up. Refused before anything is written.
 
 #include "RulesTestSupport.h"
-#include "ledger/engine/BatchPosting.h"
 #include "ledger/LedgerError.h"
+#include "ledger/engine/BatchPosting.h"
 #include "ledger/engine/RecordAccess.h"
 
 namespace tillbook::test {
