@@ -1,4 +1,4 @@
-// The error trap and the distribution array, without a ledger.
+// The error trap, without a ledger.
 
 #include "ledger/Session.h"
 #include "posting/ErrorTrap.h"
@@ -47,22 +47,6 @@ TEST(ErrorTrap, ShowsEveryErrorInOrderAndOnceStoppedStaysStopped) {
     for (const PostingProblem& problem : outcome.problems)
         shown << problem.error.description;
     EXPECT_EQ(shown, (QStringList{"a warning", "the error", "later warning", "disk full"}));
-}
-
-TEST(PostingArrays, DistributionAmountsLoseTheirCommasAndTrailingZeros) {
-    PostingInput input;
-    input.distributions = {{"RETAIL", "", "1,234.50", "ref", "desc"},
-                           {"", "4100-100", "1,2,3", "", ""},
-                           {"", "", "12abc", "", ""},
-                           {"", "", "", "", ""},
-                           {"", "", "0.10", "", ""}};
-    const std::vector<std::array<QString, 5>> lines = Load_DistributionArray(input);
-    ASSERT_EQ(lines.size(), 6u); // row 0 is never filled
-    EXPECT_EQ(lines[1], (std::array<QString, 5>{"RETAIL", "", "1234.5", "ref", "desc"}));
-    QStringList amounts;
-    for (size_t r = 2; r < lines.size(); ++r)
-        amounts << lines[r][2];
-    EXPECT_EQ(amounts, (QStringList{"123", "12", "0", "0.1"}));
 }
 
 } // namespace tillbook::test

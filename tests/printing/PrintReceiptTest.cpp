@@ -14,7 +14,7 @@ namespace {
 using PrintReceipt = PrintedCompany;
 
 QString printed(const PrintRequest& request) {
-    const PrintOutcome outcome = Print_Receipt(Desk(), request);
+    const PrintOutcome outcome = Print_Receipt(Desk().LedgerSession.get(), request);
     EXPECT_TRUE(outcome.printed);
     EXPECT_TRUE(outcome.problems.isEmpty()) << outcome.problems.join('\n').toStdString();
     EXPECT_TRUE(QFileInfo::exists(outcome.pdfFile)) << outcome.pdfFile.toStdString();
@@ -79,8 +79,10 @@ TEST_F(PrintReceipt, ThirtyLinesAndNoLinesBothFitTheirBands) {
 }
 
 TEST_F(PrintReceipt, ReprintGetsTheNextCopyNumber) {
-    const QString first = Print_Receipt(Desk(), requestFor(2, ReceiptKind::Prepayment, false)).pdfFile;
-    const QString second = Print_Receipt(Desk(), requestFor(2, ReceiptKind::Prepayment, false)).pdfFile;
+    const QString first =
+        Print_Receipt(Desk().LedgerSession.get(), requestFor(2, ReceiptKind::Prepayment, false)).pdfFile;
+    const QString second =
+        Print_Receipt(Desk().LedgerSession.get(), requestFor(2, ReceiptKind::Prepayment, false)).pdfFile;
     EXPECT_EQ(QFileInfo(first).fileName(), "Receipt batch 1 entry 2.pdf");
     EXPECT_EQ(QFileInfo(second).fileName(), "Receipt batch 1 entry 2 copy 2.pdf");
     EXPECT_EQ(pdfText(first), pdfText(second));
@@ -90,7 +92,7 @@ TEST_F(PrintReceipt, MissingOrBrokenTemplateIsNamedAndNothingIsPrinted) {
     QTemporaryDir reports;
     PrintRequest request = requestFor(1, ReceiptKind::Receipt, true);
     request.reportFolder = reports.path();
-    PrintOutcome outcome = Print_Receipt(Desk(), request);
+    PrintOutcome outcome = Print_Receipt(Desk().LedgerSession.get(), request);
     EXPECT_FALSE(outcome.printed);
     ASSERT_EQ(outcome.problems.size(), 1);
     EXPECT_TRUE(outcome.problems[0].contains(reports.filePath("Receipt_3P.html")));
@@ -100,7 +102,7 @@ TEST_F(PrintReceipt, MissingOrBrokenTemplateIsNamedAndNothingIsPrinted) {
     ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
     broken.write("<html>{{#rows}}{{Amount Paid}}</html>");
     broken.close();
-    outcome = Print_Receipt(Desk(), request);
+    outcome = Print_Receipt(Desk().LedgerSession.get(), request);
     EXPECT_FALSE(outcome.printed);
     ASSERT_EQ(outcome.problems.size(), 1);
     EXPECT_TRUE(outcome.problems[0].contains("Receipt_3P.html"));
@@ -110,7 +112,7 @@ TEST_F(PrintReceipt, MissingOrBrokenTemplateIsNamedAndNothingIsPrinted) {
     ASSERT_TRUE(broken.open(QIODevice::WriteOnly | QIODevice::Truncate));
     broken.write("<html>{{> Footer}}</html>");
     broken.close();
-    outcome = Print_Receipt(Desk(), request);
+    outcome = Print_Receipt(Desk().LedgerSession.get(), request);
     EXPECT_FALSE(outcome.printed);
     ASSERT_EQ(outcome.problems.size(), 1);
     EXPECT_TRUE(outcome.problems[0].contains(reports.filePath("Footer.html")));
@@ -139,7 +141,8 @@ TEST_F(PrintReceipt, EverySubReportAtAnyDepthPrintsFromTheEntry) {
 }
 
 TEST_F(PrintReceipt, UnknownEntryIsReportedAndNotPrinted) {
-    const PrintOutcome outcome = Print_Receipt(Desk(), requestFor(42, ReceiptKind::Receipt, true));
+    const PrintOutcome outcome =
+        Print_Receipt(Desk().LedgerSession.get(), requestFor(42, ReceiptKind::Receipt, true));
     EXPECT_FALSE(outcome.printed);
     EXPECT_EQ(outcome.problems, QStringList{"Entry 42 of batch 1 is not in the ledger."});
     EXPECT_TRUE(QDir(pdfs.path()).isEmpty());

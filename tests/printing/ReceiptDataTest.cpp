@@ -30,7 +30,7 @@ void expectHeaderOnEveryRow(const DataSet& data, int firstHeaderColumn) {
 }
 
 TEST_F(ReceiptData, ReceiptLinesAreTheAppliedDocumentsWithTheHeaderOnEachRow) {
-    const DataSet data = Read_ReceiptData(Desk(), requestFor(1, ReceiptKind::Receipt, false));
+    const DataSet data = Read_ReceiptData(*Desk().LedgerSession, requestFor(1, ReceiptKind::Receipt, false));
     EXPECT_EQ(
         data.fields,
         QStringList({"Invoice Number",   "Invoice Description", "Amount Paid",       "Receipt Number",
@@ -58,7 +58,8 @@ TEST_F(ReceiptData, ReceiptLinesAreTheAppliedDocumentsWithTheHeaderOnEachRow) {
 }
 
 TEST_F(ReceiptData, PrepaymentNamesTheDocumentItApplesTo) {
-    const DataSet data = Read_ReceiptData(Desk(), requestFor(2, ReceiptKind::Prepayment, true));
+    const DataSet data =
+        Read_ReceiptData(*Desk().LedgerSession, requestFor(2, ReceiptKind::Prepayment, true));
     ASSERT_EQ(data.fields.size(), 25);
     EXPECT_EQ(data.fields.mid(0, 5), QStringList({"Apply Prepayment To", "Description", "Prepayment Number",
                                                   "Amount Applied", "Receipt Number"}));
@@ -72,7 +73,7 @@ TEST_F(ReceiptData, PrepaymentNamesTheDocumentItApplesTo) {
 }
 
 TEST_F(ReceiptData, MiscReceiptHasNoCustomerFieldsEvenWithACustomerSelected) {
-    const DataSet data = Read_ReceiptData(Desk(), requestFor(3, ReceiptKind::Misc, true));
+    const DataSet data = Read_ReceiptData(*Desk().LedgerSession, requestFor(3, ReceiptKind::Misc, true));
     EXPECT_EQ(
         data.fields,
         QStringList({"Distribution Code", "Account Number", "GL Description", "Distribution Amount",
@@ -89,7 +90,7 @@ TEST_F(ReceiptData, MiscReceiptHasNoCustomerFieldsEvenWithACustomerSelected) {
         EXPECT_FALSE(row.contains("Silver Dairy Group"));
     expectHeaderOnEveryRow(data, 4);
 
-    const DataSet thirty = Read_ReceiptData(Desk(), requestFor(4, ReceiptKind::Misc, false));
+    const DataSet thirty = Read_ReceiptData(*Desk().LedgerSession, requestFor(4, ReceiptKind::Misc, false));
     ASSERT_EQ(thirty.rows.size(), 30u);
     EXPECT_EQ(value(thirty, 29, "GL Description"), "Line 30 of thirty");
     // The day keeps its two digits.
@@ -98,7 +99,7 @@ TEST_F(ReceiptData, MiscReceiptHasNoCustomerFieldsEvenWithACustomerSelected) {
 }
 
 TEST_F(ReceiptData, EntryWithoutLinesGivesNoRowButKeepsItsHeader) {
-    const DataSet data = Read_ReceiptData(Desk(), requestFor(5, ReceiptKind::Receipt, true));
+    const DataSet data = Read_ReceiptData(*Desk().LedgerSession, requestFor(5, ReceiptKind::Receipt, true));
     EXPECT_TRUE(data.rows.empty());
     ASSERT_EQ(data.header.size(), data.fields.size());
     EXPECT_EQ(data.header.value(data.column("Receipt Number")), "CHQ-5005");
@@ -117,7 +118,7 @@ TEST_F(ReceiptData, EveryKindStatesTheMoneyReceivedItsUseItsBankAndWhoTookIt) {
     for (const Case& c : {Case{1, ReceiptKind::Receipt, "4000.000", "3976.940", "23.060"},
                           Case{2, ReceiptKind::Prepayment, "1250.000", "1250.000", "0.000"},
                           Case{3, ReceiptKind::Misc, "1500.000", "1500.000", "0.000"}}) {
-        const DataSet data = Read_ReceiptData(Desk(), requestFor(c.entry, c.kind, true));
+        const DataSet data = Read_ReceiptData(*Desk().LedgerSession, requestFor(c.entry, c.kind, true));
         ASSERT_FALSE(data.rows.empty()) << c.entry;
         EXPECT_EQ(value(data, 0, "Amount Received"), c.received) << c.entry;
         EXPECT_EQ(value(data, 0, "Total Applied"), c.applied) << c.entry;
@@ -126,7 +127,7 @@ TEST_F(ReceiptData, EveryKindStatesTheMoneyReceivedItsUseItsBankAndWhoTookIt) {
         EXPECT_EQ(value(data, 0, "Received By"), "ADMIN") << c.entry;
         EXPECT_TRUE(value(data, 0, "Saved At").contains(':')) << c.entry;
     }
-    const DataSet misc = Read_ReceiptData(Desk(), requestFor(3, ReceiptKind::Misc, true));
+    const DataSet misc = Read_ReceiptData(*Desk().LedgerSession, requestFor(3, ReceiptKind::Misc, true));
     EXPECT_FALSE(value(misc, 0, "Reference").isEmpty());
 }
 
