@@ -15,7 +15,7 @@ struct PostingCase {
     ReceiptDraft draft;
     const char* shown; // the messages, "|" between them; "..." matches any text
     const char* entry; // RMITTYPE IDCUST AMTRMIT REMUNAPLTC DOCNBR of the new entry; "" = not written
-    const char* lines; // IDINVC AMTPAYM (AR0044) or IDACCT AMTDIST GLREF (AR0043) by line number, "|" between
+    const char* lines; // CNTLINE IDINVC AMTPAYM (AR0044) or IDACCT AMTDIST GLREF GLDESC (AR0043), "|" between
     std::vector<ReceiptDraft> before = {};                          // saved first, each without a problem
     std::function<void(engine::CompanyStore&)> meanwhile = nullptr; // what another till does before the save
 };
@@ -52,24 +52,24 @@ const PostingCase Cases[] = {
     {"ReceiptWithoutApplicationsLeavesItAllUnapplied", receiptDraft(Batch, 1, "C1", "150"), "",
      "1 C1 150.000 150.000 ", ""},
     {"ApplicationsTakeTheAmountInTheOrderApplied", receiptDraft(Batch, 1, "C1", "60", {3, 2}), "",
-     "1 C1 60.000 0.000 ", "IN1 10.000|IN2 50.000"},
+     "1 C1 60.000 0.000 ", "1 IN1 10.000|2 IN2 50.000"},
     {"ACreditNoteAddsToWhatIsLeftToApply", receiptDraft(Batch, 1, "C1", "70", {1, 2, 3}),
      "Nothing is left of the receipt amount to apply to document IN2.", "1 C1 70.000 0.000 ",
-     "CN1 -30.000|IN1 100.000"},
+     "1 CN1 -30.000|2 IN1 100.000"},
     {"AReceiptOfNothingAppliesNothing", receiptDraft(Batch, 1, "C2", "0", {1}),
      "Nothing is left of the receipt amount to apply to document IN3.", "1 C2 0.000 0.000 ", ""},
     {"PendingApplicationsLimitTheNextOne",
      receiptDraft(Batch, 2, "C1", "100", {2}),
      "",
      "1 C1 100.000 60.000 ",
-     "IN1 40.000",
+     "1 IN1 40.000",
      {receiptDraft(Batch, 1, "C1", "60", {2})}},
     {"ADocumentUsedUpByAnUnpostedEntryIsSaidSo",
      receiptDraft(Batch, 2, "C1", "100", {3, 2}),
      "Document IN2 has nothing left to pay: its balance is taken up by payments, discounts and adjustments "
      "already applied.",
      "1 C1 100.000 0.000 ",
-     "IN1 100.000",
+     "1 IN1 100.000",
      {receiptDraft(Batch, 1, "C1", "50", {3})}},
     {"AnUnknownCustomerStopsThePostingAtOnce", receiptDraft(Batch, 1, "NOSUCH", "10", {1}),
      "Customer Number \"NOSUCH\" does not exist.", "", ""},
@@ -86,13 +86,13 @@ const PostingCase Cases[] = {
      onLine(prepaymentDraft(Batch, "C2", "1,250.00", "IN3"), 3),
      "",
      "2 C2 1250.000 0.000 IN3",
-     "PP0000002 1250.000",
+     "3 PP0000002 1250.000",
      {prepaymentDraft(Batch, "C2", "5.00", "IN3")}},
     {"APrepaymentOutsideItsPeriodIsWrittenWithAWarning", inPeriod(prepaymentDraft(Batch, "C2", "40", ""), 5),
-     "Receipt date 2025-03-14 is outside fiscal period 05 of 2025.", "2 C2 40.000 0.000 ",
-     "PP0000001 40.000"},
+     "Receipt date 2025-03-12 is outside fiscal period 05 of 2025.", "2 C2 40.000 0.000 ",
+     "1 PP0000001 40.000"},
     {"MiscLinesTakeAccountsFromCodesOrNumbers", miscDraft(Batch, "1500", {Retail, Freight}), "",
-     "5  1500.000 0.000 ", "4000 1234.500 Till 1|4100-100 265.500 "},
+     "5  1500.000 0.000 ", "4000 1234.500 Till 1 Cash sale|4100-100 265.500  Freight"},
     {"AMiscReceiptWithoutLinesIsWrittenAlone", miscDraft(Batch, "0", {}), "", "5  0.000 0.000 ", ""},
     {"MiscLinesThatDoNotAddUpLeaveNothing", miscDraft(Batch, "500", {Retail, Freight}),
      "The distribution lines add up to 1500.000, not to the receipt amount 500.000...", "", ""},
@@ -160,19 +160,28 @@ TEST_P(ReceiptPosting, EachKindWritesWhatWasKeyedOrNothing) {
                 .join(u'|')
                 .toStdString(),
             c.entry);
-        const QStringList lines = c.draft.kind == ReceiptKind::Misc
-                                      ? stored("AR0043", entry, {"IDACCT", "AMTDIST", "GLREF"}, {"CNTLINE"})
-                                      : stored("AR0044", entry, {"IDINVC", "AMTPAYM"}, {"CNTLINE"});
+        const QStringList lines =
+            c.draft.kind == ReceiptKind::Misc
+                ? stored("AR0043", entry, {"IDACCT", "AMTDIST", "GLREF", "GLDESC"}, {"CNTLINE"})
+                : stored("AR0044", entry, {"CNTLINE", "IDINVC", "AMTPAYM"}, {"CNTLINE"});
         EXPECT_EQ(lines.join(u'|').toStdString(), c.lines);
         if (written && c.draft.kind == ReceiptKind::Prepayment) {
-            EXPECT_EQ(outcome.prepaymentNumber, lines.value(0).section(u' ', 0, 0));
+            EXPECT_EQ(outcome.prepaymentNumber, lines.value(0).section(u' ', 1, 1));
         }
-        // The batch counts the entry and its amount only when it is written.
-        const QString figures =
-            written ? QStringLiteral("%1 %2").arg(entry).arg((total + c.draft.amount).toLedgerString())
-                    : QStringLiteral("%1 %2").arg(entry - 1).arg(total.toLedgerString());
-        EXPECT_EQ(stored("AR0041", {{"CODEPYMTYP", "CA"}, {"CNTBTCH", Batch}}, {"CNTENTER", "AMTENTER"},
-                         {"CNTBTCH"})
+        // What was keyed, as keyed: trimmed, but for a prepayment's texts.
+        if (written) {
+            EXPECT_EQ(stored("AR0042", entry, {"TEXTRMIT", "IDRMIT", "TEXTPAYOR", "DATERMIT"}, {"CNTITEM"})
+                          .value(0),
+                      c.draft.kind == ReceiptKind::Prepayment ? "  Receipt  CHQ  Ann Payer 2025-03-12"
+                                                              : "Receipt CHQ Ann Payer 2025-03-12");
+        }
+        // The batch counts the entry, its amount and its number only when it is written.
+        const int entries = written ? entry : entry - 1;
+        const QString figures = QStringLiteral("%1 %2 %1")
+                                    .arg(entries)
+                                    .arg((written ? total + c.draft.amount : total).toLedgerString());
+        EXPECT_EQ(stored("AR0041", {{"CODEPYMTYP", "CA"}, {"CNTBTCH", Batch}},
+                         {"CNTENTER", "AMTENTER", "CNTLASTITM"}, {"CNTBTCH"})
                       .value(0),
                   figures);
     }

@@ -158,11 +158,12 @@ ReceiptDraft keyed(ReceiptKind kind, qint64 batch, const char* amount) {
     draft.kind = kind;
     draft.batch = int(batch);
     draft.amount = amountOf(amount);
-    draft.receiptDate = QDate(2025, 3, 14);
+    draft.receiptDate = QDate(2025, 3, 12);
     draft.fiscalYear = 2025;
     draft.fiscalPeriod = 3;
-    draft.receiptNumber = QStringLiteral("CHQ");
-    draft.description = QStringLiteral("Receipt");
+    draft.receiptNumber = QStringLiteral(" CHQ ");
+    draft.description = QStringLiteral("  Receipt ");
+    draft.payer = QStringLiteral(" Ann Payer ");
     return draft;
 }
 

@@ -58,8 +58,9 @@ private:
     ReceiptViews m_views;
 };
 
-// Drafts keyed on 2025-03-14 in period 03 of 2025, receipt number CHQ: an ordinary receipt applied to the
-// customer's documents `keys` (CNTKEYs of its list), a prepayment on document `applyTo`, a misc. receipt.
+// Drafts keyed on 2025-03-12 in period 03 of 2025, by " Ann Payer " with receipt number " CHQ " and
+// description "  Receipt ": an ordinary receipt applied to the customer's documents `keys` (CNTKEYs of its
+// list), a prepayment on document `applyTo`, a misc. receipt.
 ReceiptDraft receiptDraft(qint64 batch, int entry, const QString& customer, const char* amount,
                           const std::vector<int>& keys = {});
 ReceiptDraft prepaymentDraft(qint64 batch, const QString& customer, const char* amount,
