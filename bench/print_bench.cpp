@@ -70,14 +70,14 @@ struct PrintSetup {
         Desk().LedgerSession->open(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"), QStringLiteral("BENCH"),
                                    Today());
         Open_ReceiptViews(Desk());
-        request.batch = saveTenLineReceipt();
-        request.entry = QStringLiteral("1");
+        request.batch = saveTenLineReceipt().toInt();
+        request.entry = 1;
         request.kind = ReceiptKind::Misc;
         request.threePart = true;
         request.reportFolder = QStringLiteral(TILLBOOK_REPORTS_DIR);
         qputenv("TILLBOOK_PDF_DIR", pdfs.path().toUtf8());
 
-        auto data = std::make_shared<DataSet>(Read_ReceiptData(Desk(), request));
+        auto data = std::make_shared<DataSet>(Read_ReceiptData(*Desk().LedgerSession, request));
         auto report =
             Report::open(QDir(request.reportFolder).filePath(ReceiptTemplateName(request.kind, true)));
         report->setDataSource(data);
@@ -102,7 +102,7 @@ void emptyFolder(const QString& path) {
 void PrintSavedReceiptToPdf(benchmark::State& state) {
     PrintSetup& s = setup();
     for (auto _ : state) {
-        const PrintOutcome outcome = Print_Receipt(Desk(), s.request);
+        const PrintOutcome outcome = Print_Receipt(Desk().LedgerSession.get(), s.request);
         if (!outcome.printed)
             state.SkipWithError("nothing was printed");
         state.PauseTiming();

@@ -44,12 +44,12 @@ void frmCR::connectPrinting() {
 
 void frmCR::cmdPrint_Click() {
     PrintRequest request;
-    request.batch = ui->cboBatch->currentText();
-    request.entry = ui->cboEntry->currentText();
+    request.batch = ui->cboBatch->currentText().toInt();
+    request.entry = ui->cboEntry->currentText().toInt();
     const int kind = ui->cboTransType->ListIndex();
     request.kind = kind == 1 ? ReceiptKind::Prepayment : kind == 2 ? ReceiptKind::Misc : ReceiptKind::Receipt;
     request.threePart = ui->mnuFileReceipt3V->isChecked();
-    for (const QString& problem : Print_Receipt(Desk(), request).problems)
+    for (const QString& problem : Print_Receipt(Desk().LedgerSession.get(), request).problems)
         MsgBox(problem);
 }
 

@@ -21,32 +21,46 @@ void frmCR::mnuFileSave_Click() {
     cmdSave_Click();
 }
 
-PostingInput frmCR::postingInput() const {
-    PostingInput input;
-    input.batch = Desk().CurrentBatch;
-    input.entry = Desk().CurrentEntry;
+ReceiptDraft frmCR::receiptDraft() const {
+    ReceiptDraft draft;
+    draft.kind = m_transType == 1   ? ReceiptKind::Prepayment
+                 : m_transType == 2 ? ReceiptKind::Misc
+                                    : ReceiptKind::Receipt;
+    draft.batch = Desk().CurrentBatch.toInt();
+    draft.entry = Desk().CurrentEntry.toInt();
     const int customer = ui->cboCustomers->ListIndex();
-    if (customer >= 0 && customer < static_cast<int>(Desk().Customers.size()))
-        input.customer = Desk().Customers[static_cast<size_t>(customer)].Id;
-    input.txtEntDesc = ui->txtEntDesc->text();
-    input.txtDate = ui->txtDate->text();
-    input.txtReceiptNum = ui->txtReceiptNum->text();
-    input.cboPeriod = ui->cboPeriod->currentText();
-    input.cboYear = ui->cboYear->currentText();
-    input.txtPayer = ui->txtPayer->text();
-    input.txtAmount = ui->txtAmount->text();
-    input.txtPrePay = ui->txtPrePay->text();
-    input.receiptAmount = Desk().ReceiptAmount;
-    input.applyKeys.assign(Desk().ApplyKeys.begin(),
-                           Desk().ApplyKeys.begin() +
-                               std::min<qsizetype>(Desk().ApplyCount, Desk().ApplyKeys.size()));
-    input.row = ui->MSFlexGrid1->Row();
-    const FlexGrid* grid = ui->MSFlexGrid1;
-    for (int row = 1; row <= Desk().DistLines && row < grid->Rows(); ++row)
-        input.distributions.push_back({grid->TextMatrix(row, 0), grid->TextMatrix(row, 1),
-                                       grid->TextMatrix(row, 2), grid->TextMatrix(row, 3),
-                                       grid->TextMatrix(row, 4)});
-    return input;
+    if (draft.kind != ReceiptKind::Misc && customer >= 0 &&
+        customer < static_cast<int>(Desk().Customers.size()))
+        draft.customer = Desk().Customers[static_cast<size_t>(customer)].Id;
+    draft.amount = Desk().ReceiptAmount;
+    draft.receiptDate = ParseShortDate(ui->txtDate->text());
+    if (!draft.receiptDate.isValid())
+        draft.receiptDateTyped = ui->txtDate->text();
+    draft.fiscalYear = ui->cboYear->currentText().trimmed().toInt();
+    draft.fiscalPeriod = ui->cboPeriod->currentText().trimmed().toInt();
+    draft.receiptNumber = ui->txtReceiptNum->text();
+    draft.payer = ui->txtPayer->text();
+    draft.description = ui->txtEntDesc->text();
+    switch (draft.kind) {
+    case ReceiptKind::Receipt:
+        draft.applyKeys.assign(Desk().ApplyKeys.begin(),
+                               Desk().ApplyKeys.begin() +
+                                   std::min<qsizetype>(Desk().ApplyCount, Desk().ApplyKeys.size()));
+        break;
+    case ReceiptKind::Prepayment:
+        draft.prepaidDocument = ui->txtPrePay->text();
+        draft.prepaymentLine = ui->MSFlexGrid1->Row();
+        break;
+    case ReceiptKind::Misc: {
+        const FlexGrid* grid = ui->MSFlexGrid1;
+        for (int row = 1; row <= Desk().DistLines && row < grid->Rows(); ++row)
+            draft.distributions.push_back({grid->TextMatrix(row, 0), grid->TextMatrix(row, 1),
+                                           Strip_Commas(grid->TextMatrix(row, 2)), grid->TextMatrix(row, 3),
+                                           grid->TextMatrix(row, 4)});
+        break;
+    }
+    }
+    return draft;
 }
 
 void frmCR::cmdSave_Click() {
@@ -59,21 +73,21 @@ void frmCR::cmdSave_Click() {
     // The amount as the clerk sees it, also when the field has not been left before saving.
     Desk().ReceiptAmount = Strip_Commas(ui->txtAmount->text());
 
-    const PostingInput input = postingInput();
+    const ReceiptDraft draft = receiptDraft();
     // Saved as the kind it was keyed in, also when the list has already moved to another mode.
     switch (m_transType) {
     case 0:
-        m_lastPosting = Post_Receipt(Desk(), input);
+        m_lastPosting = Post_Receipt(Desk(), draft);
         Desk().ApplyCount = 0;
         AppliedRows{Desk().ApplyKeys, Desk().AppliedMarks}.reset();
         break;
     case 1:
-        m_lastPosting = Post_Prepayment(Desk(), input);
+        m_lastPosting = Post_Prepayment(Desk(), draft);
         if (m_lastPosting.PostOK)
             ui->txtPrePayDocNo->setText(m_lastPosting.prepaymentNumber);
         break;
     case 2:
-        m_lastPosting = Post_MiscReceipt(Desk(), input);
+        m_lastPosting = Post_MiscReceipt(Desk(), draft);
         break;
     default:
         m_lastPosting = PostingOutcome();

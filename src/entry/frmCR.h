@@ -221,8 +221,8 @@ private:
                              std::vector<int>& alignments) const;
     // Marks a row's Apply cell as applied, or takes the mark away.
     void markApplyCell(int row, bool applied);
-    // What posting reads from the window.
-    PostingInput postingInput() const;
+    // The entry as keyed: what posting writes.
+    ReceiptDraft receiptDraft() const;
     // Shows the problems a posting met, in order.
     void showPostingProblems(const PostingOutcome& outcome);
     // After a save: the batch's figures, the entry list, and the saved entry read back and locked.

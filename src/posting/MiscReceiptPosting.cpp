@@ -2,29 +2,20 @@
 // soon as it is filled and written with the header.
 
 #include "fetching/ReceiptViews.h"
-#include "ledger/Formats.h"
 #include "posting/Posting.h"
 #include "posting/PostingSequence.h"
 
 namespace tillbook {
 
-std::vector<std::array<QString, 5>> Load_DistributionArray(const PostingInput& input) {
-    const auto& rows = input.distributions;
-    std::vector<std::array<QString, 5>> lines(rows.size() + 1);
-    for (size_t r = 1; r <= rows.size(); ++r) {
-        const DistributionRow& row = rows[r - 1];
-        // The amount as a plain number: commas gone, no trailing zeros ("1,234.50" is "1234.5").
-        lines[r] = {row.distCode, row.account, VariantText(QVariant::fromValue(Strip_Commas(row.amount))),
-                    row.reference, row.description};
-    }
-    return lines;
+std::vector<DistributionLine> Load_DistributionArray(const ReceiptDraft& draft) {
+    return draft.distributions;
 }
 
-PostingOutcome Post_MiscReceipt(ReceiptViews& views, const PostingInput& input) {
+PostingOutcome Post_MiscReceipt(ReceiptViews& views, const ReceiptDraft& draft) {
     if (!views.ready())
         return ViewsNotOpen();
-    const QString batch = input.batch;
-    const std::vector<std::array<QString, 5>> lines = Load_DistributionArray(input);
+    const QString batch = QString::number(draft.batch);
+    const std::vector<DistributionLine> lines = Load_DistributionArray(draft);
     PostingSequence steps(*views.LedgerSession);
 
     PositionBatch(steps, views, batch);
@@ -42,22 +33,21 @@ PostingOutcome Post_MiscReceipt(ReceiptViews& views, const PostingInput& input) 
     steps.order(*views.ReceiptMiscView, 0);
 
     // No customer: IDCUST stays blank.
-    steps.put(*views.ReceiptHeaderView, "TEXTRMIT", input.txtEntDesc.trimmed());
-    steps.put(*views.ReceiptHeaderView, "DATERMIT", DateValue(input.txtDate));
-    steps.put(*views.ReceiptHeaderView, "AMTRMIT", QVariant::fromValue(input.receiptAmount));
-    steps.put(*views.ReceiptHeaderView, "FISCYR", input.cboYear.trimmed());
-    steps.put(*views.ReceiptHeaderView, "FISCPER", input.cboPeriod.trimmed());
-    steps.put(*views.ReceiptHeaderView, "TEXTPAYOR", input.txtPayer.trimmed());
-    steps.put(*views.ReceiptHeaderView, "IDRMIT", input.txtReceiptNum.trimmed());
+    steps.put(*views.ReceiptHeaderView, "TEXTRMIT", draft.description.trimmed());
+    steps.put(*views.ReceiptHeaderView, "DATERMIT", DateValue(draft));
+    steps.put(*views.ReceiptHeaderView, "AMTRMIT", QVariant::fromValue(draft.amount));
+    steps.put(*views.ReceiptHeaderView, "FISCYR", FiscalYearText(draft));
+    steps.put(*views.ReceiptHeaderView, "FISCPER", FiscalPeriodText(draft));
+    steps.put(*views.ReceiptHeaderView, "TEXTPAYOR", draft.payer.trimmed());
+    steps.put(*views.ReceiptHeaderView, "IDRMIT", draft.receiptNumber.trimmed());
 
-    for (size_t r = 1; r < lines.size(); ++r) {
-        const auto& line = lines[r];
+    for (const DistributionLine& line : lines) {
         steps.init(*views.ReceiptMiscView);
-        steps.put(*views.ReceiptMiscView, "IDDISTCODE", line[0]);
-        steps.put(*views.ReceiptMiscView, "IDACCT", line[1]);
-        steps.put(*views.ReceiptMiscView, "AMTDIST", line[2]);
-        steps.put(*views.ReceiptMiscView, "GLREF", line[3]);
-        steps.put(*views.ReceiptMiscView, "GLDESC", line[4]);
+        steps.put(*views.ReceiptMiscView, "IDDISTCODE", line.distCode);
+        steps.put(*views.ReceiptMiscView, "IDACCT", line.account);
+        steps.put(*views.ReceiptMiscView, "AMTDIST", QVariant::fromValue(line.amount));
+        steps.put(*views.ReceiptMiscView, "GLREF", line.reference);
+        steps.put(*views.ReceiptMiscView, "GLDESC", line.description);
         steps.insert(*views.ReceiptMiscView);
     }
 

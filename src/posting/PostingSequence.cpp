@@ -103,9 +103,16 @@ PostingOutcome ViewsNotOpen() {
     return outcome;
 }
 
-QVariant DateValue(const QString& txtDate) {
-    const QDate date = ParseShortDate(txtDate);
-    return date.isValid() ? QVariant(date) : QVariant(txtDate);
+QVariant DateValue(const ReceiptDraft& draft) {
+    return draft.receiptDate.isValid() ? QVariant(draft.receiptDate) : QVariant(draft.receiptDateTyped);
+}
+
+QString FiscalYearText(const ReceiptDraft& draft) {
+    return draft.fiscalYear > 0 ? QString::number(draft.fiscalYear) : QString();
+}
+
+QString FiscalPeriodText(const ReceiptDraft& draft) {
+    return draft.fiscalPeriod > 0 ? FormatDigits(draft.fiscalPeriod, 2) : QString();
 }
 
 void PositionBatch(PostingSequence& steps, ReceiptViews& views, const QString& batch) {

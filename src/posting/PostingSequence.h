@@ -46,9 +46,12 @@ private:
 // The outcome of a posting that cannot start because the ledger session and the receipt views are not open.
 PostingOutcome ViewsNotOpen();
 
-// The value put in DATERMIT: the date typed in the short date form, or, when the text is no such date, the
-// text itself, so that the ledger refuses it with its own message.
-QVariant DateValue(const QString& txtDate);
+// The value put in DATERMIT: the receipt date, or, when the field held no date, its text, so that the ledger
+// refuses it with its own message.
+QVariant DateValue(const ReceiptDraft& draft);
+// FISCYR and FISCPER as the lists show them ("2026", "03"); blank when none is chosen.
+QString FiscalYearText(const ReceiptDraft& draft);
+QString FiscalPeriodText(const ReceiptDraft& draft);
 
 // The steps every posting starts with: the batch positioned by its number.
 void PositionBatch(PostingSequence& steps, ReceiptViews& views, const QString& batch);

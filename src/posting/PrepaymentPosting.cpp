@@ -1,5 +1,5 @@
 // A prepayment: a receipt kept against the document it will be applied to. The ledger numbers both the
-// entry and the prepayment document; the amount goes to the ledger as the clerk keyed it.
+// entry and the prepayment document.
 
 #include "fetching/ReceiptViews.h"
 #include "posting/Posting.h"
@@ -9,19 +9,18 @@
 
 namespace tillbook {
 
-std::array<QString, 8> Save_ReceiptHeader(const PostingInput& input) {
-    return {QString(),       input.txtReceiptNum,     input.txtEntDesc,
-            input.txtAmount, input.cboYear.trimmed(), input.cboPeriod.trimmed(),
-            input.txtPrePay, input.txtPayer};
+ReceiptHeader Save_ReceiptHeader(const ReceiptDraft& draft) {
+    return {draft.receiptNumber,     draft.description,     draft.amount, FiscalYearText(draft),
+            FiscalPeriodText(draft), draft.prepaidDocument, draft.payer};
 }
 
-PostingOutcome Post_Prepayment(ReceiptViews& views, const PostingInput& input) {
+PostingOutcome Post_Prepayment(ReceiptViews& views, const ReceiptDraft& draft) {
     if (!views.ready())
         return ViewsNotOpen();
-    const QString customer = input.customer;
-    const QString batch = input.batch;
+    const QString customer = draft.customer;
+    const QString batch = QString::number(draft.batch);
     const QString entry = QStringLiteral("0"); // the ledger numbers the new entry
-    const std::array<QString, 8> header = Save_ReceiptHeader(input);
+    const ReceiptHeader header = Save_ReceiptHeader(draft);
     PostingSequence steps(*views.LedgerSession);
 
     steps.put(*views.BatchView, "CODEPYMTYP", QStringLiteral("CA"));
@@ -43,27 +42,28 @@ PostingOutcome Post_Prepayment(ReceiptViews& views, const PostingInput& input) {
     steps.init(*views.ReceiptPostView);
     steps.init(*views.ReceiptPostView);
 
-    steps.put(*views.ReceiptHeaderView, "DATERMIT", DateValue(input.txtDate));
+    steps.put(*views.ReceiptHeaderView, "DATERMIT", DateValue(draft));
     steps.put(*views.ReceiptHeaderView, "TEXTRMIT", QString());
     steps.put(*views.ReceiptHeaderView, "IDCUST", customer);
     steps.init(*views.ReceiptPostView);
     steps.put(*views.ReceiptHeaderView, "RMITTYPE", QStringLiteral("2"));
 
     // The detail line takes the grid's row as its number.
-    steps.putUnverified(*views.ReceiptDetailView, "CNTLINE", QVariant::fromValue(std::int16_t(input.row)));
+    steps.putUnverified(*views.ReceiptDetailView, "CNTLINE",
+                        QVariant::fromValue(std::int16_t(draft.prepaymentLine)));
     steps.browse(*views.ReceiptDetailView,
                  QStringLiteral("CODEPAYM = \"CA\" AND CNTBTCH = ") + batch +
                      QStringLiteral(" AND CNTITEM =") + entry,
                  true);
     steps.fetch(*views.ReceiptDetailView);
 
-    steps.put(*views.ReceiptHeaderView, "IDRMIT", header[1]);
-    steps.put(*views.ReceiptHeaderView, "TEXTRMIT", header[2]);
-    steps.put(*views.ReceiptHeaderView, "AMTRMIT", header[3]);
-    steps.put(*views.ReceiptHeaderView, "FISCYR", header[4]);
-    steps.put(*views.ReceiptHeaderView, "FISCPER", header[5]);
-    steps.put(*views.ReceiptHeaderView, "DOCNBR", header[6]);
-    steps.put(*views.ReceiptHeaderView, "TEXTPAYOR", header[7]);
+    steps.put(*views.ReceiptHeaderView, "IDRMIT", header.receiptNumber);
+    steps.put(*views.ReceiptHeaderView, "TEXTRMIT", header.description);
+    steps.put(*views.ReceiptHeaderView, "AMTRMIT", QVariant::fromValue(header.amount));
+    steps.put(*views.ReceiptHeaderView, "FISCYR", header.fiscalYear);
+    steps.put(*views.ReceiptHeaderView, "FISCPER", header.fiscalPeriod);
+    steps.put(*views.ReceiptHeaderView, "DOCNBR", header.applyTo);
+    steps.put(*views.ReceiptHeaderView, "TEXTPAYOR", header.payer);
 
     steps.insert(*views.ReceiptHeaderView);
     PostingOutcome outcome = steps.run();

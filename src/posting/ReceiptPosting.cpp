@@ -7,13 +7,13 @@
 
 namespace tillbook {
 
-PostingOutcome Post_Receipt(ReceiptViews& views, const PostingInput& input) {
+PostingOutcome Post_Receipt(ReceiptViews& views, const ReceiptDraft& draft) {
     if (!views.ready())
         return ViewsNotOpen();
-    const QString customer = input.customer;
-    const QString batch = input.batch;
-    const QString entry = input.entry;
-    const QVariant amount = QVariant::fromValue(input.receiptAmount);
+    const QString customer = draft.customer;
+    const QString batch = QString::number(draft.batch);
+    const QString entry = QString::number(draft.entry);
+    const QVariant amount = QVariant::fromValue(draft.amount);
     PostingSequence steps(*views.LedgerSession);
 
     PositionBatch(steps, views, batch);
@@ -39,15 +39,15 @@ PostingOutcome Post_Receipt(ReceiptViews& views, const PostingInput& input) {
     steps.init(*views.ReceiptHeaderView);
     steps.init(*views.ReceiptPostView);
     steps.init(*views.ReceiptPostView);
-    steps.put(*views.ReceiptHeaderView, "TEXTRMIT", input.txtEntDesc.trimmed());
+    steps.put(*views.ReceiptHeaderView, "TEXTRMIT", draft.description.trimmed());
     steps.put(*views.ReceiptHeaderView, "IDCUST", customer);
     steps.init(*views.ReceiptPostView);
-    steps.put(*views.ReceiptHeaderView, "DATERMIT", DateValue(input.txtDate));
-    steps.put(*views.ReceiptHeaderView, "IDRMIT", input.txtReceiptNum.trimmed());
+    steps.put(*views.ReceiptHeaderView, "DATERMIT", DateValue(draft));
+    steps.put(*views.ReceiptHeaderView, "IDRMIT", draft.receiptNumber.trimmed());
     steps.put(*views.ReceiptHeaderView, "AMTRMIT", amount);
-    steps.put(*views.ReceiptHeaderView, "FISCPER", input.cboPeriod.trimmed());
-    steps.put(*views.ReceiptHeaderView, "FISCYR", input.cboYear.trimmed());
-    steps.put(*views.ReceiptHeaderView, "TEXTPAYOR", input.txtPayer.trimmed());
+    steps.put(*views.ReceiptHeaderView, "FISCPER", FiscalPeriodText(draft));
+    steps.put(*views.ReceiptHeaderView, "FISCYR", FiscalYearText(draft));
+    steps.put(*views.ReceiptHeaderView, "TEXTPAYOR", draft.payer.trimmed());
 
     // The customer's payable documents.
     const auto linkPostView = [&] {
@@ -62,7 +62,7 @@ PostingOutcome Post_Receipt(ReceiptViews& views, const PostingInput& input) {
     steps.order(*views.ReceiptPostView, 0);
 
     // Each applied document in the order applied: the ledger spreads the amount over them.
-    for (const int key : input.applyKeys) {
+    for (const int key : draft.applyKeys) {
         linkPostView();
         steps.putUnverified(*views.ReceiptPostView, "CNTKEY", QString::number(key));
         steps.read(*views.ReceiptPostView);

@@ -1,8 +1,7 @@
 #include "printing/Printing.h"
 
-#include "fetching/ReceiptViews.h"
-#include "ledger/Formats.h"
 #include "ledger/LedgerError.h"
+#include "ledger/Session.h"
 #include "printing/Printers.h"
 #include "printing/ReceiptPage.h"
 #include "printing/Report.h"
@@ -135,28 +134,28 @@ QString ReceiptTemplateName(ReceiptKind kind, bool threePart) {
     return QStringLiteral("Receipt") + style;
 }
 
-QString ReceiptPdfPath(const QString& folder, const QString& batch, const QString& entry) {
+QString ReceiptPdfPath(const QString& folder, int batch, int entry) {
     const QDir dir(folder);
-    const QString stem = QStringLiteral("Receipt batch %1 entry %2").arg(Int16Of(batch)).arg(Int16Of(entry));
+    const QString stem = QStringLiteral("Receipt batch %1 entry %2").arg(batch).arg(entry);
     QString path = dir.filePath(stem + QStringLiteral(".pdf"));
     for (int copy = 2; QFileInfo::exists(path); ++copy)
         path = dir.filePath(stem + QStringLiteral(" copy %1.pdf").arg(copy));
     return path;
 }
 
-PrintOutcome Print_Receipt(ReceiptViews& views, const PrintRequest& request) {
+PrintOutcome Print_Receipt(Session* session, const PrintRequest& request) {
     PrintOutcome outcome;
     QStringList& problems = outcome.problems;
-    if (!views.LedgerSession || !views.ReceiptHeaderView) {
+    if (!session || !session->isOpen()) {
         problems << QStringLiteral("No company is open: there is no receipt to print.");
         return outcome;
     }
     auto data = std::make_shared<DataSet>();
     try {
-        *data = Read_ReceiptData(views, request);
+        *data = Read_ReceiptData(*session, request);
     } catch (const LedgerError& error) {
         problems << error.description();
-        views.LedgerSession->errors().clear(); // handed on: not to be reported again by the next procedure
+        session->errors().clear(); // handed on: not to be reported again by the next procedure
         return outcome;
     }
 

@@ -11,7 +11,7 @@
 
 namespace tillbook {
 
-struct ReceiptViews;
+class Session;
 
 struct PrintOutcome {
     bool printed = false;
@@ -25,11 +25,12 @@ QString ReceiptTemplateName(ReceiptKind kind, bool threePart);
 
 // A file in `folder` named for the batch and entry; a reprint gets the next free copy number:
 // "Receipt batch 12 entry 3.pdf", "Receipt batch 12 entry 3 copy 2.pdf", ...
-QString ReceiptPdfPath(const QString& folder, const QString& batch, const QString& entry);
+QString ReceiptPdfPath(const QString& folder, int batch, int entry);
 
 // Every failure is handed back among the problems. A missing or broken template or an unreadable entry prints
 // nothing; a failing sub-report binding or printer choice is shown and the print goes on. A print the user
-// cancels ends without a message.
-PrintOutcome Print_Receipt(ReceiptViews& views, const PrintRequest& request);
+// cancels ends without a message. The entry is read through views of the printing's own on `session` (none
+// when no company is open), so the receipt window's views stay where they are.
+PrintOutcome Print_Receipt(Session* session, const PrintRequest& request);
 
 } // namespace tillbook

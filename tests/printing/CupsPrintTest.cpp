@@ -38,7 +38,8 @@ protected:
     QStringList problems; // of every print, in order
     QString printEntryOne(const QString& queue) {
         const int before = int(cups->jobFiles(queue).size());
-        const PrintOutcome outcome = Print_Receipt(Desk(), requestFor(1, ReceiptKind::Receipt, true));
+        const PrintOutcome outcome =
+            Print_Receipt(Desk().LedgerSession.get(), requestFor(1, ReceiptKind::Receipt, true));
         EXPECT_TRUE(outcome.printed);
         EXPECT_EQ(outcome.printer, queue);
         problems << outcome.problems;

@@ -46,8 +46,8 @@ inline QString pdfText(const QString& file) {
 
 inline PrintRequest requestFor(int entry, ReceiptKind kind, bool threePart) {
     PrintRequest request;
-    request.batch = QStringLiteral("1");
-    request.entry = QString::number(entry);
+    request.batch = 1;
+    request.entry = entry;
     request.kind = kind;
     request.threePart = threePart;
     request.reportFolder = sourcePath(QStringLiteral("Reports"));

@@ -3,16 +3,15 @@
 // What the receipt window hands to the printing: the entry on show and how to print it. A plain value, so
 // that a receipt can be printed without the window.
 
+#include "fetching/ReceiptKind.h"
+
 #include <QString>
 
 namespace tillbook {
 
-// The three kinds of entry, by the position of the transaction-type list.
-enum class ReceiptKind { Receipt = 0, Prepayment = 1, Misc = 2 };
-
 struct PrintRequest {
-    QString batch; // the batch list's text: the batch number
-    QString entry; // the entry list's text: the entry number
+    int batch = 0; // the saved entry's batch number
+    int entry = 0; // and its number in the batch
     ReceiptKind kind = ReceiptKind::Receipt;
     bool threePart = true; // the "3 panel Voucher" style is ticked; otherwise two-part
     QString reportFolder;  // the templates' folder; empty = the program's "Reports"

@@ -1,9 +1,10 @@
 #include "printing/data/ReceiptData.h"
 
 #include "fetching/FieldValues.h"
-#include "fetching/ReceiptViews.h"
 #include "ledger/Formats.h"
 #include "ledger/LedgerError.h"
+#include "ledger/Session.h"
+#include "ledger/View.h"
 
 namespace tillbook {
 
@@ -103,19 +104,19 @@ QStringList ReceiptFields(ReceiptKind kind) {
            PaymentValues;
 }
 
-DataSet Read_ReceiptData(ReceiptViews& views, const PrintRequest& request) {
-    const QString batch = QString::number(Int16Of(request.batch));
-    const QString entry = QString::number(Int16Of(request.entry));
+DataSet Read_ReceiptData(Session& session, const PrintRequest& request) {
+    const QString batch = QString::number(request.batch);
+    const QString entry = QString::number(request.entry);
     HeaderValues h;
 
-    const std::unique_ptr<View> company =
-        views.LedgerSession->openView(QStringLiteral("CS0001"), QStringLiteral("CS"));
-    company->browse(QStringLiteral("ORGID = ") + quoted(views.LedgerSession->companyId()), true);
+    const std::unique_ptr<View> company = session.openView(QStringLiteral("CS0001"), QStringLiteral("CS"));
+    company->browse(QStringLiteral("ORGID = ") + quoted(session.companyId()), true);
     if (company->fetch())
         h.company = {text(*company, "CONAME"), text(*company, "ADDR01"), text(*company, "CITY"),
                      text(*company, "STATE"), text(*company, "POSTAL")};
 
-    View& header = *views.ReceiptHeaderView;
+    const std::unique_ptr<View> headers = session.openView(QStringLiteral("AR0042"), QStringLiteral("AR"));
+    View& header = *headers;
     header.browse(QStringLiteral("CNTBTCH = ") + batch + QStringLiteral(" AND CNTITEM = ") + entry, true);
     if (!header.fetch())
         throw LedgerError(QStringLiteral("Entry %1 of batch %2 is not in the ledger.").arg(entry, batch));
@@ -129,22 +130,23 @@ DataSet Read_ReceiptData(ReceiptViews& views, const PrintRequest& request) {
     if (const QDate day = header.fields().item(QStringLiteral("AUDTDATE")).value().toDate(); day.isValid())
         saved = FormatDateLong(day) + u' ' + saved;
     h.payment = {received.toLedgerString(),  (received - unapplied).toLedgerString(),
-                 unapplied.toLedgerString(), batchBank(*views.LedgerSession, batch),
+                 unapplied.toLedgerString(), batchBank(session, batch),
                  text(header, "ENTEREDBY"),  saved.trimmed()};
 
-    View* detail = views.ReceiptMiscView.get();
+    std::unique_ptr<View> detail = session.openView(
+        request.kind == ReceiptKind::Misc ? QStringLiteral("AR0043") : QStringLiteral("AR0044"),
+        QStringLiteral("AR"));
     QString filter = QStringLiteral("CNTBTCH =") + batch + QStringLiteral(" AND CNTITEM =") + entry;
     if (request.kind != ReceiptKind::Misc) {
         // The customer the ledger holds for the entry, whatever the window shows.
         const QString& customerNumber = h.customerId;
         const std::unique_ptr<View> customers =
-            views.LedgerSession->openView(QStringLiteral("AR0024"), QStringLiteral("AR"));
+            session.openView(QStringLiteral("AR0024"), QStringLiteral("AR"));
         customers->browse(QStringLiteral("IDCUST = ") + quoted(customerNumber), true);
         if (customers->fetch())
             h.customer = {text(*customers, "NAMECUST"),  text(*customers, "TEXTSTRE1"),
                           text(*customers, "TEXTSTRE2"), text(*customers, "NAMECITY"),
                           text(*customers, "CODESTTE"),  text(*customers, "CODEPSTL")};
-        detail = views.ReceiptDetailView.get();
         filter = QStringLiteral("IDCUST=") + quoted(customerNumber) + QStringLiteral(" AND ") + filter;
     }
 

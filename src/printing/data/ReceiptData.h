@@ -7,14 +7,14 @@
 
 namespace tillbook {
 
-struct ReceiptViews;
+class Session;
 
 // The field names of a kind's data set, in column order.
 QStringList ReceiptFields(ReceiptKind kind);
 
 // The entry's data set: one row per detail line (none when the entry has no line), every header, customer and
-// company value repeated on each row; amounts as the ledger's text, the date as "mmmm dd, yyyy". Reads the
-// kept receipt views. Throws LedgerError.
-DataSet Read_ReceiptData(ReceiptViews& views, const PrintRequest& request);
+// company value repeated on each row; amounts as the ledger's text, the date as "mmmm dd, yyyy". Reads
+// through views of its own on the session, so that no other view's record moves. Throws LedgerError.
+DataSet Read_ReceiptData(Session& session, const PrintRequest& request);
 
 } // namespace tillbook

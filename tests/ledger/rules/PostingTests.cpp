@@ -15,14 +15,15 @@ QVariantHash document(const char* customer, const QString& number) {
 }
 
 TEST_P(PostingTest, PostingAppliesEntriesAndMakesDocumentsOfWhatIsLeft) {
-    auto session = signIn();
-    Till till(*session);
+    Till till(signIn());
+    Session* session = &till.session();
     const qint64 batch = till.newBatch();
-    till.postReceipt(batch, 1, "C1", 130.0, {2, 3}); // IN1 100 in full, IN2 30 of 50: nothing unapplied
-    till.postReceipt(batch, 2, "C2", 100.0, {1});    // IN3 80 in full, 20 unapplied
-    till.postPrepayment(batch, "C2", "25", "IN3");
-    till.postMiscReceipt(batch, 10.0, {{"RETAIL", "", "10"}});
-    ASSERT_EQ(session->errors().count(), 0);
+    for (const ReceiptDraft& draft :
+         {receiptDraft(batch, 1, "C1", "130", {2, 3}), // IN1 100 in full, IN2 30 of 50: nothing unapplied
+          receiptDraft(batch, 2, "C2", "100", {1}),    // IN3 80 in full, 20 unapplied
+          prepaymentDraft(batch, "C2", "25", "IN3"),
+          miscDraft(batch, "10", {{"RETAIL", "", amountOf("10"), "", ""}})})
+        ASSERT_TRUE(messages(till.post(draft)).isEmpty());
 
     const engine::PostingSummary summary =
         engine::postBatch(store(), session->errors(), batch, QDate(2025, 3, 15));
@@ -30,34 +31,22 @@ TEST_P(PostingTest, PostingAppliesEntriesAndMakesDocumentsOfWhatIsLeft) {
     EXPECT_EQ(summary.documentsPaid, 2);
     EXPECT_EQ(summary.documentsCreated, 2);
 
-    const auto in1 = record("AR0036", document("C1", "IN1"), {"AMTDUETC", "SWPAID"});
-    const auto in2 = record("AR0036", document("C1", "IN2"), {"AMTDUETC", "SWPAID"});
-    EXPECT_EQ(money(in1->value("AMTDUETC")), Money());
-    EXPECT_EQ(in1->value("SWPAID").toInt(), 1);
-    EXPECT_EQ(money(in2->value("AMTDUETC")), Money::fromWhole(20));
-    EXPECT_EQ(in2->value("SWPAID").toInt(), 0);
-
-    const auto c1 = record("AR0024", {{"IDCUST", "C1"}}, {"AMTBALDUET", "CNTOPENINV", "CNTINVPAID"});
-    EXPECT_EQ(money(c1->value("AMTBALDUET")), Money::fromWhole(-10)); // 120 - 130
-    EXPECT_EQ(c1->value("CNTOPENINV").toInt(), 2);
-    EXPECT_EQ(c1->value("CNTINVPAID").toInt(), 1);
-    const auto c2 = record("AR0024", {{"IDCUST", "C2"}}, {"AMTBALDUET", "CNTOPENINV", "CNTPPDINVC"});
-    EXPECT_EQ(money(c2->value("AMTBALDUET")), Money::fromWhole(-45)); // 80 - 80 - 20 - 25
-    EXPECT_EQ(c2->value("CNTOPENINV").toInt(), 2);                    // the unapplied cash and the prepayment
-    EXPECT_EQ(c2->value("CNTPPDINVC").toInt(), 1);
-
-    const auto cash = record("AR0036", document("C2", "UC0000001"), {"AMTDUETC", "TRXTYPETXT"});
-    ASSERT_TRUE(cash);
-    EXPECT_EQ(money(cash->value("AMTDUETC")), Money::fromWhole(-20));
-    const auto prepayment =
-        record("AR0036", document("C2", "PP0000001"), {"AMTDUETC", "IDPREPAID", "TRXTYPETXT"});
-    ASSERT_TRUE(prepayment);
-    EXPECT_EQ(money(prepayment->value("AMTDUETC")), Money::fromWhole(-25));
-    EXPECT_EQ(prepayment->value("IDPREPAID").toString(), "IN3");
-    EXPECT_EQ(record("AR0041", {{"CODEPYMTYP", "CA"}, {"CNTBTCH", batch}}, {"BATCHSTAT"})
-                  ->value("BATCHSTAT")
-                  .toInt(),
-              3);
+    // What the ledger keeps afterwards, record by record.
+    const auto kept = [&](const char* viewId, const QVariantHash& key, const QStringList& fields) {
+        const auto r = record(viewId, key, fields);
+        QStringList values;
+        for (const QString& field : fields)
+            values << (r ? r->value(field).toString() : QStringLiteral("none"));
+        return values.join(u' ').toStdString();
+    };
+    EXPECT_EQ(kept("AR0036", document("C1", "IN1"), {"AMTDUETC", "SWPAID"}), "0.000 1");
+    EXPECT_EQ(kept("AR0036", document("C1", "IN2"), {"AMTDUETC", "SWPAID"}), "20.000 0");
+    // C1: 120 - 130; C2: 80 - 80 - 20 - 25, with the unapplied cash and the prepayment open.
+    EXPECT_EQ(kept("AR0024", {{"IDCUST", "C1"}}, {"AMTBALDUET", "CNTOPENINV", "CNTINVPAID"}), "-10.000 2 1");
+    EXPECT_EQ(kept("AR0024", {{"IDCUST", "C2"}}, {"AMTBALDUET", "CNTOPENINV", "CNTPPDINVC"}), "-45.000 2 1");
+    EXPECT_EQ(kept("AR0036", document("C2", "UC0000001"), {"AMTDUETC"}), "-20.000");
+    EXPECT_EQ(kept("AR0036", document("C2", "PP0000001"), {"AMTDUETC", "IDPREPAID"}), "-25.000 IN3");
+    EXPECT_EQ(kept("AR0041", {{"CODEPYMTYP", "CA"}, {"CNTBTCH", batch}}, {"BATCHSTAT"}), "3");
 
     // Posted: no second posting, no new entries; the paid documents leave the list.
     EXPECT_THROW(engine::postBatch(store(), session->errors(), batch, QDate(2025, 3, 15)), LedgerError);

@@ -104,14 +104,13 @@ TEST_P(PostingUnderLoadTest, StoppedPostingResumesWhereItStoppedAndPostsNoEntryT
               cents(5000));
     expectLedgerHolds(store());
     // Only the documents not yet paid count what the unposted entries apply to them.
-    Till till(*session);
+    Till till(signIn());
     ASSERT_TRUE(till.openDocument("Z", 2));
     EXPECT_EQ(till.text("AR0061", "PNDPAYTOT"), "0.000");
     ASSERT_TRUE(till.openDocument("Z", 3));
     EXPECT_EQ(till.text("AR0061", "PNDPAYTOT"), "15.000");
     // No entry joins a batch being posted.
-    session->errors().clear();
-    EXPECT_THROW(till.postReceipt(1, 6, "C2", 5.0, {}), LedgerError);
+    EXPECT_FALSE(till.post(receiptDraft(1, 6, "C2", "5")).PostOK);
 
     options.afterStep = nullptr;
     const auto summary = engine::postBatch(store(), session->errors(), 1, PostingDate, options);
@@ -135,15 +134,14 @@ TEST_P(PostingUnderLoadTest, TillsReceiptBetweenStepsOfALongPostingGoesThrough) 
                        {{"C1", "IN1", cents(100)}, {"C1", "IN2", cents(100)}, {"C1", "IN1", cents(100)}});
     LockWait shortWait("300");
     auto poster = engine::CompanyStore::open(m_id);
-    auto tillSession = signIn();
-    Till till(*tillSession);
+    Till till(signIn());
     const qint64 other = till.newBatch();
     engine::PostingOptions options;
     options.entriesPerStep = 1;
     int receipts = 0;
     options.afterStep = [&](const engine::PostingSummary&) {
         ++receipts;
-        till.postReceipt(other, receipts, "C1", 1.0, {2}); // IN1
+        EXPECT_TRUE(till.post(receiptDraft(other, receipts, "C1", "1", {2})).PostOK); // IN1
     };
     ErrorList errors;
     EXPECT_NO_THROW(engine::postBatch(*poster, errors, 1, PostingDate, options));
@@ -154,26 +152,18 @@ TEST_P(PostingUnderLoadTest, TillsReceiptBetweenStepsOfALongPostingGoesThrough) 
 
 TEST_P(PostingUnderLoadTest, TillThatWaitsTooLongIsToldTheCompanyIsBusy) {
     LockWait shortWait("200");
-    auto tillSession = signIn();
-    Till till(*tillSession);
+    Till till(signIn());
     const qint64 batch = till.newBatch();
     auto other = engine::CompanyStore::open(m_id);
     {
         engine::Transaction holding(*other);
         engine::addToRecord(*other, "AR0041", {{"CODEPYMTYP", "CA"}, {"CNTBTCH", batch}}, {{"CNTENTER", 0}});
-        tillSession->errors().clear();
-        try {
-            till.postReceipt(batch, 1, "C2", 5.0, {});
-            ADD_FAILURE() << "the receipt did not wait for the lock";
-        } catch (const LedgerError& e) {
-            EXPECT_EQ(e.description(), "The company is busy. Try again in a moment.");
-        }
-        ASSERT_GE(tillSession->errors().count(), 1);
-        EXPECT_EQ(tillSession->errors().at(tillSession->errors().count() - 1).description,
+        const PostingOutcome waited = till.post(receiptDraft(batch, 1, "C2", "5"));
+        EXPECT_FALSE(waited.PostOK) << "the receipt did not wait for the lock";
+        EXPECT_EQ(messages(waited).value(messages(waited).size() - 1),
                   "The company is busy. Try again in a moment.");
     }
-    tillSession->errors().clear();
-    EXPECT_NO_THROW(till.postReceipt(batch, 1, "C2", 5.0, {}));
+    EXPECT_TRUE(till.post(receiptDraft(batch, 1, "C2", "5")).PostOK);
 }
 
 } // namespace

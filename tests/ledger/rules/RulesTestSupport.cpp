@@ -68,6 +68,15 @@ void RulesTest::SetUp() {
     addCompany(*m_company);
 }
 
+void RulesTest::startAfresh() {
+    m_session.reset();
+    m_company.reset();
+    m_id = TestStore::uniqueId(QStringLiteral("T"));
+    m_store->createEmptyCompany(m_id);
+    m_company = engine::CompanyStore::open(m_id);
+    addCompany(*m_company);
+}
+
 void RulesTest::TearDown() {
     m_company.reset();
     EngineTest::TearDown();
@@ -90,21 +99,22 @@ int RulesTest::count(const QString& viewId, const QVariantHash& equal) {
     return int(engine::readRecords(*m_company, viewId, equal, key, key).size());
 }
 
-Till::Till(Session& session) : m_session(session) {
-    for (const char* id : {"AR0041", "AR0042", "AR0044", "AR0045", "AR0043", "AR0061", "AR0036"})
-        m_views[QLatin1String(id)] = session.openView(QLatin1String(id), QStringLiteral("AR"));
-    const auto compose = [&](const char* id, std::initializer_list<const char*> others) {
-        std::vector<View*> list;
-        for (const char* other : others)
-            list.push_back(&view(QLatin1String(other)));
-        view(QLatin1String(id)).compose(list);
-    };
-    compose("AR0041", {"AR0042"});
-    compose("AR0042", {"AR0041", "AR0043", "AR0044"});
-    compose("AR0044", {"AR0042", "AR0045"});
-    compose("AR0045", {"AR0044"});
-    compose("AR0043", {"AR0042"});
-    compose("AR0061", {"AR0041", "AR0042", "AR0043", "AR0044", "AR0045"});
+Till::Till(std::unique_ptr<Session> session) {
+    m_views.LedgerSession = std::move(session);
+    Open_ReceiptViews(m_views);
+}
+
+Till::~Till() {
+    Close_Ledger(m_views);
+}
+
+View& Till::view(const QString& id) {
+    const std::map<QString, std::unique_ptr<View> ReceiptViews::*> byId{
+        {"AR0041", &ReceiptViews::BatchView},         {"AR0042", &ReceiptViews::ReceiptHeaderView},
+        {"AR0044", &ReceiptViews::ReceiptDetailView}, {"AR0045", &ReceiptViews::ReceiptDetailSubView},
+        {"AR0043", &ReceiptViews::ReceiptMiscView},   {"AR0061", &ReceiptViews::ReceiptPostView},
+        {"AR0036", &ReceiptViews::DocumentView}};
+    return *(m_views.*byId.at(id));
 }
 
 qint64 Till::newBatch() {
@@ -115,85 +125,16 @@ qint64 Till::newBatch() {
     return field("AR0041", "CNTBTCH").value().toLongLong();
 }
 
-void Till::positionHeader(qint64 batch) {
-    field("AR0041", "CODEPYMTYP").putWithoutVerification("CA");
-    field("AR0041", "CNTBTCH").putWithoutVerification(QString::number(batch));
-    view("AR0041").read();
-    field("AR0042", "CNTITEM").putWithoutVerification("0");
-    view("AR0042").browse(QStringLiteral("(CNTBTCH  = %1      )").arg(batch), true);
-    view("AR0042").fetch();
-    view("AR0061").init();
-    view("AR0044").order(0);
-}
-
-void Till::postReceipt(qint64 batch, qint64 expectedEntry, const QString& customer, double amount,
-                       const std::vector<int>& keys) {
-    positionHeader(batch);
-    field("AR0042", "CNTITEM").putWithoutVerification("0");
-    view("AR0042").init();
-    view("AR0061").init();
-    view("AR0061").init();
-    field("AR0042", "TEXTRMIT").setValue("Receipt");
-    field("AR0042", "IDCUST").setValue(customer);
-    view("AR0061").init();
-    field("AR0042", "DATERMIT").setValue(QDate(2025, 3, 14));
-    field("AR0042", "IDRMIT").setValue("CHQ");
-    field("AR0042", "AMTRMIT").setValue(QString::number(amount, 'g', 15));
-    field("AR0042", "FISCPER").setValue("03");
-    field("AR0042", "FISCYR").setValue("2025");
-    View& post = view("AR0061");
-    const auto link = [&] {
-        field("AR0061", "PAYMTYPE").putWithoutVerification("CA");
-        field("AR0061", "CNTBTCH").putWithoutVerification(QString::number(batch));
-        field("AR0061", "CNTITEM").putWithoutVerification(QString::number(expectedEntry));
-    };
-    link();
-    field("AR0061", "IDCUST").putWithoutVerification(customer);
-    field("AR0061", "AMTRMIT").putWithoutVerification(QString::number(amount, 'g', 15));
-    post.process();
-    post.order(0);
-    for (int key : keys) {
-        link();
-        field("AR0061", "CNTKEY").putWithoutVerification(QString::number(key));
-        post.read();
-        field("AR0061", "APPLY").setValue("Y");
-        post.update(); // a warning is shown and the posting goes on
+PostingOutcome Till::post(const ReceiptDraft& draft) {
+    switch (draft.kind) {
+    case ReceiptKind::Prepayment:
+        return Post_Prepayment(m_views, draft);
+    case ReceiptKind::Misc:
+        return Post_MiscReceipt(m_views, draft);
+    case ReceiptKind::Receipt:
+        break;
     }
-    view("AR0042").insert();
-}
-
-void Till::postPrepayment(qint64 batch, const QString& customer, const QString& keyedAmount,
-                          const QString& applyTo) {
-    field("AR0042", "RMITTYPE").putWithoutVerification("2");
-    positionHeader(batch);
-    field("AR0042", "CNTITEM").putWithoutVerification("0");
-    view("AR0042").init();
-    field("AR0042", "DATERMIT").setValue(QDate(2025, 3, 14));
-    field("AR0042", "IDCUST").setValue(customer);
-    field("AR0042", "RMITTYPE").setValue("2");
-    field("AR0044", "CNTLINE").putWithoutVerification(short(1));
-    view("AR0044").browse(QStringLiteral("CODEPAYM = \"CA\" AND CNTBTCH = %1 AND CNTITEM =0").arg(batch),
-                          true);
-    view("AR0044").fetch();
-    field("AR0042", "AMTRMIT").setValue(keyedAmount);
-    field("AR0042", "DOCNBR").setValue(applyTo);
-    view("AR0042").insert();
-}
-
-void Till::postMiscReceipt(qint64 batch, double amount, const std::vector<Line>& lines) {
-    positionHeader(batch);
-    field("AR0042", "CNTITEM").putWithoutVerification("0");
-    view("AR0042").init();
-    field("AR0042", "RMITTYPE").setValue("5");
-    field("AR0042", "AMTRMIT").setValue(QString::number(amount, 'g', 15));
-    for (const Line& line : lines) {
-        view("AR0043").init();
-        field("AR0043", "IDDISTCODE").setValue(line.code);
-        field("AR0043", "IDACCT").setValue(line.account);
-        field("AR0043", "AMTDIST").setValue(line.amount);
-        view("AR0043").insert();
-    }
-    view("AR0042").insert();
+    return Post_Receipt(m_views, draft);
 }
 
 bool Till::openDocument(const QString& customer, int key) {
@@ -204,6 +145,59 @@ bool Till::openDocument(const QString& customer, int key) {
     view("AR0061").process();
     field("AR0061", "CNTKEY").putWithoutVerification(QString::number(key));
     return view("AR0061").read();
+}
+
+Money amountOf(const char* text) {
+    return *Money::parse(QString::fromLatin1(text));
+}
+
+namespace {
+
+ReceiptDraft keyed(ReceiptKind kind, qint64 batch, const char* amount) {
+    ReceiptDraft draft;
+    draft.kind = kind;
+    draft.batch = int(batch);
+    draft.amount = amountOf(amount);
+    draft.receiptDate = QDate(2025, 3, 12);
+    draft.fiscalYear = 2025;
+    draft.fiscalPeriod = 3;
+    draft.receiptNumber = QStringLiteral(" CHQ ");
+    draft.description = QStringLiteral("  Receipt ");
+    draft.payer = QStringLiteral(" Ann Payer ");
+    return draft;
+}
+
+} // namespace
+
+ReceiptDraft receiptDraft(qint64 batch, int entry, const QString& customer, const char* amount,
+                          const std::vector<int>& keys) {
+    ReceiptDraft draft = keyed(ReceiptKind::Receipt, batch, amount);
+    draft.entry = entry;
+    draft.customer = customer;
+    draft.applyKeys = keys;
+    return draft;
+}
+
+ReceiptDraft prepaymentDraft(qint64 batch, const QString& customer, const char* amount,
+                             const QString& applyTo) {
+    ReceiptDraft draft = keyed(ReceiptKind::Prepayment, batch, amount);
+    draft.customer = customer;
+    draft.prepaidDocument = applyTo;
+    draft.prepaymentLine = 1;
+    return draft;
+}
+
+ReceiptDraft miscDraft(qint64 batch, const char* amount, const std::vector<DistributionLine>& lines) {
+    ReceiptDraft draft = keyed(ReceiptKind::Misc, batch, amount);
+    draft.distributions = lines;
+    return draft;
+}
+
+QStringList messages(const PostingOutcome& outcome) {
+    QStringList texts;
+    for (const PostingProblem& problem : outcome.problems)
+        texts << problem.error.description;
+    return texts;
 }
 
 } // namespace tillbook::test

@@ -1,12 +1,13 @@
 #pragma once
 
-// A small company of known records on each store, and a till: the receipt views opened and composed as
-// the receipt window does, with its posting calls made in the window's order.
+// A small company of known records on each store, and a till that posts into it as the receipt window does.
 
+#include "fetching/ReceiptViews.h"
 #include "ledger/Money.h"
 #include "ledger/Session.h"
 #include "ledger/engine/CompanyStore.h"
 #include "ledger/engine/EngineTestSupport.h" // storeParamName, TILLBOOK_ON_EACH_STORE
+#include "posting/Posting.h"
 #include "support/TestCompany.h"
 
 #include <QVariantHash>
@@ -23,6 +24,8 @@ class RulesTest : public EngineTest {
 protected:
     void SetUp() override;
     void TearDown() override;
+    // The same company anew, in a store of its own.
+    void startAfresh();
 
     engine::CompanyStore& store();
     std::optional<QVariantHash> record(const QString& viewId, const QVariantHash& key,
@@ -32,33 +35,41 @@ protected:
     std::unique_ptr<engine::CompanyStore> m_company;
 };
 
+// A till: the receipt views opened and composed on its own session as the receipt window opens them,
+// posting through the program's own posting procedures.
 class Till {
 public:
-    explicit Till(Session& session);
+    explicit Till(std::unique_ptr<Session> session);
+    ~Till();
 
-    View& view(const QString& id) { return *m_views.at(id); }
+    Session& session() { return *m_views.LedgerSession; }
+    ReceiptViews& views() { return m_views; }
+    View& view(const QString& id);
     Field& field(const QString& viewId, const QString& name) { return view(viewId).fields().item(name); }
     QString text(const QString& viewId, const QString& name) { return field(viewId, name).text(); }
 
     qint64 newBatch();
-    // The ordinary receipt as the window posts it; `keys` are CNTKEYs of the customer's list.
-    void postReceipt(qint64 batch, qint64 expectedEntry, const QString& customer, double amount,
-                     const std::vector<int>& keys);
-    void postPrepayment(qint64 batch, const QString& customer, const QString& keyedAmount,
-                        const QString& applyTo);
-    struct Line {
-        QString code, account, amount;
-    };
-    void postMiscReceipt(qint64 batch, double amount, const std::vector<Line>& lines);
+    // Posts the draft by its kind.
+    PostingOutcome post(const ReceiptDraft& draft);
     // Builds the customer's list as the apply grid does and reads document `key`.
     bool openDocument(const QString& customer, int key);
 
 private:
-    void positionHeader(qint64 batch);
-
-    Session& m_session;
-    std::map<QString, std::unique_ptr<View>> m_views;
+    ReceiptViews m_views;
 };
+
+// Drafts keyed on 2025-03-12 in period 03 of 2025, by " Ann Payer " with receipt number " CHQ " and
+// description "  Receipt ": an ordinary receipt applied to the customer's documents `keys` (CNTKEYs of its
+// list), a prepayment on document `applyTo`, a misc. receipt.
+ReceiptDraft receiptDraft(qint64 batch, int entry, const QString& customer, const char* amount,
+                          const std::vector<int>& keys = {});
+ReceiptDraft prepaymentDraft(qint64 batch, const QString& customer, const char* amount,
+                             const QString& applyTo);
+ReceiptDraft miscDraft(qint64 batch, const char* amount, const std::vector<DistributionLine>& lines);
+Money amountOf(const char* text); // "1,250.00"
+
+// The problems a posting met, by their texts.
+QStringList messages(const PostingOutcome& outcome);
 
 Money money(const QVariant& v);
 

@@ -23,10 +23,10 @@ void expectRefused(Session& session, Operation operation, const QString& words) 
 }
 
 TEST_P(SavedEntryTest, EntryOfAPostedBatchChangesNoMore) {
-    auto session = signIn();
-    Till till(*session);
+    Till till(signIn());
+    Session* session = &till.session();
     const qint64 batch = till.newBatch();
-    till.postReceipt(batch, 1, "C1", 120.0, {2});
+    ASSERT_TRUE(till.post(receiptDraft(batch, 1, "C1", "120", {2})).PostOK);
     engine::postBatch(store(), session->errors(), batch, QDate(2025, 3, 15));
     till.field("AR0042", "TEXTPAYOR").setValue("Later");
     expectRefused(
@@ -35,8 +35,8 @@ TEST_P(SavedEntryTest, EntryOfAPostedBatchChangesNoMore) {
 }
 
 TEST_P(SavedEntryTest, StagedLinesMustBeOfTheEntrysKind) {
-    auto session = signIn();
-    Till till(*session);
+    Till till(signIn());
+    Session* session = &till.session();
     till.newBatch();
     // Applied documents come from the open-document list, not from lines inserted by hand.
     till.view("AR0042").init();
@@ -59,11 +59,11 @@ TEST_P(SavedEntryTest, StagedLinesMustBeOfTheEntrysKind) {
 }
 
 TEST_P(SavedEntryTest, SavedLinesDocumentsAndCustomersKeepTheirFigures) {
-    auto session = signIn();
-    Till till(*session);
+    Till till(signIn());
+    Session* session = &till.session();
     const qint64 batch = till.newBatch();
-    till.postReceipt(batch, 1, "C1", 100.0, {3}); // IN2 50
-    till.postMiscReceipt(batch, 10.0, {{"RETAIL", "", "10"}});
+    ASSERT_TRUE(till.post(receiptDraft(batch, 1, "C1", "100", {3})).PostOK); // IN2 50
+    ASSERT_TRUE(till.post(miscDraft(batch, "10", {{"RETAIL", "", amountOf("10"), "", ""}})).PostOK);
     const auto changeFirst = [&](const char* viewId, const char* filter, const char* field,
                                  const QVariant& value) {
         auto view = session->openView(viewId, "AR");

@@ -58,8 +58,7 @@ std::unique_ptr<QProcess> startTool(const QStringList& arguments) {
 
 TEST_P(SeveralTillsTest, EightTillsAndTwoPostingsAtOnceKeepTheLedgerWhole) {
     {
-        auto session = signIn();
-        Till till(*session);
+        Till till(signIn());
         ASSERT_EQ(till.newBatch(), 1);
     }
     for (const QString& customer : Customers)
