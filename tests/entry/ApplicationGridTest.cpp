@@ -61,7 +61,7 @@ private slots:
     void twoApplicationsUseTheReceiptUpAndAThirdIsRefused() {
         startEntry(0);
         QCOMPARE(window->text("txtReceiptNum"),
-                 QString("%1-001-20260315").arg(Desk().CurrentBatch.rightJustified(4, '0')));
+                 QString("%1-001-20260315").arg(Desk().CurrentBatch, 4, 10, QChar('0')));
         grid()->setTextMatrix(1, 8, "100.00");
         grid()->setTextMatrix(2, 8, "400.00");
         window->edit("txtAmount")->setText("250.00");
@@ -137,7 +137,7 @@ private slots:
         grid()->setRows(grid()->Rows() + 1);
         dblClick(grid()->Rows() - 1, 0); // a row without a document
         QCOMPARE(Desk().ApplyCount, 0);
-        window->form->Lock_Entry();
+        window->form->Parts().entry.Lock_Entry();
         dblClick(1, 0);
         QCOMPARE(Desk().ApplyCount, 0);
         QCOMPARE(grid()->TextMatrix(1, 0) == "Yes", false);

@@ -56,18 +56,18 @@ private slots:
         QString shown;
         answerBankDialog(0, &shown);
         window->form->cmdNewBatch_Click();
-        const QString first = Desk().CurrentBatch;
+        const QString first = QString::number(Desk().CurrentBatch);
         QCOMPARE(shown, first);
         QCOMPARE(batchItems(), QStringList{first});
 
         answerBankDialog(1);
         test::control<QAction>(window->form, "mnuBatchNew")->trigger();
-        const QString second = Desk().CurrentBatch;
+        const QString second = QString::number(Desk().CurrentBatch);
         QVERIFY(second.toInt() > first.toInt());
         QCOMPARE(batchItems(), (QStringList{first, first, second}));
         QCOMPARE(window->combo("cboBatch")->ListIndex(), 2);
         QCOMPARE(window->combo("cboBatch")->currentText(), second);
-        QCOMPARE(Desk().BatchListIndex, QString("2"));
+        QCOMPARE(Desk().BatchListIndex, 2);
         QCOMPARE(window->text("txtBatchEntries"), QString("Entries:  0"));
         QCOMPARE(window->text("txtBatchTotal"), QString("Total:  0.00"));
         QVERIFY(window->text("txtBank").startsWith("Bank Code:  "));
@@ -82,7 +82,7 @@ private slots:
         openWindow();
         answerBankDialog(0);
         window->form->cmdNewBatch_Click();
-        const QString batch = Desk().CurrentBatch;
+        const QString batch = QString::number(Desk().CurrentBatch);
         window->close();
 
         window->settings.set("Database1/BatchInfo/Batch", batch);
@@ -117,7 +117,7 @@ private slots:
         window->form->cmdNewEntry_Click();
         QCOMPARE(window->combo("cboEntry")->count(), 1);
         QCOMPARE(window->combo("cboEntry")->currentText(), QString("1"));
-        QCOMPARE(Desk().CurrentEntry, QString("1"));
+        QCOMPARE(Desk().CurrentEntry, 1);
         QVERIFY(!window->form->EntryLocked());
         QVERIFY(test::control<QWidget>(window->form, "txtAmount")->isEnabled());
         QCOMPARE(window->combo("cboTransType")->ListIndex(), 0);
@@ -130,7 +130,7 @@ private slots:
 
     void previousOnTheFirstAndNextOnTheLastDoNothing() {
         openWindow();
-        window->form->Unlock_Entry(); // as a started entry is
+        window->form->Parts().entry.Unlock_Entry(); // as a started entry is
         ComboBox* customers = window->combo("cboCustomers");
         QVERIFY(customers->count() > 2);
         test::control<QAction>(window->form, "mnuCustomerFirst")->trigger();
@@ -186,7 +186,7 @@ private slots:
 
     void choosingACustomerShowsItsNumberAddressAndPhone() {
         openWindow();
-        window->form->Unlock_Entry(); // as a started entry is
+        window->form->Parts().entry.Unlock_Entry(); // as a started entry is
         test::control<QAction>(window->form, "mnuCustomerFirst")->trigger();
         const QString info = test::control<QPlainTextEdit>(window->form, "txtCustInfo")->toPlainText();
         QVERIFY(info.startsWith("Customer ID: "));

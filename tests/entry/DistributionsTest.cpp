@@ -104,9 +104,9 @@ private slots:
         window = std::make_unique<test::ReceiptWindow>();
         QVERIFY(window->open());
         QVERIFY(QTest::qWaitForWindowActive(window->form));
-        Desk().CurrentBatch = "12";
-        Desk().CurrentEntry = "3";
-        window->form->Unlock_Entry(); // as a started entry is
+        Desk().CurrentBatch = 12;
+        Desk().CurrentEntry = 3;
+        window->form->Parts().entry.Unlock_Entry(); // as a started entry is
     }
     void cleanup() {
         window.reset();
@@ -116,7 +116,7 @@ private slots:
     void theFirstLineOpensTheEditorOverItsCodeCell() {
         // No finder before there is a line to fill.
         window->combo("cboTransType")->setListIndex(2);
-        window->form->Unlock_Entry();
+        window->form->Parts().entry.Unlock_Entry();
         QVERIFY(!window->enabled("cmdDist") && !window->enabled("cmdAccount"));
         startMisc("100.00");
         QCOMPARE(Desk().DistLines, 1);
@@ -136,7 +136,7 @@ private slots:
         window->form->cmdNewInvoice_Click();
         QCOMPARE(Desk().DistLines, 1);
         QCOMPARE(cell(2, 2), QString());
-        QCOMPARE(static_cast<int>(window->form->DistAmounts().size()), 2);
+        QCOMPARE(static_cast<int>(window->form->Parts().lines.DistAmounts().size()), 2);
     }
 
     void tabMovesLeftAndTheArrowsStopAtTheEnds() {
@@ -168,7 +168,7 @@ private slots:
         startMisc("1,000.00");
         keyLine("RETAIL", "4100100", "1,2,3.455"); // commas anywhere, more decimals than a cent
         QCOMPARE(cell(1, 2), QString("123.46"));
-        QCOMPARE(window->form->DistAmounts()[1], Money::fromCents(12346));
+        QCOMPARE(window->form->Parts().lines.DistAmounts()[1], Money::fromCents(12346));
         QCOMPARE(window->text("txtDistribution"), QString("876.54"));
 
         window->form->cmdNewInvoice_Click();
@@ -192,7 +192,7 @@ private slots:
         QCOMPARE(grid()->Col(), 2);
         QCOMPARE(editor()->text(), QString());
         QCOMPARE(cell(2, 2), QString("0.00"));
-        QCOMPARE(window->form->DistAmounts()[2], Money());
+        QCOMPARE(window->form->Parts().lines.DistAmounts()[2], Money());
         QCOMPARE(window->text("txtDistribution"), QString("876.54"));
 
         // Exactly what is left, typed with letters after it: accepted, nothing left.

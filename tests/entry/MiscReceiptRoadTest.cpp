@@ -44,9 +44,9 @@ private slots:
     void aMiscellaneousReceiptFromItsFirstLineToTheLedger() {
         const QString batch = QString::number(Create_Batch(Desk(), Today()));
         Set_BatchBank(Desk(), batch, "TDOPER");
-        window->form->Load_Batches();
+        window->form->Parts().selection.Load_Batches();
         window->combo("cboBatch")->setListIndex(window->combo("cboBatch")->findText(batch));
-        QCOMPARE(Desk().CurrentBatch, batch);
+        QCOMPARE(QString::number(Desk().CurrentBatch), batch);
         window->form->cmdNewEntry_Click();
         window->combo("cboTransType")->setListIndex(2);
         window->edit("txtEntDesc")->setText("Rent and a refund");

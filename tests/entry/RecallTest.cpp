@@ -38,7 +38,7 @@ class RecallTest : public QObject {
         QCOMPARE(window->combo("cboBatch")->currentText(), QString("1"));
         QCOMPARE(window->text("txtBatchEntries"), QString("Entries:  3"));
         window->combo("cboEntry")->setListIndex(entry - 1);
-        QCOMPARE(Desk().CurrentEntry, QString::number(entry));
+        QCOMPARE(Desk().CurrentEntry, entry);
     }
     void expectLockedAndPrintable() {
         QVERIFY(window->form->EntryLocked());

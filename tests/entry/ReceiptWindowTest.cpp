@@ -36,7 +36,7 @@ private slots:
     void init() {
         window = std::make_unique<test::ReceiptWindow>();
         QVERIFY(window->open());
-        window->form->Unlock_Entry(); // as a started entry is
+        window->form->Parts().entry.Unlock_Entry(); // as a started entry is
     }
     void cleanup() { window.reset(); }
 
@@ -47,7 +47,7 @@ private slots:
         QCOMPARE(window->combo("cboTransType")->ListIndex(), 0);
         QCOMPARE(window->form->TransType(), 0);
         QCOMPARE(window->edit("txtDate")->text(), QString("03/15/2026"));
-        QCOMPARE(window->form->DateMask(), QString("__/__/____"));
+        QCOMPARE(window->form->Parts().amountDate.DateMask(), QString("__/__/____"));
         QCOMPARE(window->combo("cboYear")->currentText(), QString("2026"));
         QCOMPARE(window->combo("cboPeriod")->count(), 12);
         QCOMPARE(window->combo("cboPeriod")->currentText(), QString("03"));
@@ -151,24 +151,24 @@ private slots:
         window->edit("txtAmount")->setText("1,250.00");
         window->edit("txtUnapplied")->setText("0.00");
         Desk().EntryDirty = true;
-        window->form->Prompt_SaveEntry();
+        window->form->Parts().entry.Prompt_SaveEntry([&] { window->form->cmdSave_Click(); });
         QCOMPARE(window->edit("txtUnapplied")->text(), QString("1,250.00"));
         QVERIFY(!Desk().EntryDirty);
     }
 
     void theGridTakesTheColumnSetOfTheMode() {
-        window->form->Set_GridHeaders();
+        window->form->Parts().grid.Set_GridHeaders();
         QCOMPARE(window->grid()->Cols(), 20);
         QCOMPARE(window->grid()->Rows(), 10);
         QCOMPARE(window->grid()->TextMatrix(0, 0), QString("Apply "));
         QCOMPARE(window->grid()->TextMatrix(0, 5), QString(" Discount Available"));
         QCOMPARE(window->grid()->TextMatrix(0, 19), QString(" Payment Number"));
         window->combo("cboTransType")->setListIndex(1);
-        window->form->Set_GridHeaders();
+        window->form->Parts().grid.Set_GridHeaders();
         QCOMPARE(window->grid()->Cols(), 13);
         QCOMPARE(window->grid()->TextMatrix(0, 2), QString("     Sales Order No     "));
         window->combo("cboTransType")->setListIndex(2);
-        window->form->Set_GridHeaders();
+        window->form->Parts().grid.Set_GridHeaders();
         QCOMPARE(window->grid()->Cols(), 5);
         QCOMPARE(window->grid()->TextMatrix(0, 0), QString("  Dist Code             "));
         QCOMPARE(window->grid()->Rows(), 10);
@@ -179,9 +179,9 @@ private slots:
         // A customer with documents due.
         int withDocuments = -1;
         for (int i = 0; i < window->combo("cboCustomers")->count() && withDocuments < 0; ++i) {
-            window->form->Set_GridHeaders();
+            window->form->Parts().grid.Set_GridHeaders();
             window->combo("cboCustomers")->setCurrentIndex(i);
-            window->form->Load_CustomerDocuments();
+            window->form->Parts().grid.Load_CustomerDocuments();
             if (window->grid()->Rows() > 1 && !window->grid()->TextMatrix(1, 0).isEmpty())
                 withDocuments = i;
         }
@@ -202,7 +202,7 @@ private slots:
     void aCustomersOpenDocumentsFillTheApplyGrid() {
         window->combo("cboCustomers")->setListIndex(0);
         QCOMPARE(window->grid()->Cols(), 20);
-        window->form->Load_OpenDocuments();
+        window->form->Parts().grid.Load_OpenDocuments();
         QVERIFY(window->grid()->Rows() > 1);
         for (int r = 1; r < window->grid()->Rows(); ++r) {
             QVERIFY(QStringList({"No", "Pend", "Yes"}).contains(window->grid()->TextMatrix(r, 0)));
@@ -221,8 +221,8 @@ private slots:
     }
 
     void closingRemembersTheBatchAndTheReceiptStyle() {
-        Desk().CurrentBatch = "12";
-        Desk().BatchListIndex = "3";
+        Desk().CurrentBatch = 12;
+        Desk().BatchListIndex = 3;
         test::control<QAction>(window->form, "mnuFileReceipt2V")->setChecked(true);
         test::control<QAction>(window->form, "mnuFileReceipt3V")->setChecked(false);
         test::control<QPushButton>(window->form, "cmdClose")->click();
