@@ -1,8 +1,8 @@
 // Applying a receipt in the grid of the receipt window: the figures of each application, the refusal when
 // nothing is left, unapplying in the middle, what the grid ignores, and the prepayment's pick.
 #include "entry/ReceiptDesk.h"
-#include "support/AnswerMessageBoxes.h"
 #include "support/BankDialog.h"
+#include "support/ExpectBox.h"
 #include "support/Grab.h"
 #include "support/ReceiptWindow.h"
 #include "support/SampleCompany.h"
@@ -86,13 +86,10 @@ private slots:
         test::grabToPng(window->form, "frmCR-applied");
 
         {
-            test::AnswerMessageBoxes boxes;
+            test::ExpectBox box;
             const QString before = grid()->TextMatrix(3, 0);
             dblClick(3, 0);
-            QCOMPARE(boxes.asked.size(), 1);
-            QCOMPARE(boxes.asked[0].prompt, QString("The unapplied amount must be greater than $0.00."));
-            QCOMPARE(boxes.asked[0].title, QString("Invalid Entry"));
-            QCOMPARE(boxes.asked[0].buttons, vbOKOnly);
+            QVERIFY(box(1, "The unapplied amount must be greater than $0.00.", vbOKOnly, "Invalid Entry"));
             QCOMPARE(grid()->TextMatrix(3, 0), before);
             QCOMPARE(Desk().ApplyCount, 2);
         }

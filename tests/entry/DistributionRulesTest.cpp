@@ -50,39 +50,24 @@ TEST(DistributionLines, Refusals) {
                                                     "Account number again, or select one using the finder.");
 }
 
-TEST(FinderTexts, AnAccountStatusIsComparedWithZeroAsText) {
-    EXPECT_EQ(AccountStatusText("1"), "Active");
-    EXPECT_EQ(AccountStatusText("0"), "Inactive");
-    EXPECT_EQ(AccountStatusText(""), "Inactive");
-    EXPECT_EQ(AccountStatusText("-1"), "Inactive");
-    EXPECT_EQ(AccountStatusText("00"), "00");
-    EXPECT_EQ(AccountStatusText("2"), "2");
-}
-
-TEST(FinderTexts, AccountNumbersHyphenatedByLength) {
-    EXPECT_EQ(HyphenatedAccount("1000"), "1000");
-    EXPECT_EQ(HyphenatedAccount("12"), "12");
-    EXPECT_EQ(HyphenatedAccount("41001"), "4100-1");
-    EXPECT_EQ(HyphenatedAccount("4100100"), "4100-100");
-    EXPECT_EQ(HyphenatedAccount("41001001"), "4100-100-1");
-    EXPECT_EQ(HyphenatedAccount(" 420010010 "), "4200-100-10");
-    EXPECT_EQ(HyphenatedAccount("4200100100"), "4200100100");
-    EXPECT_EQ(HyphenatedAccount("420010010099"), "420010010099");
-}
-
-TEST(FinderTexts, CaptionsAndColumnSets) {
-    EXPECT_EQ(FinderCaption(FinderDistCodes), "Tillbook - Distribution Codes");
-    EXPECT_EQ(FinderCaption(FinderAccounts), "Tillbook - GL Accounts");
-    EXPECT_EQ(FinderCaption(7), "Tillbook - GL Accounts");
-    EXPECT_EQ(
-        FinderFormat(FinderDistCodes),
-        "^ Distribution Code |^                      Description                       |^   Status   "
-        "|^            Revenue Account            |^   Inventory Account   |^Costs of Goods Sold Account");
-    EXPECT_EQ(
-        FinderFormat(FinderAccounts),
-        "^   Account Number   |^                     Description                    |^   Status   |^     "
-        "        Type             |^   Structure Code   |^   Reserved   |^   Allocations Allowed   |^   "
-        "Multicurrency   |^   Quantities Allowed   |^   Unit of Measure   |");
+TEST(FinderTexts, StatusComparedWithZeroAsTextAndAccountsHyphenatedByLength) {
+    for (const auto& [status, text] : std::vector<std::pair<QString, QString>>{{"1", "Active"},
+                                                                               {"0", "Inactive"},
+                                                                               {"", "Inactive"},
+                                                                               {"-1", "Inactive"},
+                                                                               {"00", "00"},
+                                                                               {"2", "2"}})
+        EXPECT_EQ(AccountStatusText(status), text) << status.toStdString();
+    for (const auto& [account, text] :
+         std::vector<std::pair<QString, QString>>{{"1000", "1000"},
+                                                  {"12", "12"},
+                                                  {"41001", "4100-1"},
+                                                  {"4100100", "4100-100"},
+                                                  {"41001001", "4100-100-1"},
+                                                  {" 420010010 ", "4200-100-10"},
+                                                  {"4200100100", "4200100100"},
+                                                  {"420010010099", "420010010099"}})
+        EXPECT_EQ(HyphenatedAccount(account), text) << account.toStdString();
 }
 
 TEST(Finder, ShowsTheListWithItsTexts) {

@@ -4,7 +4,7 @@
 #include "entry/DistributionRules.h"
 #include "entry/dialogs/frmFinder.h"
 #include "fetching/FinderRecords.h"
-#include "support/AnswerMessageBoxes.h"
+#include "support/ExpectBox.h"
 #include "support/Grab.h"
 #include "support/ReceiptWindow.h"
 #include "support/SampleCompany.h"
@@ -164,7 +164,7 @@ private slots:
     }
 
     void amountsAreKeptWithinTheUndistributedAmount() {
-        test::AnswerMessageBoxes answers;
+        test::ExpectBox answers;
         startMisc("1,000.00");
         keyLine("RETAIL", "4100100", "1,2,3.455"); // commas anywhere, more decimals than a cent
         QCOMPARE(cell(1, 2), QString("123.46"));
@@ -182,13 +182,11 @@ private slots:
         editor()->setText("876.55");
         QCOMPARE(cell(2, 2), QString("876.55"));
         key(Qt::Key_Right);
-        QCOMPARE(answers.asked.size(), 1);
-        QCOMPARE(answers.asked[0].prompt,
-                 QString("The Amount you entered is greater than the Undistributed "
-                         "Amount.\nEnter an Amount less than the Undistributed Amount."));
-        QCOMPARE(answers.asked[0].title, QString("Invalid Input"));
-        QCOMPARE(answers.asked[0].buttons, vbOKOnly);
-        QCOMPARE(answers.asked[0].icon, vbCritical);
+        QVERIFY(
+            answers(1,
+                    "The Amount you entered is greater than the Undistributed Amount.\nEnter an Amount less "
+                    "than the Undistributed Amount.",
+                    vbOKOnly + vbCritical, "Invalid Input"));
         QCOMPARE(grid()->Col(), 2);
         QCOMPARE(editor()->text(), QString());
         QCOMPARE(cell(2, 2), QString("0.00"));
@@ -216,7 +214,7 @@ private slots:
     }
 
     void theAmountBeingKeyedIsCheckedBeforeALineIsAdded() {
-        test::AnswerMessageBoxes answers;
+        test::ExpectBox answers;
         startMisc("50.00");
         keyLine("RETAIL", "4100100", "20");
         key(Qt::Key_Left);
@@ -229,7 +227,7 @@ private slots:
     }
 
     void codesAndAccountsAreCheckedAsTyped() {
-        test::AnswerMessageBoxes answers;
+        test::ExpectBox answers;
         startMisc("100.00");
         const QString codeRefused =
             "The Distribution Code you entered is invalid.\nEnter the Distribution Code "
@@ -240,10 +238,7 @@ private slots:
             QCOMPARE(grid()->Col(), 0);
             QCOMPARE(editor()->text(), code);
         }
-        QCOMPARE(answers.asked.size(), 4);
-        QCOMPARE(answers.asked.last().prompt, codeRefused);
-        QCOMPARE(answers.asked.last().title, QString("Invalid Input"));
-        QCOMPARE(answers.asked.last().icon, vbCritical);
+        QVERIFY(answers(4, codeRefused, vbOKOnly + vbCritical, "Invalid Input"));
 
         editor()->setText("RETAIL");
         key(Qt::Key_Right);
@@ -254,9 +249,8 @@ private slots:
             editor()->setText(account);
             key(Qt::Key_Right);
             QCOMPARE(grid()->Col(), 1);
-            QCOMPARE(answers.asked.last().prompt, accountRefused);
         }
-        QCOMPARE(answers.asked.size(), 8);
+        QVERIFY(answers(8, accountRefused, vbOKOnly + vbCritical));
         // Hyphens anywhere and blanks around the number are ignored.
         for (const QString& account : QStringList{"4100-100", " 4100100 ", "41-00-100", "4200-100-10"}) {
             editor()->setText(account);
@@ -269,15 +263,16 @@ private slots:
     }
 
     void aClickChecksTheCellItLeavesAndSpellsTheFinderRight() {
-        test::AnswerMessageBoxes answers;
+        test::ExpectBox answers;
         startMisc("100.00");
         editor()->setText("NOSUCH");
         QTest::mouseClick(grid()->viewport(), Qt::LeftButton, {},
                           grid()->visualRect(grid()->model()->index(0, 3)).center());
-        QCOMPARE(answers.asked.size(), 1);
-        QCOMPARE(answers.asked[0].prompt,
-                 QString("The Distribution Code you entered is invalid.\nEnter the "
-                         "Distribution Code again, or select one using the finder."));
+        QVERIFY(
+            answers(1,
+                    "The Distribution Code you entered is invalid.\nEnter the Distribution Code again, or "
+                    "select one using the finder.",
+                    vbOKOnly + vbCritical));
         QCOMPARE(grid()->Row(), 1);
         QCOMPARE(grid()->Col(), 0);
         QCOMPARE(editor()->text(), QString("NOSUCH"));
@@ -340,7 +335,7 @@ private slots:
     }
 
     void aCodeTypedByHandBringsItsRevenueAccount() {
-        test::AnswerMessageBoxes answers;
+        test::ExpectBox answers;
         startMisc("100.00");
         editor()->setText("CONSLT");
         key(Qt::Key_Right);
@@ -348,11 +343,11 @@ private slots:
         QCOMPARE(editor()->text(), QString("4200100"));
         key(Qt::Key_Right);
         QCOMPARE(grid()->Col(), 2);
-        QVERIFY(answers.asked.isEmpty());
+        QVERIFY(answers.none());
     }
 
     void aLineIsRemovedAndNewInvoiceFollowsWhatIsLeft() {
-        test::AnswerMessageBoxes answers;
+        test::ExpectBox answers;
         startMisc("100.00");
         keyLine("RETAIL", "4100100", "60");
         window->form->cmdNewInvoice_Click();
@@ -374,7 +369,7 @@ private slots:
         QCOMPARE(window->text("txtDistribution"), QString("60.00"));
         QVERIFY(window->enabled("cmdNewInvoice"));
         QCOMPARE(grid()->Row(), 1);
-        QVERIFY(answers.asked.isEmpty());
+        QVERIFY(answers.none());
     }
 
     void theFinderPutsADistributionCodeAndItsRevenueAccountIntoTheLine() {

@@ -55,10 +55,12 @@ class ReceiptRoadTest : public QObject {
         QCOMPARE(window->combo("cboEntry")->count(), 1);
     }
     std::vector<QStringList> entryRows(const QString& view, const QStringList& fields) {
-        return test::ledgerRecords(view, EntryFilter(QString::number(Desk().CurrentBatch), QStringLiteral("1")), fields);
+        return test::ledgerRecords(
+            view, EntryFilter(QString::number(Desk().CurrentBatch), QStringLiteral("1")), fields);
     }
     QStringList batchFigures() {
-        return test::ledgerRecords(QStringLiteral("AR0041"), QStringLiteral("CNTBTCH=") + QString::number(Desk().CurrentBatch),
+        return test::ledgerRecords(QStringLiteral("AR0041"),
+                                   QStringLiteral("CNTBTCH=") + QString::number(Desk().CurrentBatch),
                                    {"CNTENTER", "AMTENTER"})
             .at(0);
     }
@@ -113,7 +115,8 @@ private slots:
         QCOMPARE(window->text("txtAmount"), QString("1,000.00"));
         QVERIFY(button("cmdSearch")->isEnabled());
         button("cmdSearch")->click();
-        QCOMPARE(window->text("txtReceiptNum"), QString("%1-001-20260315").arg(Desk().CurrentBatch, 4, 10, QChar('0')));
+        QCOMPARE(window->text("txtReceiptNum"),
+                 QString("%1-001-20260315").arg(Desk().CurrentBatch, 4, 10, QChar('0')));
         const QString first = window->grid()->TextMatrix(1, 2);
         const QString second = window->grid()->TextMatrix(2, 2);
         const Money firstNet = Strip_Commas(window->grid()->TextMatrix(1, 8));
@@ -220,8 +223,8 @@ private slots:
         dblClick(1, 0);
         // Another till posts the batch meanwhile: the ledger refuses the entry.
         ErrorList elsewhere;
-        engine::postBatch(*engine::CompanyStore::open(company->id()), elsewhere,
-                          Desk().CurrentBatch, Today());
+        engine::postBatch(*engine::CompanyStore::open(company->id()), elsewhere, Desk().CurrentBatch,
+                          Today());
 
         test::AnswerMessageBoxes boxes;
         button("cmdSave")->click();

@@ -4,7 +4,7 @@
 #include "entry/GridColumnSets.h"
 #include "entry/frmCR.h"
 #include "fetching/CustomerList.h"
-#include "support/AnswerMessageBoxes.h"
+#include "support/ExpectBox.h"
 #include "support/Grab.h"
 #include "support/SampleCompany.h"
 
@@ -16,6 +16,8 @@
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTest>
+#include <array>
+#include <tuple>
 
 using namespace tillbook;
 
@@ -72,106 +74,72 @@ private slots:
         }
     }
 
-    void theLargestAmountsFitTheirBoxes() {
-        const QString largest = "99,999,999,999,999.00";
-        for (const auto& [box, text] : {std::pair{"txtAmount", largest},
-                                        {"txtUnapplied", largest},
-                                        {"txtDistribution", largest},
-                                        {"txtBatchTotal", "Total:  " + largest},
-                                        {"txtBatchEntries", QString("Entries:  32767")},
-                                        {"txtBank", QString("Bank Code:  RBCOPER")}}) {
-            const QLineEdit* edit = window->edit(box);
-            // The frame and the text's margins take 8 pixels of the width.
-            QVERIFY2(edit->fontMetrics().horizontalAdvance(text) + 8 <= edit->width(), box);
-        }
-    }
-
     void theThreeModesShowTheirOwnControls() {
-        window->combo("cboTransType")->setListIndex(1);
-        QCOMPARE(window->form->windowTitle(), QString("Tillbook - PrePayment Entry"));
-        QVERIFY(!window->shown("cmdSearch"));
-        QVERIFY(!window->shown("txtUnapplied") && !window->shown("lblUnapplied"));
-        QVERIFY(window->shown("txtPrePay") && window->shown("lblPrePay"));
-        QVERIFY(window->shown("txtPrePayDocNo") && window->shown("lblPrePayDocNo"));
-        QVERIFY(window->shown("cboCustomers") && window->shown("lblCustomers") &&
-                window->shown("txtCustInfo"));
-        QVERIFY(!window->shown("txtDistribution") && !window->shown("cmdNewInvoice"));
-        QVERIFY(window->shown("MSFlexGrid1"));
-        test::grabToPng(window->form, "frmCR-prepayment");
-
+        // Shown in receipt, prepayment and misc. mode (entered from receipt mode).
+        const std::vector<std::pair<const char*, std::array<bool, 3>>> shown = {
+            {"cmdSearch", {true, false, false}},       {"txtUnapplied", {true, false, true}},
+            {"lblUnapplied", {true, false, true}},     {"txtPrePay", {false, true, false}},
+            {"lblPrePay", {false, true, false}},       {"txtPrePayDocNo", {false, true, false}},
+            {"lblPrePayDocNo", {false, true, false}},  {"cboCustomers", {true, true, false}},
+            {"lblCustomers", {true, true, false}},     {"txtCustInfo", {true, true, false}},
+            {"txtDistribution", {false, false, true}}, {"lblDistribution", {false, false, true}},
+            {"cmdNewInvoice", {false, false, true}},   {"cmdDist", {false, false, true}},
+            {"cmdAccount", {false, false, true}},      {"MSFlexGrid1", {true, true, true}}};
+        const QStringList titles = {"Tillbook - Receipt Entry", "Tillbook - PrePayment Entry",
+                                    "Tillbook - Misc. Receipt Entry"};
+        for (const char* menu : {"mnuTransReceipt", "mnuTransPrePay", "mnuTransReceipt", "mnuTransMisc"}) {
+            Desk().DistLines = 3;
+            test::control<QAction>(window->form, menu)->trigger();
+            const int mode = window->form->TransType();
+            QCOMPARE(window->form->windowTitle(), titles[mode]);
+            for (const auto& [name, inMode] : shown)
+                QVERIFY2(window->shown(name) == inMode[static_cast<size_t>(mode)], name);
+        }
+        QCOMPARE(Desk().DistLines, 0);
+        for (const char* button : {"cmdNewInvoice", "cmdDist", "cmdAccount"})
+            QVERIFY2(!window->enabled(button), button);
         // Misc. entered from prepayment mode leaves the unapplied amount hidden.
+        window->combo("cboTransType")->setListIndex(1);
+        test::grabToPng(window->form, "frmCR-prepayment");
         test::control<QAction>(window->form, "mnuTransMisc")->trigger();
-        QCOMPARE(window->form->windowTitle(), QString("Tillbook - Misc. Receipt Entry"));
-        QCOMPARE(window->form->TransType(), 2);
         QVERIFY(!window->shown("txtUnapplied"));
-        QVERIFY(window->shown("txtDistribution") && window->shown("lblDistribution"));
-        QVERIFY(window->shown("cmdNewInvoice") &&
-                !test::control<QWidget>(window->form, "cmdNewInvoice")->isEnabled());
-        QVERIFY(window->shown("cmdDist") && !test::control<QWidget>(window->form, "cmdDist")->isEnabled());
-        QVERIFY(window->shown("cmdAccount") &&
-                !test::control<QWidget>(window->form, "cmdAccount")->isEnabled());
-        QVERIFY(!window->shown("cboCustomers") && !window->shown("txtCustInfo") &&
-                !window->shown("txtPrePay"));
-        QCOMPARE(Desk().DistLines, 0);
-
-        // Misc. entered from receipt mode leaves it visible under the undistributed amount.
         test::control<QAction>(window->form, "mnuTransReceipt")->trigger();
-        QVERIFY(window->shown("cmdSearch") &&
-                !test::control<QWidget>(window->form, "cmdSearch")->isEnabled());
-        QVERIFY(window->shown("txtUnapplied"));
-        Desk().DistLines = 3;
+        QVERIFY(window->shown("cmdSearch") && !window->enabled("cmdSearch"));
         test::control<QAction>(window->form, "mnuTransMisc")->trigger();
-        QVERIFY(window->shown("txtUnapplied") && window->shown("lblUnapplied"));
-        QVERIFY(window->shown("txtDistribution"));
-        QCOMPARE(Desk().DistLines, 0);
         test::grabToPng(window->form, "frmCR-misc");
     }
 
     void choosingTheSameModeAsksAboutUnsavedWorkAndEmptiesTheEntry() {
-        test::AnswerMessageBoxes answers(vbNo);
-        window->edit("txtAmount")->setText("125.00");
+        test::ExpectBox box(vbNo);
+        window->edit("txtAmount")->setText("1,250.00");
+        window->edit("txtUnapplied")->setText("0.00");
         window->edit("txtEntDesc")->setText("Counter sale");
+        // Declined: the whole amount is unapplied again before the entry is emptied.
+        Desk().EntryDirty = true;
+        QCOMPARE(window->form->Parts().entry.Prompt_SaveEntry([] { QFAIL("saved"); }), vbNo);
+        QCOMPARE(window->edit("txtUnapplied")->text(), QString("1,250.00"));
         Desk().EntryDirty = true;
         window->combo("cboTransType")->setListIndex(0);
-        QCOMPARE(answers.asked.size(), 1);
-        QCOMPARE(answers.asked[0].prompt, QString("Do you want to save the current entry?"));
-        QCOMPARE(answers.asked[0].title, QString("Unsaved Entry"));
-        QCOMPARE(answers.asked[0].buttons, vbYesNo);
-        QCOMPARE(answers.asked[0].icon, vbExclamation);
+        QVERIFY(box(2, "Do you want to save the current entry?", vbYesNo + vbExclamation, "Unsaved Entry"));
         QVERIFY(!Desk().EntryDirty);
         QCOMPARE(window->edit("txtEntDesc")->text(), QString());
         QCOMPARE(window->edit("txtAmount")->text(), QString());
         // Not dirty: no question.
         window->combo("cboTransType")->setListIndex(0);
-        QCOMPARE(answers.asked.size(), 1);
-    }
-
-    void decliningToSaveGivesTheWholeAmountBackAsUnapplied() {
-        test::AnswerMessageBoxes answers(vbNo);
-        window->edit("txtAmount")->setText("1,250.00");
-        window->edit("txtUnapplied")->setText("0.00");
-        Desk().EntryDirty = true;
-        window->form->Parts().entry.Prompt_SaveEntry([&] { window->form->cmdSave_Click(); });
-        QCOMPARE(window->edit("txtUnapplied")->text(), QString("1,250.00"));
-        QVERIFY(!Desk().EntryDirty);
+        QCOMPARE(box.asked.size(), 2);
     }
 
     void theGridTakesTheColumnSetOfTheMode() {
-        window->form->Parts().grid.Set_GridHeaders();
-        QCOMPARE(window->grid()->Cols(), 20);
-        QCOMPARE(window->grid()->Rows(), 10);
-        QCOMPARE(window->grid()->TextMatrix(0, 0), QString("Apply "));
-        QCOMPARE(window->grid()->TextMatrix(0, 5), QString(" Discount Available"));
-        QCOMPARE(window->grid()->TextMatrix(0, 19), QString(" Payment Number"));
-        window->combo("cboTransType")->setListIndex(1);
-        window->form->Parts().grid.Set_GridHeaders();
-        QCOMPARE(window->grid()->Cols(), 13);
-        QCOMPARE(window->grid()->TextMatrix(0, 2), QString("     Sales Order No     "));
-        window->combo("cboTransType")->setListIndex(2);
-        window->form->Parts().grid.Set_GridHeaders();
-        QCOMPARE(window->grid()->Cols(), 5);
-        QCOMPARE(window->grid()->TextMatrix(0, 0), QString("  Dist Code             "));
-        QCOMPARE(window->grid()->Rows(), 10);
+        const std::vector<std::tuple<int, int, int, QString>> sets = {{0, 20, 19, " Payment Number"},
+                                                                      {1, 13, 2, "     Sales Order No     "},
+                                                                      {2, 5, 0, "  Dist Code             "}};
+        for (const auto& [mode, cols, col, header] : sets) {
+            window->combo("cboTransType")->setListIndex(mode);
+            window->form->Parts().grid.Set_GridHeaders();
+            QCOMPARE(window->grid()->Cols(), cols);
+            QCOMPARE(window->grid()->Rows(), 10);
+            QCOMPARE(window->grid()->TextMatrix(0, col), header);
+        }
     }
 
     void aCustomersDocumentsShowTheirTextsAndAmounts() {
