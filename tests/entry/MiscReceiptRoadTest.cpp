@@ -92,6 +92,12 @@ private slots:
         QVERIFY(window->enabled("cmdPrint"));
         QCOMPARE(window->combo("cboTransType")->ListIndex(), 2);
         QCOMPARE(window->text("txtAmount"), QString("1,150.00"));
+        QCOMPARE(window->text("txtEntDesc"), QString("Rent and a refund"));
+        QCOMPARE(window->text("txtPayer"), QString("Counter"));
+        QCOMPARE(window->combo("cboCustomers")->ListIndex(), -1);
+        QCOMPARE(window->grid()->Cols(), 5);
+        QCOMPARE(window->grid()->Rows(), 10);
+        QCOMPARE(window->grid()->Col(), 0);
         QCOMPARE(window->grid()->TextMatrix(1, 0), QString("RENTAL"));
         QCOMPARE(window->grid()->TextMatrix(2, 1), QString("4100-100"));
         QCOMPARE(window->grid()->TextMatrix(2, 2), QString("150"));

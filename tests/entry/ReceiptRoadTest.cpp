@@ -129,6 +129,8 @@ private slots:
         QCOMPARE(applied, std::min(Money::fromWhole(1000), firstNet + secondNet));
         test::grabToPng(window->form, "frmCR-receipt-applied");
 
+        window->edit("txtEntDesc")->setText("Cheque for two invoices");
+        window->edit("txtPayer")->setText("Paid by cheque");
         test::AnswerMessageBoxes boxes;
         QVERIFY(button("cmdSave")->isEnabled());
         button("cmdSave")->click();
@@ -148,6 +150,19 @@ private slots:
         QVERIFY(!button("cmdSave")->isEnabled());
         QVERIFY(window->enabled("cmdNewEntry"));
         QCOMPARE(window->text("txtAmount"), QString("1,000.00"));
+        QCOMPARE(window->text("txtDate"), QString("03/15/2026"));
+        // Shown as saved: its own description and payer, not the customer's name; its applied documents.
+        QCOMPARE(window->text("txtEntDesc"), QString("Cheque for two invoices"));
+        QCOMPARE(window->text("txtPayer"), QString("Paid by cheque"));
+        QCOMPARE(window->combo("cboCustomers")->currentText(), Desk().Customers[0].Name);
+        QCOMPARE(window->text("txtUnapplied"), FormatAmount(Money::fromWhole(1000) - applied));
+        for (const char* field : {"txtDate", "txtEntDesc", "cboCustomers", "cboTransType", "txtPayer"})
+            QVERIFY2(!window->enabled(field), field);
+        QVERIFY(!window->enabled("cmdSearch"));
+        QCOMPARE(window->grid()->Cols(), 8);
+        QCOMPARE(window->grid()->Rows(), 10);
+        QCOMPARE(window->grid()->TextMatrix(0, 0), QString(" Document Number "));
+        QCOMPARE(window->grid()->TextMatrix(3, 0), QString());
         QCOMPARE(window->grid()->TextMatrix(1, 0), first);
         QCOMPARE(window->grid()->TextMatrix(2, 0), second);
         QVERIFY(!Desk().EntryDirty);
@@ -184,7 +199,10 @@ private slots:
         QCOMPARE(window->text("txtBatchTotal"), QString("Total:  1,250.00"));
         QVERIFY(window->form->EntryLocked());
         QCOMPARE(window->combo("cboTransType")->ListIndex(), 1);
-        QVERIFY(!window->text("txtPrePayDocNo").isEmpty());
+        QCOMPARE(window->form->windowTitle(), QString("Tillbook - PrePayment Entry"));
+        QCOMPARE(window->text("txtPrePay"), document);
+        QCOMPARE(window->text("txtPrePayDocNo"), QString("PP0000001"));
+        QCOMPARE(window->grid()->Cols(), 13);
 
         const auto header = entryRows("AR0042", {"RMITTYPE", "AMTRMIT", "DOCNBR"});
         QCOMPARE(header.size(), size_t(1));
