@@ -3,14 +3,11 @@
 // The receipt window's amount and date fields: the amount's key filter and the remaining amount that follows
 // it, the masked date keyed digit by digit, and the fiscal year and period that follow the date.
 
+#include "entry/ReceiptForm.h"
 #include "ledger/Money.h"
 
 #include <QDate>
 #include <QString>
-
-namespace Ui {
-class frmCR;
-}
 
 namespace tillbook {
 

@@ -4,16 +4,12 @@
 // customer's open documents a receipt is applied to (applying and unapplying, the search), the documents a
 // prepayment picks from, and the receipt number.
 
+#include "entry/ReceiptForm.h"
+
 #include <QStringList>
 #include <vector>
 
-namespace Ui {
-class frmCR;
-}
-
 namespace tillbook {
-
-class EntryFields;
 
 // Kinds of rows written by Add_GridRow.
 constexpr int GridRowReceipt = 0;         // the apply grid of a receipt

@@ -5,21 +5,15 @@
 // amount that follows them.
 
 #include "entry/DistributionRules.h"
+#include "entry/ReceiptForm.h"
 #include "ledger/Money.h"
 
 #include <QString>
 #include <vector>
 
 class QPoint;
-class QWidget;
-namespace Ui {
-class frmCR;
-}
 
 namespace tillbook {
-
-class ApplicationGrid;
-class EntryFields;
 
 class DistributionLines {
 public:

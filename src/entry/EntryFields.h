@@ -3,17 +3,12 @@
 // The entry on show in the receipt window: its kind (0 receipt, 1 prepayment, 2 miscellaneous receipt), the
 // fields that show it, whether they are locked (a saved entry on show) and whether it may be saved.
 
+#include "entry/ReceiptForm.h"
+
 #include <QString>
 #include <functional>
 
-class QWidget;
-namespace Ui {
-class frmCR;
-}
-
 namespace tillbook {
-
-class AmountDateFields;
 
 // The window's kinds of entry, as the list cboTransType offers them.
 constexpr int KindReceipt = 0;

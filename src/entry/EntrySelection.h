@@ -4,20 +4,15 @@
 // entries of the chosen batch and a new one, the customers, First/Previous/Next/Last over the three lists,
 // and a saved entry shown again, locked, as the ledger holds it.
 
+#include "entry/ReceiptForm.h"
+
 #include <QStringList>
 #include <functional>
 #include <optional>
 #include <vector>
 
-class QWidget;
-namespace Ui {
-class frmCR;
-}
-
 namespace tillbook {
 
-class ApplicationGrid;
-class EntryFields;
 class View;
 
 class EntrySelection {

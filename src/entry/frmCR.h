@@ -1,22 +1,14 @@
 #pragma once
 
 #include "entry/ReceiptDesk.h"
+#include "entry/ReceiptForm.h"
 #include "posting/Posting.h"
 
 #include <QMainWindow>
 #include <memory>
 
-namespace Ui {
-class frmCR;
-}
-
 namespace tillbook {
 
-class AmountDateFields;
-class ApplicationGrid;
-class DistributionLines;
-class EntryFields;
-class EntrySelection;
 struct ReceiptWindowParts;
 
 // The receipt window's fixed size.
