@@ -5,6 +5,7 @@
 #include "fetching/Batches.h"
 #include "fetching/FieldValues.h"
 #include "ledger/Formats.h"
+#include "support/Grab.h"
 #include "support/ReceiptWindow.h"
 #include "support/SampleCompany.h"
 
@@ -102,6 +103,7 @@ private slots:
         QCOMPARE(window->grid()->TextMatrix(2, 1), QString("4100-100"));
         QCOMPARE(window->grid()->TextMatrix(2, 2), QString("150"));
         QCOMPARE(window->grid()->TextMatrix(3, 0), QString());
+        test::grabToPng(window->form, "frmCR-recall-misc");
 
         const auto header = Desk().LedgerSession->openView("AR0042", "AR");
         header->browse("CNTBTCH = " + batch + " AND CNTITEM = 1", true);

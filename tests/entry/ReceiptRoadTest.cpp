@@ -164,6 +164,7 @@ private slots:
         QCOMPARE(window->grid()->TextMatrix(0, 0), QString(" Document Number "));
         QCOMPARE(window->grid()->TextMatrix(3, 0), QString());
         QCOMPARE(window->grid()->TextMatrix(1, 0), first);
+        test::grabToPng(window->form, "frmCR-recall-receipt");
         QCOMPARE(window->grid()->TextMatrix(2, 0), second);
         QVERIFY(!Desk().EntryDirty);
 
@@ -203,6 +204,7 @@ private slots:
         QCOMPARE(window->text("txtPrePay"), document);
         QCOMPARE(window->text("txtPrePayDocNo"), QString("PP0000001"));
         QCOMPARE(window->grid()->Cols(), 13);
+        test::grabToPng(window->form, "frmCR-recall-prepayment");
 
         const auto header = entryRows("AR0042", {"RMITTYPE", "AMTRMIT", "DOCNBR"});
         QCOMPARE(header.size(), size_t(1));
