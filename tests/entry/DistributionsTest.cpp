@@ -2,9 +2,9 @@
 // its keys, the checks of codes, accounts and amounts with their messages, and the finder's choice put into
 // the line.
 #include "entry/DistributionRules.h"
-#include "entry/dialogs/frmFinder.h"
 #include "fetching/FinderRecords.h"
 #include "support/ExpectBox.h"
+#include "support/FinderAnswers.h"
 #include "support/Grab.h"
 #include "support/ReceiptWindow.h"
 #include "support/SampleCompany.h"
@@ -13,46 +13,8 @@
 #include <QApplication>
 #include <QPushButton>
 #include <QScrollBar>
-#include <QTimer>
-#include <functional>
 
 using namespace tillbook;
-
-namespace {
-
-// Runs `act` on the finder as soon as it is shown; the finder runs modally until `act` closes it.
-void whenFinderShows(std::function<void(frmFinder*)> act) {
-    auto* timer = new QTimer;
-    timer->setInterval(10);
-    QObject::connect(timer, &QTimer::timeout, timer, [timer, act = std::move(act)] {
-        for (QWidget* top : QApplication::topLevelWidgets()) {
-            auto* finder = qobject_cast<frmFinder*>(top);
-            if (finder && finder->isVisible()) {
-                timer->stop();
-                timer->deleteLater();
-                act(finder);
-                return;
-            }
-        }
-    });
-    timer->start();
-}
-
-FlexGrid* finderGrid(frmFinder* finder) {
-    return test::control<FlexGrid>(finder, "MSFlexFinder");
-}
-
-// Makes the finder's row whose first cell reads `code` current and presses Select.
-void selectInFinder(frmFinder* finder, const QString& code) {
-    FlexGrid* grid = finderGrid(finder);
-    for (int r = 1; r < grid->Rows(); ++r)
-        if (grid->TextMatrix(r, 0) == code)
-            grid->setRow(r);
-    QCOMPARE(grid->Text(), code);
-    test::control<QPushButton>(finder, "cmdSelect")->click();
-}
-
-} // namespace
 
 class DistributionsTest : public QObject {
     Q_OBJECT
@@ -374,11 +336,11 @@ private slots:
 
     void theFinderPutsADistributionCodeAndItsRevenueAccountIntoTheLine() {
         startMisc("100.00");
-        whenFinderShows([](frmFinder* finder) {
+        test::whenFinderShows([](frmFinder* finder) {
             QCOMPARE(finder->windowTitle(), QString("Tillbook - Distribution Codes"));
-            QCOMPARE(finderGrid(finder)->Rows(), 25);
+            QCOMPARE(test::finderGrid(finder)->Rows(), 25);
             test::grabToPng(finder, "frmFinder-distribution-codes");
-            selectInFinder(finder, "CONSLT");
+            test::selectInFinder(finder, "CONSLT");
         });
         test::control<QPushButton>(window->form, "cmdDist")->click();
         QCOMPARE(Desk().FinderKind, 1);
@@ -393,11 +355,11 @@ private slots:
 
     void theFinderPutsAnAccountIntoABlankLineOrThroughTheEditor() {
         startMisc("100.00");
-        whenFinderShows([](frmFinder* finder) {
+        test::whenFinderShows([](frmFinder* finder) {
             QCOMPARE(finder->windowTitle(), QString("Tillbook - GL Accounts"));
-            QCOMPARE(finderGrid(finder)->Cols(), 11);
+            QCOMPARE(test::finderGrid(finder)->Cols(), 11);
             test::grabToPng(finder, "frmFinder-gl-accounts");
-            selectInFinder(finder, "4200-100-10");
+            test::selectInFinder(finder, "4200-100-10");
         });
         window->form->cmdAccount_Click();
         QCOMPARE(Desk().FinderKind, 2);
@@ -408,15 +370,15 @@ private slots:
         // A line with a code already: the account goes through the editor into its cell.
         grid()->setCol(0);
         editor()->setText("RETAIL");
-        whenFinderShows([](frmFinder* finder) { selectInFinder(finder, "4100-100"); });
+        test::whenFinderShows([](frmFinder* finder) { test::selectInFinder(finder, "4100-100"); });
         window->form->cmdAccount_Click();
         QCOMPARE(cell(1, 0), QString("RETAIL"));
         QCOMPARE(cell(1, 1), QString("4100-100"));
         QCOMPARE(grid()->Col(), 2);
 
         // Cancel writes nothing.
-        whenFinderShows([](frmFinder* finder) {
-            finderGrid(finder)->setRow(3);
+        test::whenFinderShows([](frmFinder* finder) {
+            test::finderGrid(finder)->setRow(3);
             test::control<QPushButton>(finder, "cmdCancel")->click();
         });
         window->form->cmdAccount_Click();

@@ -1,17 +1,16 @@
 // A miscellaneous receipt keyed on the window from start to saved entry: a batch, misc. mode, the amount, a
 // line by distribution code from the finder and one with an account typed with hyphens, saved, read back
 // locked, and as the ledger holds it.
-#include "entry/dialogs/frmFinder.h"
 #include "fetching/Batches.h"
 #include "fetching/FieldValues.h"
 #include "ledger/Formats.h"
+#include "support/FinderAnswers.h"
 #include "support/Grab.h"
 #include "support/ReceiptWindow.h"
 #include "support/SampleCompany.h"
 
 #include <QApplication>
 #include <QPushButton>
-#include <QTimer>
 
 using namespace tillbook;
 
@@ -57,16 +56,7 @@ private slots:
         window->form->cmdNewInvoice_Click();
 
         // Line 1: a distribution code from the finder.
-        QTimer::singleShot(0, [] {
-            for (QWidget* top : QApplication::topLevelWidgets())
-                if (auto* finder = qobject_cast<frmFinder*>(top)) {
-                    auto* grid = finder->findChild<FlexGrid*>("MSFlexFinder");
-                    for (int r = 1; r < grid->Rows(); ++r)
-                        if (grid->TextMatrix(r, 0) == "RENTAL")
-                            grid->setRow(r);
-                    finder->findChild<QPushButton*>("cmdSelect")->click();
-                }
-        });
+        test::whenFinderShows([](frmFinder* finder) { test::selectInFinder(finder, "RENTAL"); });
         window->form->cmdDist_Click();
         QCOMPARE(window->grid()->TextMatrix(1, 0), QString("RENTAL"));
         QCOMPARE(window->grid()->Col(), 2);
