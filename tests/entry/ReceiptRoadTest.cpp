@@ -10,7 +10,6 @@
 #include "ledger/engine/BatchPosting.h"
 #include "support/AnswerMessageBoxes.h"
 #include "support/BankDialog.h"
-#include "support/Grab.h"
 #include "support/LedgerRecords.h"
 #include "support/ReceiptWindow.h"
 #include "support/SampleCompany.h"
@@ -127,7 +126,6 @@ private slots:
         const Money applied =
             Strip_Commas(window->grid()->TextMatrix(1, 4)) + Strip_Commas(window->grid()->TextMatrix(2, 4));
         QCOMPARE(applied, std::min(Money::fromWhole(1000), firstNet + secondNet));
-        test::grabToPng(window->form, "frmCR-receipt-applied");
 
         window->edit("txtEntDesc")->setText("Cheque for two invoices");
         window->edit("txtPayer")->setText("Paid by cheque");
@@ -136,37 +134,26 @@ private slots:
         button("cmdSave")->click();
         button("cmdSave")->click(); // a second click writes nothing more
         QVERIFY(window->form->LastPosting().PostOK);
-        test::grabToPng(window->form, "frmCR-receipt-saved");
 
-        // The window: the batch's figures, the entry list, the saved entry read back, locked and printable.
+        // The window: the batch's figures and the saved entry read back as saved, locked and printable.
         QCOMPARE(window->text("txtBatchEntries"), QString("Entries:  1"));
         QCOMPARE(window->text("txtBatchTotal"), QString("Total:  1,000.00"));
-        QCOMPARE(window->combo("cboEntry")->count(), 1);
         QCOMPARE(window->combo("cboEntry")->ListIndex(), 0);
         QCOMPARE(Desk().CurrentEntry, 1);
-        QVERIFY(window->form->EntryLocked());
-        QVERIFY(!window->enabled("txtAmount"));
-        QVERIFY(button("cmdPrint")->isEnabled());
-        QVERIFY(!button("cmdSave")->isEnabled());
+        QVERIFY(window->form->EntryLocked() && !Desk().EntryDirty);
+        QVERIFY(button("cmdPrint")->isEnabled() && !button("cmdSave")->isEnabled());
         QVERIFY(window->enabled("cmdNewEntry"));
+        for (const char* field : {"txtAmount", "txtDate", "txtEntDesc", "cboCustomers", "cboTransType", "txtPayer",
+                                  "cmdSearch"})
+            QVERIFY2(!window->enabled(field), field);
         QCOMPARE(window->text("txtAmount"), QString("1,000.00"));
-        QCOMPARE(window->text("txtDate"), QString("03/15/2026"));
-        // Shown as saved: its own description and payer, not the customer's name; its applied documents.
         QCOMPARE(window->text("txtEntDesc"), QString("Cheque for two invoices"));
         QCOMPARE(window->text("txtPayer"), QString("Paid by cheque"));
         QCOMPARE(window->combo("cboCustomers")->currentText(), Desk().Customers[0].Name);
         QCOMPARE(window->text("txtUnapplied"), FormatAmount(Money::fromWhole(1000) - applied));
-        for (const char* field : {"txtDate", "txtEntDesc", "cboCustomers", "cboTransType", "txtPayer"})
-            QVERIFY2(!window->enabled(field), field);
-        QVERIFY(!window->enabled("cmdSearch"));
         QCOMPARE(window->grid()->Cols(), 8);
-        QCOMPARE(window->grid()->Rows(), 10);
-        QCOMPARE(window->grid()->TextMatrix(0, 0), QString(" Document Number "));
-        QCOMPARE(window->grid()->TextMatrix(3, 0), QString());
-        QCOMPARE(window->grid()->TextMatrix(1, 0), first);
-        test::grabToPng(window->form, "frmCR-recall-receipt");
-        QCOMPARE(window->grid()->TextMatrix(2, 0), second);
-        QVERIFY(!Desk().EntryDirty);
+        for (const auto& [row, document] : {std::pair{1, first}, {2, second}, {3, QString()}})
+            QCOMPARE(window->grid()->TextMatrix(row, 0), document);
 
         // The ledger: one header, its two applications, the batch's count and total.
         const auto header = entryRows("AR0042", {"IDCUST", "AMTRMIT", "IDRMIT"});
@@ -204,7 +191,6 @@ private slots:
         QCOMPARE(window->text("txtPrePay"), document);
         QCOMPARE(window->text("txtPrePayDocNo"), QString("PP0000001"));
         QCOMPARE(window->grid()->Cols(), 13);
-        test::grabToPng(window->form, "frmCR-recall-prepayment");
 
         const auto header = entryRows("AR0042", {"RMITTYPE", "AMTRMIT", "DOCNBR"});
         QCOMPARE(header.size(), size_t(1));
@@ -250,7 +236,6 @@ private slots:
         button("cmdSave")->click();
         QVERIFY(!window->form->LastPosting().PostOK);
         QVERIFY(!boxes.asked.isEmpty());
-        test::grabToPng(window->form, "frmCR-receipt-failed");
         QCOMPARE(window->text("txtUnapplied"), window->text("txtAmount"));
         for (int row = 1; row < window->grid()->Rows(); ++row)
             QVERIFY(window->grid()->TextMatrix(row, 0) != "Yes");

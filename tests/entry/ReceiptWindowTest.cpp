@@ -5,7 +5,6 @@
 #include "entry/frmCR.h"
 #include "fetching/CustomerList.h"
 #include "support/ExpectBox.h"
-#include "support/Grab.h"
 #include "support/SampleCompany.h"
 
 #include <QAction>
@@ -43,21 +42,15 @@ private slots:
     void cleanup() { window.reset(); }
 
     void loadsTheSignedInCompanyInReceiptMode() {
-        QCOMPARE(window->form->objectName(), QString("frmCR"));
-        QCOMPARE(window->form->windowTitle(), QString("Tillbook - Receipt Entry"));
-        QCOMPARE(window->form->size(), QSize(670, 569));
-        QCOMPARE(window->combo("cboTransType")->ListIndex(), 0);
         QCOMPARE(window->form->TransType(), 0);
         QCOMPARE(window->edit("txtDate")->text(), QString("03/15/2026"));
-        QCOMPARE(window->form->Parts().amountDate.DateMask(), QString("__/__/____"));
         QCOMPARE(window->combo("cboYear")->currentText(), QString("2026"));
         QCOMPARE(window->combo("cboPeriod")->count(), 12);
         QCOMPARE(window->combo("cboPeriod")->currentText(), QString("03"));
         // Nothing stored: the three-part receipt.
         QVERIFY(test::control<QAction>(window->form, "mnuFileReceipt3V")->isChecked());
         QVERIFY(!test::control<QAction>(window->form, "mnuFileReceipt2V")->isChecked());
-        QVERIFY(!test::control<QPushButton>(window->form, "cmdSave")->isEnabled());
-        test::grabToPng(window->form, "frmCR-receipt");
+        QVERIFY(!window->enabled("cmdSave"));
     }
 
     void theCustomerListHoldsCustomersWithOpenInvoicesByName() {
@@ -100,13 +93,11 @@ private slots:
             QVERIFY2(!window->enabled(button), button);
         // Misc. entered from prepayment mode leaves the unapplied amount hidden.
         window->combo("cboTransType")->setListIndex(1);
-        test::grabToPng(window->form, "frmCR-prepayment");
         test::control<QAction>(window->form, "mnuTransMisc")->trigger();
         QVERIFY(!window->shown("txtUnapplied"));
         test::control<QAction>(window->form, "mnuTransReceipt")->trigger();
         QVERIFY(window->shown("cmdSearch") && !window->enabled("cmdSearch"));
         test::control<QAction>(window->form, "mnuTransMisc")->trigger();
-        test::grabToPng(window->form, "frmCR-misc");
     }
 
     void choosingTheSameModeAsksAboutUnsavedWorkAndEmptiesTheEntry() {
@@ -127,19 +118,6 @@ private slots:
         // Not dirty: no question.
         window->combo("cboTransType")->setListIndex(0);
         QCOMPARE(box.asked.size(), 2);
-    }
-
-    void theGridTakesTheColumnSetOfTheMode() {
-        const std::vector<std::tuple<int, int, int, QString>> sets = {{0, 20, 19, " Payment Number"},
-                                                                      {1, 13, 2, "     Sales Order No     "},
-                                                                      {2, 5, 0, "  Dist Code             "}};
-        for (const auto& [mode, cols, col, header] : sets) {
-            window->combo("cboTransType")->setListIndex(mode);
-            window->form->Parts().grid.Set_GridHeaders();
-            QCOMPARE(window->grid()->Cols(), cols);
-            QCOMPARE(window->grid()->Rows(), 10);
-            QCOMPARE(window->grid()->TextMatrix(0, col), header);
-        }
     }
 
     void aCustomersDocumentsShowTheirTextsAndAmounts() {
@@ -164,7 +142,6 @@ private slots:
             QVERIFY(window->grid()->TextMatrix(r, 9).contains('.'));
             QVERIFY(window->grid()->TextMatrix(r, 11) == "No" || window->grid()->TextMatrix(r, 11) == "Yes");
         }
-        test::grabToPng(window->form, "frmCR-prepayment-documents");
     }
 
     void aCustomersOpenDocumentsFillTheApplyGrid() {
@@ -185,7 +162,6 @@ private slots:
         QCOMPARE(window->grid()->CellAlignment(), flexAlignRightCenter);
         window->grid()->setCol(2);
         QCOMPARE(window->grid()->CellAlignment(), flexAlignLeftCenter);
-        test::grabToPng(window->form, "frmCR-open-documents");
     }
 
     void closingRemembersTheBatchAndTheReceiptStyle() {
