@@ -5,6 +5,7 @@
 #include "ManyDocumentsCompany.h"
 #include "entry/GridColumnSets.h"
 #include "entry/ReceiptDesk.h"
+#include "entry/ReceiptWindowParts.h"
 #include "entry/frmCR.h"
 #include "fetching/Batches.h"
 #include "fetching/OpenDocuments.h"
@@ -35,7 +36,7 @@ void InvoiceSearchToFilledGrid(benchmark::State& state) {
     auto* grid = window->findChild<FlexGrid*>("MSFlexGrid1");
     for (auto _ : state) {
         state.PauseTiming();
-        window->Set_GridHeaders();
+        window->Parts().grid.Set_GridHeaders();
         state.ResumeTiming();
         window->cmdSearch_Click();
     }

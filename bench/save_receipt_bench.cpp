@@ -5,6 +5,7 @@
 
 #include "ManyDocumentsCompany.h"
 #include "entry/ReceiptDesk.h"
+#include "entry/ReceiptWindowParts.h"
 #include "fetching/Batches.h"
 #include "fetching/CustomerList.h"
 #include "ledger/Formats.h"
@@ -36,7 +37,7 @@ void SaveReceiptWithTenApplications(benchmark::State& state) {
         return;
     Create_Batch(Desk(), QDate(2025, 3, 14));
     auto* batches = window->findChild<ComboBox*>("cboBatch");
-    window->Load_Batches();
+    window->Parts().selection.Load_Batches();
     batches->setListIndex(batches->ListCount() - 1);
     auto* grid = window->findChild<FlexGrid*>("MSFlexGrid1");
     auto* amount = window->findChild<QLineEdit*>("txtAmount");

@@ -41,10 +41,8 @@ void AppliedRows::reset() {
     marks.assign(1, QString());
 }
 
-QString ReceiptNumberText(const QString& batch, const QString& entry, const QDate& date) {
-    const auto number = [](const QString& text) { return static_cast<std::int64_t>(Val(text)); };
-    return FormatDigits(number(batch), 4) + u'-' + FormatDigits(number(entry), 3) + u'-' +
-           FormatDateCompact(date);
+QString ReceiptNumberText(int batch, int entry, const QDate& date) {
+    return FormatDigits(batch, 4) + u'-' + FormatDigits(entry, 3) + u'-' + FormatDateCompact(date);
 }
 
 } // namespace tillbook

@@ -40,6 +40,6 @@ struct AppliedRows {
 };
 
 // "0012-003-20001201": the batch as "0000", the entry as "000" and the date as "yyyymmdd".
-QString ReceiptNumberText(const QString& batch, const QString& entry, const QDate& date);
+QString ReceiptNumberText(int batch, int entry, const QDate& date);
 
 } // namespace tillbook

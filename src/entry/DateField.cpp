@@ -1,22 +1,32 @@
-// The receipt window: the masked date field, and the fiscal year and period that follow the date keyed.
+// The receipt window's masked date field, and the fiscal year and period that follow the date keyed.
+#include "entry/AmountDateFields.h"
 #include "entry/DateMask.h"
-#include "entry/frmCR.h"
+#include "entry/EntryFields.h"
+#include "entry/ReceiptDesk.h"
+#include "fetching/FiscalPeriods.h"
 #include "fetching/ReceiptDate.h"
+#include "ledger/Formats.h"
 #include "ledger/LedgerError.h"
 #include "ui/Events.h"
 #include "ui/Platform.h"
 #include "ui_frmCR.h"
 
-#include <QDate>
+#include <QRegularExpression>
 
 namespace tillbook {
 
-void frmCR::txtDate_GotFocus() {}
+void AmountDateFields::resetDate(const QDate& today) {
+    m_dateMask =
+        FormatShortDate(today).replace(QRegularExpression(QStringLiteral("[0-9]")), QStringLiteral("_"));
+    ui.txtDate->setText(FormatShortDate(today));
+    m_datePos = 0;
+    m_dateTyping = false;
+    Load_FiscalYears(today);
+    Load_FiscalPeriods(today);
+}
 
-void frmCR::txtDate_Change() {}
-
-void frmCR::txtDate_KeyPress(int& keyAscii) {
-    QLineEdit* field = ui->txtDate;
+void AmountDateFields::dateKeyPress(int& keyAscii) {
+    QLineEdit* field = ui.txtDate;
     // A digit or Backspace over the whole date (selected as the field is entered) keys it from its start.
     const bool keyed = keyAscii == vbKeyBack || (keyAscii >= '0' && keyAscii <= '9');
     if (keyed && field->hasSelectedText() && field->selectedText().size() == field->text().size())
@@ -36,8 +46,8 @@ void frmCR::txtDate_KeyPress(int& keyAscii) {
     }
 }
 
-void frmCR::txtDate_KeyUp(int keyCode, int shift) {
-    QLineEdit* field = ui->txtDate;
+void AmountDateFields::dateKeyUp(int keyCode, int shift) {
+    QLineEdit* field = ui.txtDate;
     const bool taken = keyCode == vbKeyBack || (keyCode >= '0' && keyCode <= '9');
     const bool aroundTheKeys = keyCode == vbKeyDelete || (shift & vbCtrlMask);
     MaskedDate date;
@@ -53,8 +63,8 @@ void frmCR::txtDate_KeyUp(int keyCode, int shift) {
     field->setCursorPosition(date.pos);
 }
 
-void frmCR::txtDate_LostFocus() {
-    const QVariant value = DateValueOf(ui->txtDate->text());
+void AmountDateFields::dateLeft() {
+    const QVariant value = DateValueOf(ui.txtDate->text());
     // An impossible date finds no fiscal year or period of its own; the ledger then refuses it by name.
     const QDate date = value.typeId() == QMetaType::QDate ? value.toDate() : QDate();
     Load_FiscalYears(date);
@@ -62,7 +72,33 @@ void frmCR::txtDate_LostFocus() {
     try {
         Put_ReceiptDate(Desk(), value);
     } catch (const LedgerError& error) {
-        reportLedgerError(QStringLiteral("The receipt date could not be taken."), error.description());
+        ReportLedgerError(QStringLiteral("The receipt date could not be taken."), error.description());
+    }
+}
+
+void AmountDateFields::Load_FiscalYears(const QDate& date) {
+    ui.cboYear->clear();
+    if (!Desk().LedgerSession)
+        return;
+    try {
+        const FiscalYearList list = Read_FiscalYears(*Desk().LedgerSession, date);
+        ui.cboYear->addItems(list.years);
+        ui.cboYear->setListIndex(list.selected);
+    } catch (const LedgerError& error) {
+        ReportLedgerError(QStringLiteral("The fiscal years could not be read."), error.description());
+    }
+}
+
+void AmountDateFields::Load_FiscalPeriods(const QDate& date) {
+    ui.cboPeriod->clear();
+    if (!Desk().LedgerSession)
+        return;
+    try {
+        const int count = Get_PeriodCount(*Desk().LedgerSession);
+        ui.cboPeriod->addItems(PeriodEntries(count));
+        ui.cboPeriod->setListIndex(PeriodIndexOf(date, count));
+    } catch (const LedgerError& error) {
+        ReportLedgerError(QStringLiteral("The fiscal periods could not be read."), error.description());
     }
 }
 

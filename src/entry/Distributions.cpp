@@ -1,9 +1,11 @@
 // The receipt window: the distribution lines of a miscellaneous receipt, keyed through the editor that floats
 // over the grid's current cell, checked cell by cell, and filled from the finder.
+#include "entry/ApplicationGrid.h"
+#include "entry/DistributionLines.h"
 #include "entry/DistributionRules.h"
+#include "entry/EntryFields.h"
 #include "entry/ReceiptDesk.h"
 #include "entry/dialogs/frmFinder.h"
-#include "entry/frmCR.h"
 #include "fetching/CodeChecks.h"
 #include "fetching/FinderRecords.h"
 #include "fetching/ReceiptViews.h"
@@ -44,53 +46,48 @@ private:
 
 } // namespace
 
-void frmCR::connectDistributions() {
-    FlexGrid* grid = ui->MSFlexGrid1;
-    connect(ui->cmdNewInvoice, &QPushButton::clicked, this, &frmCR::cmdNewInvoice_Click);
-    connect(ui->cmdDist, &QPushButton::clicked, this, &frmCR::cmdDist_Click);
-    connect(ui->cmdAccount, &QPushButton::clicked, this, &frmCR::cmdAccount_Click);
-    connect(grid, &FlexGrid::EnterCell, this, &frmCR::MSFlexGrid1_EnterCell);
-    connect(grid, &FlexGrid::LeaveCell, this, &frmCR::MSFlexGrid1_LeaveCell);
-    connect(grid, &FlexGrid::Click, this, &frmCR::MSFlexGrid1_Click);
+DistributionLines::DistributionLines(QWidget& window, Ui::frmCR& form, EntryFields& entry,
+                                     ApplicationGrid& grid)
+    : m_window(window), ui(form), m_entry(entry), m_grid(grid) {}
+
+void DistributionLines::connectControls() {
+    FlexGrid* grid = ui.MSFlexGrid1;
     // A click checks the cell it leaves only when it does leave one.
     new PressWatcher(grid->viewport(), [this] { m_leftCellRow = 0; });
-    connect(ui->txtFloat, &QLineEdit::textChanged, this, &frmCR::txtFloat_Change);
-    onKeyDown(ui->txtFloat, [this](int& keyCode, int shift) { txtFloat_KeyDown(keyCode, shift); });
-    onKeyUp(ui->txtFloat, [this](int keyCode, int shift) { txtFloat_KeyUp(keyCode, shift); });
-    onLostFocus(ui->txtDistribution, [this] { txtDistribution_LostFocus(); });
-    connect(ui->txtDistribution, &QLineEdit::textChanged, this, &frmCR::followUndistributed);
+    QObject::connect(ui.txtDistribution, &QLineEdit::textChanged, grid, [this] { followUndistributed(); });
     grid->setContextMenuPolicy(Qt::CustomContextMenu);
-    connect(grid, &QWidget::customContextMenuRequested, this, &frmCR::showLineMenu);
-    connect(grid->verticalScrollBar(), &QScrollBar::valueChanged, this, &frmCR::followScrolledCell);
-    connect(grid->horizontalScrollBar(), &QScrollBar::valueChanged, this, &frmCR::followScrolledCell);
+    QObject::connect(grid, &QWidget::customContextMenuRequested, grid,
+                     [this](const QPoint& at) { showLineMenu(at); });
+    for (QScrollBar* bar : {grid->verticalScrollBar(), grid->horizontalScrollBar()})
+        QObject::connect(bar, &QScrollBar::valueChanged, grid, [this] { followScrolledCell(); });
     // Misc. mode starts on an empty distribution grid, whatever the grid showed before.
-    connect(ui->cboTransType, &ComboBox::Click, this, [this] {
-        if (ui->cboTransType->ListIndex() != 2)
+    QObject::connect(ui.cboTransType, &ComboBox::Click, grid, [this] {
+        if (ui.cboTransType->ListIndex() != KindMisc)
             return;
-        Set_GridHeaders();
+        m_grid.Set_GridHeaders();
         m_distAmounts.assign(1, Money());
         m_editorFloating = false;
-        ui->txtFloat->setVisible(false);
+        ui.txtFloat->setVisible(false);
     });
 }
 
-bool frmCR::editingDistributions() const {
-    return m_transType == 2;
+bool DistributionLines::editingDistributions() const {
+    return m_entry.TransType() == 2;
 }
 
 // ---- Lines ----
 
-void frmCR::cmdNewInvoice_Click() {
-    FlexGrid* grid = ui->MSFlexGrid1;
+void DistributionLines::newLine() {
+    FlexGrid* grid = ui.MSFlexGrid1;
     // The amount being keyed counts only once it is checked, as when the clerk leaves its cell.
     if (m_editorFloating && grid->Col() == DistColAmount && grid->Row() >= 1 &&
         grid->Row() <= Desk().DistLines &&
-        !checkDistCell(grid->Row(), DistColAmount, ui->txtFloat->text(), RefusedBy::Keys)) {
+        !checkDistCell(grid->Row(), DistColAmount, ui.txtFloat->text(), RefusedBy::Keys)) {
         refuseDistAmount();
         return;
     }
     const bool first = Desk().DistLines == 0;
-    const bool somethingLeft = first || ui->txtDistribution->text() != u"0.00";
+    const bool somethingLeft = first || ui.txtDistribution->text() != u"0.00";
     if (first || (somethingLeft &&
                   CanAddDistLine(Desk().DistLines, grid->TextMatrix(Desk().DistLines, DistColAmount)))) {
         ++Desk().DistLines;
@@ -99,41 +96,40 @@ void frmCR::cmdNewInvoice_Click() {
         grid->setTextMatrix(Desk().DistLines, DistColAmount, QStringLiteral("0.00"));
     }
     if (first) {
-        ui->cmdDist->setEnabled(true);
-        ui->cmdAccount->setEnabled(true);
-        Make_ReceiptNumber();
+        ui.cmdDist->setEnabled(true);
+        ui.cmdAccount->setEnabled(true);
+        m_grid.Make_ReceiptNumber();
     }
 
     if (grid->Row() == Desk().DistLines && grid->Col() == DistColCode) {
-        MSFlexGrid1_EnterCell();
+        enterCell();
     } else {
         grid->setRow(Desk().DistLines);
         grid->setCol(DistColCode);
     }
     m_distAmounts.resize(static_cast<size_t>(Desk().DistLines) + 1);
-    ui->cmdSave->setEnabled(true);
-    ui->mnuFileSave->setEnabled(true);
+    m_entry.setSaveEnabled(true);
     Desk().EntryDirty = true;
 }
 
-void frmCR::txtDistribution_LostFocus() {
-    if (ui->txtDistribution->text() == u"0.00")
-        ui->cmdNewInvoice->setEnabled(false);
+void DistributionLines::undistributedLeft() {
+    if (ui.txtDistribution->text() == u"0.00")
+        ui.cmdNewInvoice->setEnabled(false);
 }
 
 // The read-only undistributed amount never takes the focus: New Invoice follows its every change instead, so
 // that no empty line can be added with nothing left to distribute.
-void frmCR::followUndistributed() {
-    const QString text = ui->txtDistribution->text();
+void DistributionLines::followUndistributed() {
+    const QString text = ui.txtDistribution->text();
     if (text == u"0.00" || Strip_Commas(text) < Money())
-        ui->cmdNewInvoice->setEnabled(false);
-    else if (editingDistributions() && !m_entryLocked && Desk().DistLines > 0)
-        ui->cmdNewInvoice->setEnabled(true);
+        ui.cmdNewInvoice->setEnabled(false);
+    else if (editingDistributions() && !m_entry.EntryLocked() && Desk().DistLines > 0)
+        ui.cmdNewInvoice->setEnabled(true);
 }
 
-void frmCR::removeDistLine(int line) {
-    FlexGrid* grid = ui->MSFlexGrid1;
-    if (m_entryLocked || line < 1 || line > Desk().DistLines)
+void DistributionLines::removeDistLine(int line) {
+    FlexGrid* grid = ui.MSFlexGrid1;
+    if (m_entry.EntryLocked() || line < 1 || line > Desk().DistLines)
         return;
     // The lines below move up one row; the last row is emptied.
     for (int row = line; row < Desk().DistLines; ++row)
@@ -145,27 +141,27 @@ void frmCR::removeDistLine(int line) {
         m_distAmounts.erase(m_distAmounts.begin() + line);
     --Desk().DistLines;
     m_distAmounts.resize(static_cast<size_t>(Desk().DistLines) + 1);
-    ui->txtDistribution->setText(
-        FormatAmount(Undistributed(Strip_Commas(ui->txtAmount->text()), m_distAmounts, Desk().DistLines)));
-    setSaveEnabled(Desk().DistLines > 0);
+    ui.txtDistribution->setText(
+        FormatAmount(Undistributed(Strip_Commas(ui.txtAmount->text()), m_distAmounts, Desk().DistLines)));
+    m_entry.setSaveEnabled(Desk().DistLines > 0);
     Desk().EntryDirty = true;
     if (Desk().DistLines == 0) {
         m_editorFloating = false;
-        ui->txtFloat->setVisible(false);
-        ui->cmdNewInvoice->setEnabled(Strip_Commas(ui->txtAmount->text()) > Money());
+        ui.txtFloat->setVisible(false);
+        ui.cmdNewInvoice->setEnabled(Strip_Commas(ui.txtAmount->text()) > Money());
         return;
     }
     grid->setRow(std::min<int>(line, Desk().DistLines));
     grid->setCol(DistColCode);
-    MSFlexGrid1_EnterCell();
+    enterCell();
 }
 
-void frmCR::showLineMenu(const QPoint& at) {
-    FlexGrid* grid = ui->MSFlexGrid1;
+void DistributionLines::showLineMenu(const QPoint& at) {
+    FlexGrid* grid = ui.MSFlexGrid1;
     const int line = grid->rowAt(at.y());
-    if (!editingDistributions() || m_entryLocked || line < 1 || line > Desk().DistLines)
+    if (!editingDistributions() || m_entry.EntryLocked() || line < 1 || line > Desk().DistLines)
         return;
-    QMenu menu(this);
+    QMenu menu(&m_window);
     QAction* remove = menu.addAction(QStringLiteral("Remove Line"));
     remove->setObjectName(QStringLiteral("mnuRemoveLine"));
     if (menu.exec(grid->viewport()->mapToGlobal(at)) == remove)
@@ -174,15 +170,15 @@ void frmCR::showLineMenu(const QPoint& at) {
 
 // ---- Checks and totals ----
 
-bool frmCR::checkDistCell(int row, int col, const QString& text, RefusedBy by) {
+bool DistributionLines::checkDistCell(int row, int col, const QString& text, RefusedBy by) {
     switch (col) {
     case DistColCode:
         if (const auto account =
                 Desk().LedgerSession ? Get_DistRevenueAccount(*Desk().LedgerSession, text) : std::nullopt) {
             // A code typed by hand brings its revenue account, as a code chosen in the finder does; an
             // account keyed for the line's code stays.
-            if (text != m_codeOnEnter || Is_GridCellEmpty(row, DistColAccount))
-                ui->MSFlexGrid1->setTextMatrix(row, DistColAccount, *account);
+            if (text != m_codeOnEnter || m_grid.Is_GridCellEmpty(row, DistColAccount))
+                ui.MSFlexGrid1->setTextMatrix(row, DistColAccount, *account);
             return true;
         }
         MsgBox(InvalidDistCodeText(by), vbOKOnly + vbCritical, InvalidInputTitle);
@@ -204,84 +200,76 @@ bool frmCR::checkDistCell(int row, int col, const QString& text, RefusedBy by) {
     }
 }
 
-bool frmCR::distAmountFits(int row, const QString& text) const {
+bool DistributionLines::distAmountFits(int row, const QString& text) const {
     const Money left =
-        DistRemaining(Strip_Commas(ui->txtAmount->text()), m_distAmounts, Desk().DistLines, row);
+        DistRemaining(Strip_Commas(ui.txtAmount->text()), m_distAmounts, Desk().DistLines, row);
     return DistLineAmount(text) <= left;
 }
 
-bool frmCR::Check_DistAmount() {
-    return distAmountFits(ui->MSFlexGrid1->Row(), ui->txtFloat->text());
+bool DistributionLines::Check_DistAmount() const {
+    return distAmountFits(ui.MSFlexGrid1->Row(), ui.txtFloat->text());
 }
 
-void frmCR::Recalc_Undistributed() {
-    storeDistAmount(ui->MSFlexGrid1->Row(), DistLineAmount(ui->txtFloat->text()));
+void DistributionLines::Recalc_Undistributed() {
+    storeDistAmount(ui.MSFlexGrid1->Row(), DistLineAmount(ui.txtFloat->text()));
 }
 
-void frmCR::storeDistAmount(int row, Money amount) {
+void DistributionLines::storeDistAmount(int row, Money amount) {
     if (row >= 1 && row <= Desk().DistLines) {
         if (m_distAmounts.size() <= static_cast<size_t>(row))
             m_distAmounts.resize(static_cast<size_t>(row) + 1);
         m_distAmounts[static_cast<size_t>(row)] = amount;
     }
-    ui->txtDistribution->setText(
-        FormatAmount(Undistributed(Strip_Commas(ui->txtAmount->text()), m_distAmounts, Desk().DistLines)));
+    ui.txtDistribution->setText(
+        FormatAmount(Undistributed(Strip_Commas(ui.txtAmount->text()), m_distAmounts, Desk().DistLines)));
 }
 
-void frmCR::refuseDistAmount() {
+void DistributionLines::refuseDistAmount() {
     // The editor lies over the refused cell again: emptied, the line counted at zero.
-    ui->txtFloat->clear();
-    storeDistAmount(ui->MSFlexGrid1->Row(), Money());
-    ui->txtFloat->setFocus(Qt::OtherFocusReason);
+    ui.txtFloat->clear();
+    storeDistAmount(ui.MSFlexGrid1->Row(), Money());
+    ui.txtFloat->setFocus(Qt::OtherFocusReason);
 }
 
 // ---- The finder ----
 
-void frmCR::cmdDist_Click() {
-    Desk().FinderKind = FinderDistCodes;
-    showFinder(Desk().FinderKind);
-}
-
-void frmCR::cmdAccount_Click() {
-    Desk().FinderKind = FinderAccounts;
-    showFinder(Desk().FinderKind);
-}
-
-void frmCR::showFinder(int kind) {
-    if (!Desk().LedgerSession || Desk().DistLines < 1 || m_entryLocked)
+void DistributionLines::chooseFromFinder(int kind) {
+    Desk().FinderKind = static_cast<std::int16_t>(kind);
+    if (!Desk().LedgerSession || Desk().DistLines < 1 || m_entry.EntryLocked())
         return;
     std::vector<QStringList> records;
     try {
         records = Read_FinderRecords(*Desk().LedgerSession, kind);
     } catch (const LedgerError& error) {
-        reportLedgerError(kind == FinderDistCodes
+        ReportLedgerError(kind == FinderDistCodes
                               ? QStringLiteral("The distribution codes could not be read.")
                               : QStringLiteral("The G/L accounts could not be read."),
                           error.description());
         return;
     }
-    frmFinder finder(kind, records, this);
+    frmFinder finder(kind, records, &m_window);
     if (finder.exec() == QDialog::Accepted)
         putFinderChoice(kind, finder.ChosenCode(), finder.ChosenAccount());
 }
 
-void frmCR::putFinderChoice(int kind, const QString& code, const QString& account) {
-    FlexGrid* grid = ui->MSFlexGrid1;
+void DistributionLines::putFinderChoice(int kind, const QString& code, const QString& account) {
+    FlexGrid* grid = ui.MSFlexGrid1;
     const int line = std::max<int>(Desk().DistLines, 1);
     if (kind == FinderDistCodes) {
         grid->setRow(line);
         grid->setCol(DistColCode);
-        ui->txtFloat->setText(code);
+        ui.txtFloat->setText(code);
         grid->setCol(DistColAccount);
         grid->setTextMatrix(line, DistColAccount, account);
     } else {
-        const bool blankLine = Is_GridCellEmpty(line, DistColCode) && Is_GridCellEmpty(line, DistColAccount);
+        const bool blankLine =
+            m_grid.Is_GridCellEmpty(line, DistColCode) && m_grid.Is_GridCellEmpty(line, DistColAccount);
         grid->setRow(line);
         grid->setCol(DistColAccount);
         if (blankLine)
             grid->setTextMatrix(line, DistColAccount, code);
         else
-            ui->txtFloat->setText(code);
+            ui.txtFloat->setText(code);
     }
     grid->setCol(DistColAmount);
 }

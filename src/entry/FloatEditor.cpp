@@ -1,8 +1,11 @@
 // The receipt window: the editor that floats over the grid's current distribution cell, following the cell as
 // the clerk moves, scrolls and types.
 
+#include "entry/ApplicationGrid.h"
+#include "entry/DistributionLines.h"
 #include "entry/DistributionRules.h"
-#include "entry/frmCR.h"
+#include "entry/EntryFields.h"
+#include "entry/ReceiptDesk.h"
 #include "ledger/Formats.h"
 #include "ui/Events.h"
 #include "ui/FlexGrid.h"
@@ -12,14 +15,14 @@
 
 namespace tillbook {
 
-void frmCR::Position_FloatEditor() {
-    FlexGrid* grid = ui->MSFlexGrid1;
+void DistributionLines::Position_FloatEditor() {
+    FlexGrid* grid = ui.MSFlexGrid1;
     // Reading the cell's place scrolls it into view first.
     QRect cell(grid->CellLeft(), grid->CellTop(), grid->CellWidth(), grid->CellHeight());
     // A cell wider than the grid's view is covered only where it is shown.
     if (const QRect shown = grid->ShownCellRect(); !shown.isEmpty())
         cell = shown;
-    QLineEdit* editor = ui->txtFloat;
+    QLineEdit* editor = ui.txtFloat;
     editor->setGeometry(QRect(grid->pos() + cell.topLeft(), cell.size()));
     editor->setVisible(true);
     editor->raise();
@@ -28,44 +31,44 @@ void frmCR::Position_FloatEditor() {
     m_editorFloating = true;
 }
 
-void frmCR::followScrolledCell() {
+void DistributionLines::followScrolledCell() {
     if (!m_editorFloating || !editingDistributions())
         return;
-    FlexGrid* grid = ui->MSFlexGrid1;
+    FlexGrid* grid = ui.MSFlexGrid1;
     const QRect shown = grid->ShownCellRect();
-    ui->txtFloat->setVisible(!shown.isEmpty());
+    ui.txtFloat->setVisible(!shown.isEmpty());
     if (!shown.isEmpty())
-        ui->txtFloat->setGeometry(QRect(grid->pos() + shown.topLeft(), shown.size()));
+        ui.txtFloat->setGeometry(QRect(grid->pos() + shown.topLeft(), shown.size()));
 }
 
-void frmCR::MSFlexGrid1_EnterCell() {
+void DistributionLines::enterCell() {
     if (!editingDistributions())
         return;
-    FlexGrid* grid = ui->MSFlexGrid1;
+    FlexGrid* grid = ui.MSFlexGrid1;
     if (grid->Row() < 1 || grid->Row() > Desk().DistLines) {
         // No line to edit there.
         m_editorFloating = false;
-        ui->txtFloat->setVisible(false);
+        ui.txtFloat->setVisible(false);
         return;
     }
-    ui->txtFloat->setText(grid->Text());
+    ui.txtFloat->setText(grid->Text());
     if (grid->Col() == DistColCode)
         m_codeOnEnter = grid->Text();
     Position_FloatEditor();
 }
 
-void frmCR::MSFlexGrid1_LeaveCell() {
+void DistributionLines::leaveCell() {
     if (!editingDistributions())
         return;
-    m_leftCellText = ui->MSFlexGrid1->Text();
-    m_leftCellRow = ui->MSFlexGrid1->Row();
-    m_leftCellCol = ui->MSFlexGrid1->Col();
+    m_leftCellText = ui.MSFlexGrid1->Text();
+    m_leftCellRow = ui.MSFlexGrid1->Row();
+    m_leftCellCol = ui.MSFlexGrid1->Col();
 }
 
-void frmCR::MSFlexGrid1_Click() {
-    if (!editingDistributions() || m_entryLocked)
+void DistributionLines::clickCell() {
+    if (!editingDistributions() || m_entry.EntryLocked())
         return;
-    FlexGrid* grid = ui->MSFlexGrid1;
+    FlexGrid* grid = ui.MSFlexGrid1;
     const int row = m_leftCellRow;
     const int col = m_leftCellCol;
     const bool leftALine = row >= 1 && row <= Desk().DistLines;
@@ -86,21 +89,21 @@ void frmCR::MSFlexGrid1_Click() {
     m_leftCellRow = 0;
 }
 
-void frmCR::txtFloat_KeyDown(int& keyCode, int shift) {
+void DistributionLines::editorKeyDown(int& keyCode, int shift) {
     if (!editingDistributions())
         return;
     if (keyCode == vbKeyDelete && shift == vbCtrlMask) {
         keyCode = 0;
-        removeDistLine(ui->MSFlexGrid1->Row());
+        removeDistLine(ui.MSFlexGrid1->Row());
         return;
     }
     TabToLeft(keyCode);
-    FlexGrid* grid = ui->MSFlexGrid1;
+    FlexGrid* grid = ui.MSFlexGrid1;
     m_keyDownCol = grid->Col();
     const int target = DistKeyTarget(keyCode, grid->Col());
     if (target < 0 || grid->Row() < 1 || grid->Row() > Desk().DistLines)
         return;
-    if (!checkDistCell(grid->Row(), grid->Col(), ui->txtFloat->text(), RefusedBy::Keys)) {
+    if (!checkDistCell(grid->Row(), grid->Col(), ui.txtFloat->text(), RefusedBy::Keys)) {
         if (grid->Col() == DistColAmount)
             refuseDistAmount();
         return;
@@ -108,20 +111,20 @@ void frmCR::txtFloat_KeyDown(int& keyCode, int shift) {
     grid->setCol(target);
 }
 
-void frmCR::txtFloat_KeyUp(int keyCode, int) {
+void DistributionLines::editorKeyUp(int keyCode) {
     if (!editingDistributions())
         return;
     if ((keyCode == vbKeyLeft && m_keyDownCol >= 1) || (keyCode == vbKeyRight && m_keyDownCol <= 3))
-        ui->txtFloat->setSelection(0, static_cast<int>(ui->txtFloat->text().size()));
+        ui.txtFloat->setSelection(0, static_cast<int>(ui.txtFloat->text().size()));
 }
 
-void frmCR::txtFloat_Change() {
+void DistributionLines::editorChanged() {
     if (!editingDistributions())
         return;
-    FlexGrid* grid = ui->MSFlexGrid1;
+    FlexGrid* grid = ui.MSFlexGrid1;
     if (grid->Row() < 1 || grid->Row() > Desk().DistLines)
         return;
-    const QString text = ui->txtFloat->text();
+    const QString text = ui.txtFloat->text();
     grid->setText(grid->Col() == DistColAmount ? FormatAmount(Strip_Commas(text)) : text);
 }
 

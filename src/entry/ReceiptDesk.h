@@ -29,7 +29,7 @@ struct ReceiptDesk : ReceiptViews, SavedSlots {
     bool AddingDatabase = false; // the dialog adds a database (true) or a user of the selected one (false)
 
     // The entry being keyed (CurrentBatch and BatchListIndex are among the saved slots).
-    QString CurrentEntry;         // the entry number within CurrentBatch; "0" for a new batch
+    int CurrentEntry = 0;         // the entry number within CurrentBatch; 0 for a new batch
     QString BankCode;             // the bank code of the current batch
     std::vector<bool> EntryIsNew; // by entry number - 1: started on this window and not yet saved
     bool EntryDirty = false;      // the entry holds keyed work that is not saved

@@ -1,15 +1,8 @@
 #include "entry/frmCR.h"
 
-#include "entry/CustomerInfo.h"
-#include "entry/CustomerListModel.h"
 #include "entry/GridColumnSets.h"
 #include "entry/ReceiptDesk.h"
-#include "entry/dialogs/frmBank.h"
-#include "fetching/Batches.h"
-#include "fetching/CodeChecks.h"
-#include "fetching/CustomerList.h"
-#include "fetching/FiscalPeriods.h"
-#include "fetching/ReceiptRecall.h"
+#include "entry/ReceiptWindowParts.h"
 #include "fetching/ReceiptViews.h"
 #include "ledger/Formats.h"
 #include "ledger/LedgerError.h"
@@ -25,7 +18,6 @@
 
 #include <QCloseEvent>
 #include <QCoreApplication>
-#include <QRegularExpression>
 #include <QResizeEvent>
 #include <QSignalBlocker>
 
@@ -35,6 +27,12 @@ frmCR::frmCR(QWidget* parent) : QMainWindow(parent), ui(std::make_unique<Ui::frm
     ui->setupUi(this);
     setObjectName(QStringLiteral("frmCR"));
     FixFormSize(this, FormWidthTwips, FormHeightTwips);
+    m_parts = std::make_unique<ReceiptWindowParts>(*this, *ui);
+    m_amountDate = &m_parts->amountDate;
+    m_entry = &m_parts->entry;
+    m_grid = &m_parts->grid;
+    m_selection = &m_parts->selection;
+    m_lines = &m_parts->lines;
     // A long customer list must not be measured item by item to size the box.
     ui->cboCustomers->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     ui->cmdNewBatch->setIcon(style()->standardIcon(QStyle::SP_FileDialogNewFolder));
@@ -45,10 +43,18 @@ frmCR::frmCR(QWidget* parent) : QMainWindow(parent), ui(std::make_unique<Ui::frm
     ui->MSFlexGrid1->setFormatString(DistributionFormat);
     connectHandlers();
     // No entry can be started before a batch is chosen.
-    setNewEntryEnabled(false);
+    m_entry->setNewEntryEnabled(false);
 }
 
 frmCR::~frmCR() = default;
+
+int frmCR::TransType() const {
+    return m_entry->TransType();
+}
+
+bool frmCR::EntryLocked() const {
+    return m_entry->EntryLocked();
+}
 
 void frmCR::connectHandlers() {
     connect(ui->cboTransType, &ComboBox::Click, this, &frmCR::cboTransType_Click);
@@ -61,11 +67,51 @@ void frmCR::connectHandlers() {
     connect(ui->mnuHelpContents, &QAction::triggered, this, &frmCR::mnuHelpContents_Click);
     connect(ui->mnuHelpAbout, &QAction::triggered, this, &frmCR::mnuHelpAbout_Click);
 
-    connectSelection();
-    connectApplicationGrid();
-    connectSaving();
-    connectAmountAndDate();
-    connectDistributions();
+    connect(ui->cboBatch, &ComboBox::Click, this, &frmCR::cboBatch_Click);
+    onGotFocus(ui->cboBatch, [this] { cboBatch_GotFocus(); });
+    connect(ui->cmdNewBatch, &QPushButton::clicked, this, &frmCR::cmdNewBatch_Click);
+    connect(ui->mnuBatchNew, &QAction::triggered, this, &frmCR::mnuBatchNew_Click);
+    connect(ui->cboEntry, &ComboBox::Click, this, &frmCR::cboEntry_Click);
+    onLostFocus(ui->cboEntry, [this] { cboEntry_LostFocus(); });
+    connect(ui->cmdNewEntry, &QPushButton::clicked, this, &frmCR::cmdNewEntry_Click);
+    connect(ui->mnuEntryNew, &QAction::triggered, this, &frmCR::mnuEntryNew_Click);
+    connect(ui->cboCustomers, &ComboBox::Click, this, &frmCR::cboCustomers_Click);
+    m_selection->connectControls();
+
+    connect(ui->MSFlexGrid1, &FlexGrid::DblClick, this, &frmCR::MSFlexGrid1_DblClick);
+    connect(ui->cmdSearch, &QPushButton::clicked, this, &frmCR::cmdSearch_Click);
+    // From the keyboard: Space or Enter on a document does what a double-click does.
+    onKeyDown(ui->MSFlexGrid1, [this](int& keyCode, int shift) {
+        if ((keyCode == vbKeySpace || keyCode == vbKeyReturn) && shift == 0 && TransType() != KindMisc) {
+            keyCode = 0;
+            MSFlexGrid1_DblClick();
+        }
+    });
+
+    connect(ui->cmdSave, &QPushButton::clicked, this, &frmCR::cmdSave_Click);
+    connect(ui->mnuFileSave, &QAction::triggered, this, &frmCR::mnuFileSave_Click);
+
+    onGotFocus(ui->txtAmount, [this] { txtAmount_GotFocus(); });
+    onKeyPress(ui->txtAmount, [this](int& keyAscii) { txtAmount_KeyPress(keyAscii); });
+    onLostFocus(ui->txtAmount, [this] { txtAmount_LostFocus(); });
+    onGotFocus(ui->txtDate, [this] { txtDate_GotFocus(); });
+    connect(ui->txtDate, &QLineEdit::textChanged, this, &frmCR::txtDate_Change);
+    onKeyPress(ui->txtDate, [this](int& keyAscii) { txtDate_KeyPress(keyAscii); });
+    onKeyUp(ui->txtDate, [this](int keyCode, int shift) { txtDate_KeyUp(keyCode, shift); });
+    onLostFocus(ui->txtDate, [this] { txtDate_LostFocus(); });
+    m_amountDate->connectControls();
+
+    connect(ui->cmdNewInvoice, &QPushButton::clicked, this, &frmCR::cmdNewInvoice_Click);
+    connect(ui->cmdDist, &QPushButton::clicked, this, &frmCR::cmdDist_Click);
+    connect(ui->cmdAccount, &QPushButton::clicked, this, &frmCR::cmdAccount_Click);
+    connect(ui->MSFlexGrid1, &FlexGrid::EnterCell, this, &frmCR::MSFlexGrid1_EnterCell);
+    connect(ui->MSFlexGrid1, &FlexGrid::LeaveCell, this, &frmCR::MSFlexGrid1_LeaveCell);
+    connect(ui->MSFlexGrid1, &FlexGrid::Click, this, &frmCR::MSFlexGrid1_Click);
+    connect(ui->txtFloat, &QLineEdit::textChanged, this, &frmCR::txtFloat_Change);
+    onKeyDown(ui->txtFloat, [this](int& keyCode, int shift) { txtFloat_KeyDown(keyCode, shift); });
+    onKeyUp(ui->txtFloat, [this](int keyCode, int shift) { txtFloat_KeyUp(keyCode, shift); });
+    onLostFocus(ui->txtDistribution, [this] { txtDistribution_LostFocus(); });
+    m_lines->connectControls();
 }
 
 bool frmCR::Form_Load(const QString& password) {
@@ -83,156 +129,63 @@ bool frmCR::Form_Load(const QString& password) {
         return false;
     }
 
-    ui->cboTransType->setListIndex(0);
+    ui->cboTransType->setListIndex(KindReceipt);
     const QDate today = Today();
     ui->txtDate->setText(FormatShortDate(today));
-    Load_FiscalYears(today);
-    Load_FiscalPeriods(today);
-    Get_BatchNumber();
+    m_amountDate->Load_FiscalYears(today);
+    m_amountDate->Load_FiscalPeriods(today);
+    m_selection->Get_BatchNumber();
     const ReceiptStyle style = Load_ReceiptStyle();
     ui->mnuFileReceipt2V->setChecked(style.twoPanel);
     ui->mnuFileReceipt3V->setChecked(style.threePanel);
 
     frmWorking working;
     working.showNow();
-    Load_Customers();
+    m_selection->Load_Customers();
     working.close();
     return true;
 }
 
-void frmCR::reportLedgerError(const QString& what, const QString& description) {
-    if (Desk().LedgerSession)
-        Desk().LedgerSession->errors().clear();
-    MsgBox(what + u'\n' + description, vbOKOnly + vbExclamation, QStringLiteral("Tillbook - Receipt Entry"));
-}
-
-// ---- The mode switch and the entry fields ----
+// ---- The kind of entry ----
 
 // A saved entry on show keeps its kind: the menu does nothing while it is locked, as the list itself.
 void frmCR::mnuTransReceipt_Click() {
-    if (!m_entryLocked)
-        ui->cboTransType->setListIndex(0);
+    if (!EntryLocked())
+        ui->cboTransType->setListIndex(KindReceipt);
 }
 void frmCR::mnuTransPrePay_Click() {
-    if (!m_entryLocked)
-        ui->cboTransType->setListIndex(1);
+    if (!EntryLocked())
+        ui->cboTransType->setListIndex(KindPrepayment);
 }
 void frmCR::mnuTransMisc_Click() {
-    if (!m_entryLocked)
-        ui->cboTransType->setListIndex(2);
+    if (!EntryLocked())
+        ui->cboTransType->setListIndex(KindMisc);
 }
 
 void frmCR::cboTransType_Click() {
     // The list has already moved to the clerk's choice; the entry on show is still of the kind in TransType.
     const int mode = ui->cboTransType->ListIndex();
-    if (Prompt_SaveEntry() == vbYes) {
+    if (m_entry->Prompt_SaveEntry([this] { cmdSave_Click(); }) == vbYes) {
         if (!m_lastPosting.PostOK) {
             // Not saved: the entry stays as keyed, in its own mode, for the clerk to correct and save.
             const QSignalBlocker quiet(ui->cboTransType);
-            ui->cboTransType->setCurrentIndex(m_transType);
+            ui->cboTransType->setCurrentIndex(TransType());
             return;
         }
         // Saved and shown; the clerk's chosen mode then holds, on a new entry ready for keying.
         cmdNewEntry_Click();
-        if (mode != 0)
+        if (mode != KindReceipt)
             ui->cboTransType->setListIndex(mode);
         return;
     }
-    Clear_Entry();
-    m_amountOnFocus = Money();
-    setModeControls(mode);
+    m_entry->switchKind(mode);
     // Nothing of the previous entry or mode stays in the grid (misc. mode empties it as it starts its lines).
-    if (mode != 2)
-        Set_GridHeaders();
+    if (mode != KindMisc)
+        m_grid->Set_GridHeaders();
     ui->MSFlexGrid1->setVisible(true);
-    m_transType = mode;
 }
 
-void frmCR::setModeControls(int mode) {
-    const bool receipt = mode == 0;
-    const bool prepayment = mode == 1;
-    const bool misc = mode == 2;
-
-    ui->cmdSearch->setVisible(receipt);
-    if (receipt)
-        ui->cmdSearch->setEnabled(false);
-    if (!misc) {
-        // A miscellaneous receipt leaves the unapplied amount and the floating editor as they were.
-        ui->lblUnapplied->setVisible(receipt);
-        ui->txtUnapplied->setVisible(receipt);
-        ui->txtFloat->setVisible(false);
-    }
-    ui->lblPrePay->setVisible(prepayment);
-    ui->txtPrePay->setVisible(prepayment);
-    ui->lblPrePayDocNo->setVisible(prepayment);
-    ui->txtPrePayDocNo->setVisible(prepayment);
-    ui->cboCustomers->setVisible(!misc);
-    ui->lblCustomers->setVisible(!misc);
-    ui->txtCustInfo->setVisible(!misc);
-    ui->lblDistribution->setVisible(misc);
-    ui->txtDistribution->setVisible(misc);
-    ui->cmdNewInvoice->setVisible(misc);
-    ui->cmdDist->setVisible(misc);
-    ui->cmdAccount->setVisible(misc);
-    if (misc) {
-        ui->cmdNewInvoice->setEnabled(false);
-        ui->cmdDist->setEnabled(false);
-        ui->cmdAccount->setEnabled(false);
-        Desk().DistLines = 0;
-    }
-
-    if (prepayment)
-        setWindowTitle(QStringLiteral("Tillbook - PrePayment Entry"));
-    else if (misc)
-        setWindowTitle(QStringLiteral("Tillbook - Misc. Receipt Entry"));
-    else
-        setWindowTitle(QStringLiteral("Tillbook - Receipt Entry"));
-}
-
-void frmCR::Clear_Entry() {
-    ui->txtEntDesc->clear();
-    ui->cboCustomers->setListIndex(-1);
-    ui->txtCustInfo->clear();
-    const QDate today = Today();
-    m_dateMask =
-        FormatShortDate(today).replace(QRegularExpression(QStringLiteral("[0-9]")), QStringLiteral("_"));
-    ui->txtDate->setText(FormatShortDate(today));
-    // Typing a date starts again at its first digit.
-    m_datePos = 0;
-    m_dateTyping = false;
-    Load_FiscalYears(today);
-    Load_FiscalPeriods(today);
-    ui->txtAmount->clear();
-    Desk().DecimalTyped = false;
-    ui->txtReceiptNum->clear();
-    ui->txtPayer->clear();
-    ui->txtUnapplied->clear();
-    ui->txtDistribution->clear();
-    ui->cmdSearch->setEnabled(false);
-    ui->txtPrePayDocNo->clear();
-    ui->txtPrePay->clear();
-    ui->cmdSave->setEnabled(false);
-    ui->mnuFileSave->setEnabled(false);
-    ui->cmdPrint->setEnabled(false);
-    ui->mnuFilePrint->setEnabled(false);
-    ui->txtFloat->clear();
-}
-
-int frmCR::Prompt_SaveEntry() {
-    if (!Desk().EntryDirty)
-        return 0;
-    const int answer = MsgBox(QStringLiteral("Do you want to save the current entry?"),
-                              vbYesNo + vbExclamation, QStringLiteral("Unsaved Entry"));
-    if (answer == vbYes) {
-        cmdSave_Click();
-    } else {
-        Desk().EntryDirty = false;
-        ui->txtUnapplied->setText(ui->txtAmount->text());
-    }
-    return answer;
-}
-
-// ---- Closing ----
+// ---- Help and closing ----
 
 void frmCR::mnuHelpContents_Click() {
     ShowHelp();
@@ -280,50 +233,6 @@ void frmCR::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::WindowStateChange)
         Form_Resize();
-}
-
-// ---- The customer list ----
-
-void frmCR::Load_Customers() {
-    try {
-        Desk().Customers = Read_Customers(*Desk().LedgerSession, frmWorking::ShownProgress());
-    } catch (const LedgerError& error) {
-        reportLedgerError(QStringLiteral("The customer list could not be read."), error.description());
-        return;
-    }
-    Fill_CustomerCombo(static_cast<int>(Desk().Customers.size()));
-}
-
-void frmCR::Fill_CustomerCombo(int count) {
-    ShowCustomers(ui->cboCustomers, Desk().Customers, count);
-}
-
-// ---- The fiscal year and period ----
-
-void frmCR::Load_FiscalYears(const QDate& date) {
-    ui->cboYear->clear();
-    if (!Desk().LedgerSession)
-        return;
-    try {
-        const FiscalYearList list = Read_FiscalYears(*Desk().LedgerSession, date);
-        ui->cboYear->addItems(list.years);
-        ui->cboYear->setListIndex(list.selected);
-    } catch (const LedgerError& error) {
-        reportLedgerError(QStringLiteral("The fiscal years could not be read."), error.description());
-    }
-}
-
-void frmCR::Load_FiscalPeriods(const QDate& date) {
-    ui->cboPeriod->clear();
-    if (!Desk().LedgerSession)
-        return;
-    try {
-        const int count = Get_PeriodCount(*Desk().LedgerSession);
-        ui->cboPeriod->addItems(PeriodEntries(count));
-        ui->cboPeriod->setListIndex(PeriodIndexOf(date, count));
-    } catch (const LedgerError& error) {
-        reportLedgerError(QStringLiteral("The fiscal periods could not be read."), error.description());
-    }
 }
 
 } // namespace tillbook

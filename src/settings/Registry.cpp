@@ -103,17 +103,23 @@ void Load_BatchInfo(SavedSlots& saved) {
     if (!isDatabaseSlot(saved.CurrentDatabase))
         return;
     const SettingsStore store;
-    saved.CurrentBatch = store.read(batchKey(saved.CurrentDatabase, QStringLiteral("Batch")), QString());
-    saved.BatchListIndex =
+    saved.CurrentBatch =
+        store.read(batchKey(saved.CurrentDatabase, QStringLiteral("Batch")), QString()).trimmed().toInt();
+    const QString index =
         store.read(batchKey(saved.CurrentDatabase, QStringLiteral("Index")), QStringLiteral("-1"));
+    // An index that is no number stands for the first batch, as it always has.
+    saved.BatchListIndex = index == u"-1" ? -1 : Int16Of(index);
 }
 
 void Save_BatchInfo(SavedSlots& saved) {
     if (!isDatabaseSlot(saved.CurrentDatabase))
         return;
     SettingsStore store;
-    store.write(batchKey(saved.CurrentDatabase, QStringLiteral("Batch")), saved.CurrentBatch);
-    store.write(batchKey(saved.CurrentDatabase, QStringLiteral("Index")), saved.BatchListIndex);
+    // An empty batch is written as no batch at all.
+    store.write(batchKey(saved.CurrentDatabase, QStringLiteral("Batch")),
+                saved.CurrentBatch > 0 ? QString::number(saved.CurrentBatch) : QString());
+    store.write(batchKey(saved.CurrentDatabase, QStringLiteral("Index")),
+                QString::number(saved.BatchListIndex));
 }
 
 ReceiptStyle Load_ReceiptStyle() {

@@ -24,8 +24,10 @@ struct SavedSlots {
     std::int16_t CurrentDatabase = 0;               // 1-based slot of the chosen database; 0 = none
     std::int16_t CurrentUser = 0;                   // 1-based position of the chosen user; 0 = none
 
-    QString CurrentBatch;                          // the current receipt batch number
-    QString BatchListIndex = QStringLiteral("-1"); // its position in the batch list, as text
+    // The current receipt batch number (0 = none) and its position in the batch list (-1 = none); the
+    // settings store keeps both as text.
+    int CurrentBatch = 0;
+    int BatchListIndex = -1;
 };
 
 } // namespace tillbook

@@ -54,8 +54,8 @@ private slots:
         qputenv("TILLBOOK_SHORT_DATE", "MM/dd/yyyy");
         window = std::make_unique<test::ReceiptWindow>();
         QVERIFY(window->open());
-        window->form->Unlock_Entry(); // as a started entry is
-        window->form->Clear_Entry();
+        window->form->Parts().entry.Unlock_Entry(); // as a started entry is
+        window->form->Parts().entry.Clear_Entry();
     }
     void cleanup() { window.reset(); }
 
@@ -84,7 +84,7 @@ private slots:
         window->form->findChild<QWidget*>("cmdSave")->setEnabled(true);
         QLineEdit* amount = type("txtAmount", "8", false);
         QVERIFY(!saveEnabled());
-        QCOMPARE(window->form->AmountOnFocus(), Money::fromWhole(100));
+        QCOMPARE(window->form->Parts().amountDate.AmountOnFocus(), Money::fromWhole(100));
         type("txtAmount", "0");
         QCOMPARE(amount->text(), QString("80.00"));
         QCOMPARE(window->text("txtUnapplied"), QString("50.00"));
@@ -102,7 +102,7 @@ private slots:
         Desk().DecimalTyped = true;
         window->combo("cboTransType")->setListIndex(2);
         QVERIFY(!Desk().DecimalTyped);
-        QCOMPARE(window->form->AmountOnFocus(), Money());
+        QCOMPARE(window->form->Parts().amountDate.AmountOnFocus(), Money());
         type("txtAmount", "1,250.5");
         QCOMPARE(window->text("txtDistribution"), QString("1,250.50"));
         QVERIFY(window->enabled("cmdNewInvoice"));
@@ -133,7 +133,7 @@ private slots:
         date->setCursorPosition(1);
         QTest::keyClick(date, Qt::Key_Delete);
         QCOMPARE(date->text(), QString("10/22/026_"));
-        QCOMPARE(window->form->DatePos(), 9);
+        QCOMPARE(window->form->Parts().amountDate.DatePos(), 9);
         QTest::keyClick(date, Qt::Key_Backspace, Qt::ControlModifier); // a word at once
         QCOMPARE(date->text(), QString("10/22/____"));
         test::grabToPng(window->form, "frmCR-date-typed");
@@ -148,8 +148,8 @@ private slots:
         QCOMPARE(window->combo("cboPeriod")->currentText(), QString("12"));
         QCOMPARE(headerDate(), QDate(2026, 12, 2));
         // A new entry's date is typed from its first digit again.
-        window->form->Clear_Entry();
-        QCOMPARE(window->form->DatePos(), 0);
+        window->form->Parts().entry.Clear_Entry();
+        QCOMPARE(window->form->Parts().amountDate.DatePos(), 0);
     }
 
     void anImpossibleDateIsRefusedByTheLedgerWithAClearMessage() {

@@ -1,8 +1,8 @@
 // Applying a receipt in the grid of the receipt window: the figures of each application, the refusal when
 // nothing is left, unapplying in the middle, what the grid ignores, and the prepayment's pick.
 #include "entry/ReceiptDesk.h"
-#include "support/AnswerMessageBoxes.h"
 #include "support/BankDialog.h"
+#include "support/ExpectBox.h"
 #include "support/Grab.h"
 #include "support/ReceiptWindow.h"
 #include "support/SampleCompany.h"
@@ -61,7 +61,7 @@ private slots:
     void twoApplicationsUseTheReceiptUpAndAThirdIsRefused() {
         startEntry(0);
         QCOMPARE(window->text("txtReceiptNum"),
-                 QString("%1-001-20260315").arg(Desk().CurrentBatch.rightJustified(4, '0')));
+                 QString("%1-001-20260315").arg(Desk().CurrentBatch, 4, 10, QChar('0')));
         grid()->setTextMatrix(1, 8, "100.00");
         grid()->setTextMatrix(2, 8, "400.00");
         window->edit("txtAmount")->setText("250.00");
@@ -86,13 +86,10 @@ private slots:
         test::grabToPng(window->form, "frmCR-applied");
 
         {
-            test::AnswerMessageBoxes boxes;
+            test::ExpectBox box;
             const QString before = grid()->TextMatrix(3, 0);
             dblClick(3, 0);
-            QCOMPARE(boxes.asked.size(), 1);
-            QCOMPARE(boxes.asked[0].prompt, QString("The unapplied amount must be greater than $0.00."));
-            QCOMPARE(boxes.asked[0].title, QString("Invalid Entry"));
-            QCOMPARE(boxes.asked[0].buttons, vbOKOnly);
+            QVERIFY(box(1, "The unapplied amount must be greater than $0.00.", vbOKOnly, "Invalid Entry"));
             QCOMPARE(grid()->TextMatrix(3, 0), before);
             QCOMPARE(Desk().ApplyCount, 2);
         }
@@ -137,7 +134,7 @@ private slots:
         grid()->setRows(grid()->Rows() + 1);
         dblClick(grid()->Rows() - 1, 0); // a row without a document
         QCOMPARE(Desk().ApplyCount, 0);
-        window->form->Lock_Entry();
+        window->form->Parts().entry.Lock_Entry();
         dblClick(1, 0);
         QCOMPARE(Desk().ApplyCount, 0);
         QCOMPARE(grid()->TextMatrix(1, 0) == "Yes", false);

@@ -64,6 +64,6 @@ TEST(ApplyRules, TheRecordGrowsKeepsItsOrderAndGivesBackEachRowsMark) {
 }
 
 TEST(ApplyRules, ReceiptNumber) {
-    EXPECT_EQ(ReceiptNumberText("12", "3", QDate(2000, 12, 1)), "0012-003-20001201");
-    EXPECT_EQ(ReceiptNumberText("40123", "1042", QDate(2026, 3, 15)), "40123-1042-20260315");
+    EXPECT_EQ(ReceiptNumberText(12, 3, QDate(2000, 12, 1)), "0012-003-20001201");
+    EXPECT_EQ(ReceiptNumberText(40123, 1042, QDate(2026, 3, 15)), "40123-1042-20260315");
 }

@@ -2,9 +2,9 @@
 // its keys, the checks of codes, accounts and amounts with their messages, and the finder's choice put into
 // the line.
 #include "entry/DistributionRules.h"
-#include "entry/dialogs/frmFinder.h"
 #include "fetching/FinderRecords.h"
-#include "support/AnswerMessageBoxes.h"
+#include "support/ExpectBox.h"
+#include "support/FinderAnswers.h"
 #include "support/Grab.h"
 #include "support/ReceiptWindow.h"
 #include "support/SampleCompany.h"
@@ -13,46 +13,8 @@
 #include <QApplication>
 #include <QPushButton>
 #include <QScrollBar>
-#include <QTimer>
-#include <functional>
 
 using namespace tillbook;
-
-namespace {
-
-// Runs `act` on the finder as soon as it is shown; the finder runs modally until `act` closes it.
-void whenFinderShows(std::function<void(frmFinder*)> act) {
-    auto* timer = new QTimer;
-    timer->setInterval(10);
-    QObject::connect(timer, &QTimer::timeout, timer, [timer, act = std::move(act)] {
-        for (QWidget* top : QApplication::topLevelWidgets()) {
-            auto* finder = qobject_cast<frmFinder*>(top);
-            if (finder && finder->isVisible()) {
-                timer->stop();
-                timer->deleteLater();
-                act(finder);
-                return;
-            }
-        }
-    });
-    timer->start();
-}
-
-FlexGrid* finderGrid(frmFinder* finder) {
-    return test::control<FlexGrid>(finder, "MSFlexFinder");
-}
-
-// Makes the finder's row whose first cell reads `code` current and presses Select.
-void selectInFinder(frmFinder* finder, const QString& code) {
-    FlexGrid* grid = finderGrid(finder);
-    for (int r = 1; r < grid->Rows(); ++r)
-        if (grid->TextMatrix(r, 0) == code)
-            grid->setRow(r);
-    QCOMPARE(grid->Text(), code);
-    test::control<QPushButton>(finder, "cmdSelect")->click();
-}
-
-} // namespace
 
 class DistributionsTest : public QObject {
     Q_OBJECT
@@ -104,9 +66,9 @@ private slots:
         window = std::make_unique<test::ReceiptWindow>();
         QVERIFY(window->open());
         QVERIFY(QTest::qWaitForWindowActive(window->form));
-        Desk().CurrentBatch = "12";
-        Desk().CurrentEntry = "3";
-        window->form->Unlock_Entry(); // as a started entry is
+        Desk().CurrentBatch = 12;
+        Desk().CurrentEntry = 3;
+        window->form->Parts().entry.Unlock_Entry(); // as a started entry is
     }
     void cleanup() {
         window.reset();
@@ -116,7 +78,7 @@ private slots:
     void theFirstLineOpensTheEditorOverItsCodeCell() {
         // No finder before there is a line to fill.
         window->combo("cboTransType")->setListIndex(2);
-        window->form->Unlock_Entry();
+        window->form->Parts().entry.Unlock_Entry();
         QVERIFY(!window->enabled("cmdDist") && !window->enabled("cmdAccount"));
         startMisc("100.00");
         QCOMPARE(Desk().DistLines, 1);
@@ -136,7 +98,7 @@ private slots:
         window->form->cmdNewInvoice_Click();
         QCOMPARE(Desk().DistLines, 1);
         QCOMPARE(cell(2, 2), QString());
-        QCOMPARE(static_cast<int>(window->form->DistAmounts().size()), 2);
+        QCOMPARE(static_cast<int>(window->form->Parts().lines.DistAmounts().size()), 2);
     }
 
     void tabMovesLeftAndTheArrowsStopAtTheEnds() {
@@ -164,11 +126,11 @@ private slots:
     }
 
     void amountsAreKeptWithinTheUndistributedAmount() {
-        test::AnswerMessageBoxes answers;
+        test::ExpectBox answers;
         startMisc("1,000.00");
         keyLine("RETAIL", "4100100", "1,2,3.455"); // commas anywhere, more decimals than a cent
         QCOMPARE(cell(1, 2), QString("123.46"));
-        QCOMPARE(window->form->DistAmounts()[1], Money::fromCents(12346));
+        QCOMPARE(window->form->Parts().lines.DistAmounts()[1], Money::fromCents(12346));
         QCOMPARE(window->text("txtDistribution"), QString("876.54"));
 
         window->form->cmdNewInvoice_Click();
@@ -182,17 +144,15 @@ private slots:
         editor()->setText("876.55");
         QCOMPARE(cell(2, 2), QString("876.55"));
         key(Qt::Key_Right);
-        QCOMPARE(answers.asked.size(), 1);
-        QCOMPARE(answers.asked[0].prompt,
-                 QString("The Amount you entered is greater than the Undistributed "
-                         "Amount.\nEnter an Amount less than the Undistributed Amount."));
-        QCOMPARE(answers.asked[0].title, QString("Invalid Input"));
-        QCOMPARE(answers.asked[0].buttons, vbOKOnly);
-        QCOMPARE(answers.asked[0].icon, vbCritical);
+        QVERIFY(
+            answers(1,
+                    "The Amount you entered is greater than the Undistributed Amount.\nEnter an Amount less "
+                    "than the Undistributed Amount.",
+                    vbOKOnly + vbCritical, "Invalid Input"));
         QCOMPARE(grid()->Col(), 2);
         QCOMPARE(editor()->text(), QString());
         QCOMPARE(cell(2, 2), QString("0.00"));
-        QCOMPARE(window->form->DistAmounts()[2], Money());
+        QCOMPARE(window->form->Parts().lines.DistAmounts()[2], Money());
         QCOMPARE(window->text("txtDistribution"), QString("876.54"));
 
         // Exactly what is left, typed with letters after it: accepted, nothing left.
@@ -216,7 +176,7 @@ private slots:
     }
 
     void theAmountBeingKeyedIsCheckedBeforeALineIsAdded() {
-        test::AnswerMessageBoxes answers;
+        test::ExpectBox answers;
         startMisc("50.00");
         keyLine("RETAIL", "4100100", "20");
         key(Qt::Key_Left);
@@ -229,7 +189,7 @@ private slots:
     }
 
     void codesAndAccountsAreCheckedAsTyped() {
-        test::AnswerMessageBoxes answers;
+        test::ExpectBox answers;
         startMisc("100.00");
         const QString codeRefused =
             "The Distribution Code you entered is invalid.\nEnter the Distribution Code "
@@ -240,10 +200,7 @@ private slots:
             QCOMPARE(grid()->Col(), 0);
             QCOMPARE(editor()->text(), code);
         }
-        QCOMPARE(answers.asked.size(), 4);
-        QCOMPARE(answers.asked.last().prompt, codeRefused);
-        QCOMPARE(answers.asked.last().title, QString("Invalid Input"));
-        QCOMPARE(answers.asked.last().icon, vbCritical);
+        QVERIFY(answers(4, codeRefused, vbOKOnly + vbCritical, "Invalid Input"));
 
         editor()->setText("RETAIL");
         key(Qt::Key_Right);
@@ -254,9 +211,8 @@ private slots:
             editor()->setText(account);
             key(Qt::Key_Right);
             QCOMPARE(grid()->Col(), 1);
-            QCOMPARE(answers.asked.last().prompt, accountRefused);
         }
-        QCOMPARE(answers.asked.size(), 8);
+        QVERIFY(answers(8, accountRefused, vbOKOnly + vbCritical));
         // Hyphens anywhere and blanks around the number are ignored.
         for (const QString& account : QStringList{"4100-100", " 4100100 ", "41-00-100", "4200-100-10"}) {
             editor()->setText(account);
@@ -269,15 +225,16 @@ private slots:
     }
 
     void aClickChecksTheCellItLeavesAndSpellsTheFinderRight() {
-        test::AnswerMessageBoxes answers;
+        test::ExpectBox answers;
         startMisc("100.00");
         editor()->setText("NOSUCH");
         QTest::mouseClick(grid()->viewport(), Qt::LeftButton, {},
                           grid()->visualRect(grid()->model()->index(0, 3)).center());
-        QCOMPARE(answers.asked.size(), 1);
-        QCOMPARE(answers.asked[0].prompt,
-                 QString("The Distribution Code you entered is invalid.\nEnter the "
-                         "Distribution Code again, or select one using the finder."));
+        QVERIFY(
+            answers(1,
+                    "The Distribution Code you entered is invalid.\nEnter the Distribution Code again, or "
+                    "select one using the finder.",
+                    vbOKOnly + vbCritical));
         QCOMPARE(grid()->Row(), 1);
         QCOMPARE(grid()->Col(), 0);
         QCOMPARE(editor()->text(), QString("NOSUCH"));
@@ -340,7 +297,7 @@ private slots:
     }
 
     void aCodeTypedByHandBringsItsRevenueAccount() {
-        test::AnswerMessageBoxes answers;
+        test::ExpectBox answers;
         startMisc("100.00");
         editor()->setText("CONSLT");
         key(Qt::Key_Right);
@@ -348,11 +305,11 @@ private slots:
         QCOMPARE(editor()->text(), QString("4200100"));
         key(Qt::Key_Right);
         QCOMPARE(grid()->Col(), 2);
-        QVERIFY(answers.asked.isEmpty());
+        QVERIFY(answers.none());
     }
 
     void aLineIsRemovedAndNewInvoiceFollowsWhatIsLeft() {
-        test::AnswerMessageBoxes answers;
+        test::ExpectBox answers;
         startMisc("100.00");
         keyLine("RETAIL", "4100100", "60");
         window->form->cmdNewInvoice_Click();
@@ -374,16 +331,16 @@ private slots:
         QCOMPARE(window->text("txtDistribution"), QString("60.00"));
         QVERIFY(window->enabled("cmdNewInvoice"));
         QCOMPARE(grid()->Row(), 1);
-        QVERIFY(answers.asked.isEmpty());
+        QVERIFY(answers.none());
     }
 
     void theFinderPutsADistributionCodeAndItsRevenueAccountIntoTheLine() {
         startMisc("100.00");
-        whenFinderShows([](frmFinder* finder) {
+        test::whenFinderShows([](frmFinder* finder) {
             QCOMPARE(finder->windowTitle(), QString("Tillbook - Distribution Codes"));
-            QCOMPARE(finderGrid(finder)->Rows(), 25);
+            QCOMPARE(test::finderGrid(finder)->Rows(), 25);
             test::grabToPng(finder, "frmFinder-distribution-codes");
-            selectInFinder(finder, "CONSLT");
+            test::selectInFinder(finder, "CONSLT");
         });
         test::control<QPushButton>(window->form, "cmdDist")->click();
         QCOMPARE(Desk().FinderKind, 1);
@@ -398,11 +355,11 @@ private slots:
 
     void theFinderPutsAnAccountIntoABlankLineOrThroughTheEditor() {
         startMisc("100.00");
-        whenFinderShows([](frmFinder* finder) {
+        test::whenFinderShows([](frmFinder* finder) {
             QCOMPARE(finder->windowTitle(), QString("Tillbook - GL Accounts"));
-            QCOMPARE(finderGrid(finder)->Cols(), 11);
+            QCOMPARE(test::finderGrid(finder)->Cols(), 11);
             test::grabToPng(finder, "frmFinder-gl-accounts");
-            selectInFinder(finder, "4200-100-10");
+            test::selectInFinder(finder, "4200-100-10");
         });
         window->form->cmdAccount_Click();
         QCOMPARE(Desk().FinderKind, 2);
@@ -413,15 +370,15 @@ private slots:
         // A line with a code already: the account goes through the editor into its cell.
         grid()->setCol(0);
         editor()->setText("RETAIL");
-        whenFinderShows([](frmFinder* finder) { selectInFinder(finder, "4100-100"); });
+        test::whenFinderShows([](frmFinder* finder) { test::selectInFinder(finder, "4100-100"); });
         window->form->cmdAccount_Click();
         QCOMPARE(cell(1, 0), QString("RETAIL"));
         QCOMPARE(cell(1, 1), QString("4100-100"));
         QCOMPARE(grid()->Col(), 2);
 
         // Cancel writes nothing.
-        whenFinderShows([](frmFinder* finder) {
-            finderGrid(finder)->setRow(3);
+        test::whenFinderShows([](frmFinder* finder) {
+            test::finderGrid(finder)->setRow(3);
             test::control<QPushButton>(finder, "cmdCancel")->click();
         });
         window->form->cmdAccount_Click();

@@ -1,16 +1,15 @@
 // A miscellaneous receipt keyed on the window from start to saved entry: a batch, misc. mode, the amount, a
 // line by distribution code from the finder and one with an account typed with hyphens, saved, read back
 // locked, and as the ledger holds it.
-#include "entry/dialogs/frmFinder.h"
 #include "fetching/Batches.h"
-#include "fetching/FieldValues.h"
 #include "ledger/Formats.h"
+#include "support/FinderAnswers.h"
+#include "support/LedgerRecords.h"
 #include "support/ReceiptWindow.h"
 #include "support/SampleCompany.h"
 
 #include <QApplication>
 #include <QPushButton>
-#include <QTimer>
 
 using namespace tillbook;
 
@@ -44,9 +43,9 @@ private slots:
     void aMiscellaneousReceiptFromItsFirstLineToTheLedger() {
         const QString batch = QString::number(Create_Batch(Desk(), Today()));
         Set_BatchBank(Desk(), batch, "TDOPER");
-        window->form->Load_Batches();
+        window->form->Parts().selection.Load_Batches();
         window->combo("cboBatch")->setListIndex(window->combo("cboBatch")->findText(batch));
-        QCOMPARE(Desk().CurrentBatch, batch);
+        QCOMPARE(QString::number(Desk().CurrentBatch), batch);
         window->form->cmdNewEntry_Click();
         window->combo("cboTransType")->setListIndex(2);
         window->edit("txtEntDesc")->setText("Rent and a refund");
@@ -56,16 +55,7 @@ private slots:
         window->form->cmdNewInvoice_Click();
 
         // Line 1: a distribution code from the finder.
-        QTimer::singleShot(0, [] {
-            for (QWidget* top : QApplication::topLevelWidgets())
-                if (auto* finder = qobject_cast<frmFinder*>(top)) {
-                    auto* grid = finder->findChild<FlexGrid*>("MSFlexFinder");
-                    for (int r = 1; r < grid->Rows(); ++r)
-                        if (grid->TextMatrix(r, 0) == "RENTAL")
-                            grid->setRow(r);
-                    finder->findChild<QPushButton*>("cmdSelect")->click();
-                }
-        });
+        test::whenFinderShows([](frmFinder* finder) { test::selectInFinder(finder, "RENTAL"); });
         window->form->cmdDist_Click();
         QCOMPARE(window->grid()->TextMatrix(1, 0), QString("RENTAL"));
         QCOMPARE(window->grid()->Col(), 2);
@@ -92,33 +82,25 @@ private slots:
         QVERIFY(window->enabled("cmdPrint"));
         QCOMPARE(window->combo("cboTransType")->ListIndex(), 2);
         QCOMPARE(window->text("txtAmount"), QString("1,150.00"));
+        QCOMPARE(window->text("txtEntDesc"), QString("Rent and a refund"));
+        QCOMPARE(window->text("txtPayer"), QString("Counter"));
+        QCOMPARE(window->combo("cboCustomers")->ListIndex(), -1);
+        QCOMPARE(window->grid()->Cols(), 5);
+        QCOMPARE(window->grid()->Col(), 0);
         QCOMPARE(window->grid()->TextMatrix(1, 0), QString("RENTAL"));
         QCOMPARE(window->grid()->TextMatrix(2, 1), QString("4100-100"));
         QCOMPARE(window->grid()->TextMatrix(2, 2), QString("150"));
         QCOMPARE(window->grid()->TextMatrix(3, 0), QString());
 
-        const auto header = Desk().LedgerSession->openView("AR0042", "AR");
-        header->browse("CNTBTCH = " + batch + " AND CNTITEM = 1", true);
-        QVERIFY(header->fetch());
-        QCOMPARE(FieldText(*header, "RMITTYPE"), QString("5"));
-        QCOMPARE(FieldMoney(*header, "AMTRMIT"), Money::fromWhole(1150));
-        QCOMPARE(FieldText(*header, "TEXTRMIT"), QString("Rent and a refund"));
-        QCOMPARE(FieldText(*header, "IDRMIT"),
-                 QString("%1-001-20260315").arg(batch.toInt(), 4, 10, QChar('0')));
-        QCOMPARE(FieldText(*header, "IDCUST"), QString());
-        const auto lines = Desk().LedgerSession->openView("AR0043", "AR");
-        lines->browse("CNTBTCH = " + batch + " AND CNTITEM = 1", true);
-        QVERIFY(lines->fetch());
-        QCOMPARE(FieldText(*lines, "IDDISTCODE"), QString("RENTAL"));
-        QCOMPARE(FieldText(*lines, "IDACCT"), QString("4500"));
-        QCOMPARE(FieldMoney(*lines, "AMTDIST"), Money::fromWhole(1000));
-        QCOMPARE(FieldText(*lines, "GLREF"), QString("MAR-RENT"));
-        QCOMPARE(FieldText(*lines, "GLDESC"), QString("March rent"));
-        QVERIFY(lines->fetch());
-        QCOMPARE(FieldText(*lines, "IDDISTCODE"), QString("MISC"));
-        QCOMPARE(FieldText(*lines, "IDACCT"), QString("4100-100"));
-        QCOMPARE(FieldMoney(*lines, "AMTDIST"), Money::fromWhole(150));
-        QVERIFY(!lines->fetch());
+        const QString entry = "CNTBTCH = " + batch + " AND CNTITEM = 1";
+        const auto money = [](int whole) { return Money::fromWhole(whole).toLedgerString(); };
+        QCOMPARE(test::ledgerRecords("AR0042", entry, {"RMITTYPE", "AMTRMIT", "TEXTRMIT", "IDRMIT", "IDCUST"}),
+                 (std::vector<QStringList>{{"5", money(1150), "Rent and a refund",
+                                            QString("%1-001-20260315").arg(batch.toInt(), 4, 10, QChar('0')),
+                                            ""}}));
+        QCOMPARE(test::ledgerRecords("AR0043", entry, {"IDDISTCODE", "IDACCT", "AMTDIST", "GLREF", "GLDESC"}),
+                 (std::vector<QStringList>{{"RENTAL", "4500", money(1000), "MAR-RENT", "March rent"},
+                                           {"MISC", "4100-100", money(150), "", ""}}));
         QCOMPARE(Count_BatchEntries(Desk(), batch), QString("1"));
         QCOMPARE(Get_BatchTotal(Desk(), batch), QString("1,150.00"));
     }

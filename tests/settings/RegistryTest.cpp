@@ -15,8 +15,8 @@ namespace {
 class RegistryTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        saved.CurrentBatch = "unchanged";
-        saved.BatchListIndex = "unchanged";
+        saved.CurrentBatch = 77; // what no read may touch
+        saved.BatchListIndex = 5;
     }
     test::TempSettings settings;
     SavedSlots saved;
@@ -37,8 +37,8 @@ TEST_F(RegistryTest, FreshMachineReadsEveryDefault) {
     EXPECT_TRUE(style.threePanel);
     saved.CurrentDatabase = 1;
     Load_BatchInfo(saved);
-    EXPECT_EQ(saved.CurrentBatch, "");
-    EXPECT_EQ(saved.BatchListIndex, "-1");
+    EXPECT_EQ(saved.CurrentBatch, 0);
+    EXPECT_EQ(saved.BatchListIndex, -1);
     // Reading writes nothing.
     EXPECT_FALSE(QFile::exists(settings.fileName()));
 }
@@ -122,7 +122,7 @@ TEST_F(RegistryTest, ADatabaseSlotOutsideOneToThreeReadsAndWritesNothing) {
     EXPECT_EQ(saved.Users[0].UserName, "KEPT");
     Save_Users(saved);
     Load_BatchInfo(saved);
-    EXPECT_EQ(saved.CurrentBatch, "unchanged");
+    EXPECT_EQ(saved.CurrentBatch, 77);
     Save_BatchInfo(saved);
     EXPECT_FALSE(settings.contains("Database7/Users/User1"));
     EXPECT_FALSE(settings.contains("Database7/BatchInfo/Batch"));
@@ -131,15 +131,15 @@ TEST_F(RegistryTest, ADatabaseSlotOutsideOneToThreeReadsAndWritesNothing) {
 
 TEST_F(RegistryTest, BatchInfoPerDatabaseSlot) {
     saved.CurrentDatabase = 2;
-    saved.CurrentBatch = "41";
-    saved.BatchListIndex = "3";
+    saved.CurrentBatch = 41;
+    saved.BatchListIndex = 3;
     Save_BatchInfo(saved);
     EXPECT_EQ(settings.raw("Database2/BatchInfo/Batch"), "41");
     EXPECT_EQ(settings.raw("Database2/BatchInfo/Index"), "3");
     saved.CurrentDatabase = 1;
     Load_BatchInfo(saved);
-    EXPECT_EQ(saved.CurrentBatch, "");
-    EXPECT_EQ(saved.BatchListIndex, "-1");
+    EXPECT_EQ(saved.CurrentBatch, 0);
+    EXPECT_EQ(saved.BatchListIndex, -1);
 }
 
 TEST_F(RegistryTest, LenientReadingOfStoredNumbersAndBooleans) {

@@ -4,6 +4,7 @@
 // its settings in a temporary file, and its controls found by name.
 
 #include "entry/ReceiptDesk.h"
+#include "entry/ReceiptWindowParts.h"
 #include "entry/frmCR.h"
 #include "support/TempSettings.h"
 #include "ui/ComboBox.h"

@@ -1,0 +1,48 @@
+#pragma once
+
+// Answers the receipt window's finder: runs a function on it as soon as it is shown modally, and chooses a
+// row of it by its code.
+
+#include "entry/dialogs/frmFinder.h"
+#include "support/ReceiptWindow.h"
+
+#include <QApplication>
+#include <QPushButton>
+#include <QTimer>
+#include <functional>
+
+namespace tillbook::test {
+
+// Runs `act` on the finder as soon as it is shown; the finder runs modally until `act` closes it.
+inline void whenFinderShows(std::function<void(frmFinder*)> act) {
+    auto* timer = new QTimer;
+    timer->setInterval(10);
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, act = std::move(act)] {
+        for (QWidget* top : QApplication::topLevelWidgets()) {
+            auto* finder = qobject_cast<frmFinder*>(top);
+            if (finder && finder->isVisible()) {
+                timer->stop();
+                timer->deleteLater();
+                act(finder);
+                return;
+            }
+        }
+    });
+    timer->start();
+}
+
+inline FlexGrid* finderGrid(frmFinder* finder) {
+    return control<FlexGrid>(finder, "MSFlexFinder");
+}
+
+// Makes the finder's row whose first cell reads `code` current and presses Select.
+inline void selectInFinder(frmFinder* finder, const QString& code) {
+    FlexGrid* grid = finderGrid(finder);
+    for (int r = 1; r < grid->Rows(); ++r)
+        if (grid->TextMatrix(r, 0) == code)
+            grid->setRow(r);
+    QCOMPARE(grid->Text(), code);
+    control<QPushButton>(finder, "cmdSelect")->click();
+}
+
+} // namespace tillbook::test
