@@ -1,6 +1,7 @@
 #pragma once
 
-// The fields of a receipt-batch view as the engine would describe them; columns are the field names.
+// The fields of a receipt-batch view as the engine would describe them: columns are the field names, but for
+// ACTIVE, kept in column SWACTV.
 
 #include "ledger/filter/Filter.h"
 
@@ -20,7 +21,7 @@ inline FieldResolver receiptView() {
         {"IDCUST", {"IDCUST", FieldType::Text}},
         {"ORGID", {"ORGID", FieldType::Text}},
         {"NAMECUST", {"NAMECUST", FieldType::Text}},
-        {"ACTIVE", {"ACTIVE", FieldType::Boolean}},
+        {"ACTIVE", {"SWACTV", FieldType::Boolean}},
         {"AMT", {"AMT", FieldType::Decimal, 3}},
         {"AMTDISC", {"AMTDISC", FieldType::Decimal, 2}},
         {"DATEBTCH", {"DATEBTCH", FieldType::Date}},
