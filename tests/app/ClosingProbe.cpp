@@ -1,8 +1,8 @@
 // The program as main() runs it, driven through sign-in to the receipt window and closed one way, so that a
 // test can check how the process ends. The way is the first argument: "button", "menu" or "closebox".
 #include "app/Start.h"
-#include "ui/Platform.h"
 #include "ui/ComboBox.h"
+#include "ui/Platform.h"
 
 #include <QAction>
 #include <QApplication>
@@ -65,7 +65,8 @@ int main(int argc, char** argv) {
     QApplication::setOrganizationName(QStringLiteral("ORVA"));
     QApplication::setApplicationName(QStringLiteral("ORVA Tillbook"));
     const QString way = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral("button");
-    // A message box would wait for a clerk who is not there: tell what it says and end with a status of its own.
+    // A message box would wait for a clerk who is not there: tell what it says and end with a status of its
+    // own.
     setMsgBoxResponder([](const MsgBoxRequest& box) {
         qWarning("message box: %s", qPrintable(box.prompt));
         QCoreApplication::exit(5);

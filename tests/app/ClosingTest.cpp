@@ -1,6 +1,6 @@
 // Closing the receipt window ends the whole program cleanly, whichever way the clerk closes it, with the
 // batch position and receipt style written first.
-#include "support/SampleCompany.h"
+#include "support/Company.h"
 #include "support/TempSettings.h"
 
 #include <QProcess>
@@ -9,15 +9,14 @@
 using namespace tillbook;
 
 TEST(Closing, EveryWayEndsTheProgramWithStatusZeroAfterSavingTheSettings) {
-    const test::SampleCompany company;
+    const test::Company company{test::CompanyBuilder().sample(5, 20)};
     for (const char* way : {"button", "menu", "closebox"}) {
         SCOPED_TRACE(way);
         test::TempSettings settings;
-        settings.set("Database1/DB1", "SAMINC");
-        settings.set("Database1/Users/User1", "ADMIN");
-        settings.set("Database1/Users/Password1", "ADMIN");
-        settings.set("ConnectInfo/Database", "1");
-        settings.set("ConnectInfo/User", "1");
+        for (const char* key :
+             {"Database1/DB1=SAMINC", "Database1/Users/User1=ADMIN", "Database1/Users/Password1=ADMIN",
+              "ConnectInfo/Database=1", "ConnectInfo/User=1"})
+            settings.set(QString(key).section('=', 0, 0), QString(key).section('=', 1));
 
         QProcess program;
         program.setProcessChannelMode(QProcess::ForwardedChannels);
