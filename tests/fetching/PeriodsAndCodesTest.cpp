@@ -2,8 +2,8 @@
 #include "entry/GridColumnSets.h"
 #include "fetching/CodeChecks.h"
 #include "fetching/FiscalPeriods.h"
+#include "support/Company.h"
 #include "support/QtPrinters.h"
-#include "support/SampleCompany.h"
 
 #include <gtest/gtest.h>
 
@@ -64,9 +64,9 @@ TEST(CodeConversions, ColumnTextsKeepTheirOwnSpelling) {
 }
 
 TEST(CodeChecks, AgainstTheSampleCompany) {
-    test::SampleCompany company("CHECKS", 5, 20);
-    Session session;
-    session.open("ADMIN", "ADMIN", "CHECKS", QDate(2026, 3, 15));
+    const test::Company company{test::CompanyBuilder().sample(5, 20)};
+    const auto signedIn = company.signIn(QDate(2026, 3, 15));
+    Session& session = *signedIn;
     EXPECT_TRUE(Check_DistCode(session, "RETAIL"));
     EXPECT_FALSE(Check_DistCode(session, "retail"));  // case counts
     EXPECT_FALSE(Check_DistCode(session, " RETAIL")); // the code is taken as given
