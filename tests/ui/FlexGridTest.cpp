@@ -1,5 +1,5 @@
-// The data grid: the header row of a format string, growing and shrinking, cells by row and column, the
-// current cell and its events under code, the clerk's mouse and keys.
+// The data grid: growing and shrinking, cells by row and column, the current cell and its events under code,
+// the clerk's mouse and keys.
 #include "ui/FlexGrid.h"
 
 #include <QHeaderView>
@@ -51,23 +51,6 @@ class FlexGridTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void formatStringMakesTheHeaderRowWithItsBlanks() {
-        FlexGrid grid;
-        grid.setTextMatrix(1, 0, "kept");
-        // Marks align the header cell only; a trailing "|" is one more, empty column.
-        grid.setFormatString("^Apply |<Left|>Right|plain|a^b|");
-        const QStringList texts{"Apply ", "Left", "Right", "plain", "a^b", ""};
-        QCOMPARE(grid.Cols(), 6);
-        for (int col = 0; col < 6; ++col)
-            QCOMPARE(grid.model()->headerData(col, Qt::Horizontal).toString() + grid.TextMatrix(0, col),
-                     texts[col] + texts[col]);
-        QCOMPARE(grid.TextMatrix(1, 0), QString("kept"));
-        // Code may make a header cell current and write it; the header shows it.
-        grid.setRow(0);
-        grid.setText("Head");
-        QCOMPARE(grid.model()->headerData(0, Qt::Horizontal).toString(), QString("Head"));
-    }
-
     void rowsAndColsGrowAndShrinkKeepingText() {
         FlexGrid grid;
         QCOMPARE(QPoint(grid.Rows(), grid.Cols()), QPoint(2, 2));

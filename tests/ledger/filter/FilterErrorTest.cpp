@@ -3,9 +3,7 @@
 #include "ReceiptView.h"
 #include "ledger/filter/Limits.h"
 
-#include <QThread>
 #include <gtest/gtest.h>
-#include <memory>
 
 namespace tillbook::filter {
 namespace {
@@ -15,14 +13,6 @@ struct Refusal {
     qsizetype position;
     QString fragment; // a part of the message after the quoted filter
 };
-
-QString times(int n, const QString& piece, const QString& separator = {}) {
-    return QStringList(n, piece).join(separator);
-}
-
-QString impliedBrackets(int depth) {
-    return "CNTBTCH=1" + times(depth, " OR CNTBTCH=2 AND CNTITEM=3");
-}
 
 TEST(FilterErrors, TextToItsError) {
     const QString tooMany = times(MaxClauses + 1, "CNTBTCH=1", " OR ");
@@ -76,16 +66,13 @@ TEST(FilterErrors, TextToItsError) {
     for (const Refusal& refusal : refusals) {
         SCOPED_TRACE(refusal.filter.left(200).toStdString());
         std::optional<FilterError> error;
-        std::unique_ptr<QThread> thread(QThread::create([&] {
+        onSmallStack([&] {
             try {
                 compileFilter(refusal.filter, receiptView());
             } catch (const FilterError& e) {
                 error = e;
             }
-        }));
-        thread->setStackSize(1024 * 1024);
-        thread->start();
-        thread->wait();
+        });
         ASSERT_TRUE(error) << "compiled";
         EXPECT_EQ(error->position(), refusal.position) << error->what();
         EXPECT_TRUE(error->message().contains(refusal.fragment)) << error->what();

@@ -10,7 +10,6 @@
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
-#include <QThread>
 #include <QUrl>
 #include <bitset>
 #include <gtest/gtest.h>
@@ -29,15 +28,6 @@ struct Row {
     QVariantList parameters;
     Ids selected;
 };
-
-QString times(int n, const QString& piece, const QString& separator = {}) {
-    return QStringList(n, piece).join(separator);
-}
-
-// A OR B AND C OR B AND C ...: each AND after an OR brackets everything before it.
-QString impliedBrackets(int depth) {
-    return "CNTBTCH=1" + times(depth, " OR CNTBTCH=2 AND CNTITEM=3");
-}
 
 // The largest filter accepted: brackets as deep as allowed, each needed in SQL, around as many clauses as
 // allowed, padded with % to the longest length allowed. The innermost run selects records 1 and 3.
@@ -209,11 +199,7 @@ TEST_P(FilterTable, TextToSqlAndTheRecordsSelected) {
     for (const Row& row : rows) {
         SCOPED_TRACE(row.filter.left(200).toStdString());
         std::optional<SqlFilter> sql;
-        std::unique_ptr<QThread> thread(
-            QThread::create([&] { sql = compileFilter(row.filter, receiptView()); }));
-        thread->setStackSize(1024 * 1024);
-        thread->start();
-        thread->wait();
+        onSmallStack([&] { sql = compileFilter(row.filter, receiptView()); });
         ASSERT_TRUE(sql);
         if (row.where != Everything) {
             EXPECT_EQ(sql->where, row.where);
