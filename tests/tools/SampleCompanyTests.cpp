@@ -58,23 +58,5 @@ TEST_F(SampleCompanyTest, BalancesAgreeWithTheDocuments) {
     EXPECT_TRUE(phoneLengths.contains(3) && phoneLengths.contains(10));
 }
 
-// Every distribution code's revenue account exists, and the active years have twelve periods to 31 December.
-TEST_F(SampleCompanyTest, CodesAndCalendarsAreThere) {
-    auto dist = session.openView("AR0015", "AR");
-    auto accounts = session.openView("GL0001", "GL");
-    while (dist->fetch()) {
-        accounts->fields().item("ACCTID").setValue(dist->fields().item("IDACCTREV").value());
-        EXPECT_TRUE(accounts->read()) << dist->fields().item("IDACCTREV").value().toString().toStdString();
-    }
-    auto calendars = session.openView("CS0002", "CS");
-    calendars->browse("ACTIVE = 1", true);
-    int active = 0;
-    for (; calendars->fetch(); ++active) {
-        const int year = calendars->fields().item("FSCYEAR").value().toInt();
-        EXPECT_EQ(calendars->fields().item("ENDDATE12").value().toDate(), QDate(year, 12, 31));
-    }
-    EXPECT_GE(active, 2);
-}
-
 } // namespace
 } // namespace tillbook::test
