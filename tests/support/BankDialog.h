@@ -2,7 +2,6 @@
 
 // Answers the new-batch dialog when it opens: picks the bank code at `position` and confirms.
 
-#include "support/Grab.h"
 #include "ui/ComboBox.h"
 
 #include <QApplication>
@@ -17,7 +16,6 @@ inline void answerBankDialog(int position, QString* shownBatch = nullptr) {
         QWidget* dialog = QApplication::activeModalWidget();
         if (!dialog || dialog->objectName() != "frmBank")
             qFatal("the bank dialog is not open");
-        grabToPng(dialog, "frmBank");
         if (shownBatch)
             *shownBatch = dialog->findChild<QLineEdit*>("txtBatchNum")->text();
         auto* ok = dialog->findChild<QPushButton*>("cmdOK");

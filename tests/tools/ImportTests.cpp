@@ -2,7 +2,7 @@
 
 #include "ToolProcess.h"
 #include "ledger/Money.h"
-#include "support/TestCompany.h"
+#include "support/Company.h"
 
 #include <QDir>
 #include <QFile>
@@ -15,8 +15,8 @@
 namespace tillbook::test {
 namespace {
 
-const QString Example = QStringLiteral(TILLBOOK_SOURCE_DIR "/examples/company");
-const QString Scripts = QStringLiteral(TILLBOOK_SOURCE_DIR "/tests/ledger/rules/scripts/");
+const QString Example = sourceFile("examples/company");
+const QString Scripts = sourceFile("tests/ledger/rules/scripts/");
 
 QMap<QString, QByteArray> filesIn(const QString& folder) {
     QMap<QString, QByteArray> files;
@@ -59,8 +59,7 @@ protected:
     QTemporaryDir m_dir;
 };
 
-INSTANTIATE_TEST_SUITE_P(Stores, ImportTest, ::testing::Values(StoreKind::Sqlite, StoreKind::Postgres),
-                         [](const auto& store) { return storeName(store.param).toStdString(); });
+TILLBOOK_EACH_STORE(ImportTest);
 
 TEST_P(ImportTest, AnExportedCompanyLoadsIntoANewOneAsItWasAndASecondImportChangesNothing) {
     // An ID short enough for the profile's ORGID (six characters), which the sample makes of it.

@@ -58,56 +58,5 @@ TEST_F(SampleCompanyTest, BalancesAgreeWithTheDocuments) {
     EXPECT_TRUE(phoneLengths.contains(3) && phoneLengths.contains(10));
 }
 
-TEST_F(SampleCompanyTest, CodesAndCalendarsAreThere) {
-    EXPECT_EQ(session.companyId(), "SAMPLE");
-    int codes = 0;
-    auto dist = session.openView("AR0015", "AR");
-    auto accounts = session.openView("GL0001", "GL");
-    while (dist->fetch()) {
-        ++codes;
-        accounts->fields().item("ACCTID").setValue(dist->fields().item("IDACCTREV").value());
-        EXPECT_TRUE(accounts->read()) << dist->fields().item("IDACCTREV").value().toString().toStdString();
-    }
-    EXPECT_GE(codes, 20);
-    accounts->browse("ACCTFMTTD LIKE \"%-%\"", true);
-    EXPECT_TRUE(accounts->fetch()); // formatted account numbers exist
-    auto calendars = session.openView("CS0002", "CS");
-    calendars->browse("ACTIVE = 1", true);
-    int active = 0;
-    while (calendars->fetch()) {
-        ++active;
-        EXPECT_EQ(calendars->fields().item("PERIODS").value().toInt(), 12);
-        const int year = calendars->fields().item("FSCYEAR").value().toInt();
-        EXPECT_EQ(calendars->fields().item("ENDDATE12").value().toDate(), QDate(year, 12, 31));
-    }
-    EXPECT_GE(active, 2);
-    // A verified put finds what the sample made.
-    auto receipts = session.openView("AR0042", "AR");
-    receipts->fields().item("IDBANK").setValue("TDOPER");
-    receipts->fields().item("FISCYR").setValue("2025");
-    receipts->fields().item("FISCPER").setValue("3");
-}
-
-TEST_F(SampleCompanyTest, TheSameSeedMakesTheSameCompany) {
-    const auto firstCustomers = [&] {
-        QStringList rows;
-        auto customers = session.openView("AR0024", "AR");
-        while (customers->fetch())
-            rows << customers->fields().item("NAMECUST").text() +
-                        customers->fields().item("AMTBALDUEH").text();
-        return rows;
-    };
-    const QStringList before = firstCustomers();
-    session.close();
-    engine::SampleOptions options;
-    options.customers = 60;
-    options.documents = 500;
-    options.seed = 7;
-    options.today = QDate(2025, 3, 14);
-    engine::createSampleCompany("SAMPLE", options, true);
-    session.open("ADMIN", "ADMIN", "SAMPLE", QDate(2025, 3, 14));
-    EXPECT_EQ(firstCustomers(), before);
-}
-
 } // namespace
 } // namespace tillbook::test

@@ -1,5 +1,5 @@
 // The event behaviour that form code relies on: typed characters, key codes, focus, list indexes, activation,
-// message boxes and started programs.
+// message boxes and form sizes.
 #include "support/AnswerMessageBoxes.h"
 #include "ui/ComboBox.h"
 #include "ui/Events.h"
@@ -9,11 +9,8 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QMainWindow>
-#include <QMenu>
-#include <QMenuBar>
 #include <QScreen>
 #include <QTest>
-#include <QVBoxLayout>
 
 using namespace tillbook;
 
@@ -22,43 +19,20 @@ class BehaviourTest : public QObject {
 
 private slots:
     void keyPressReplacesOrDropsTypedCharacters() {
-        QLineEdit upper;
+        QLineEdit upper, digitsOnly;
         onKeyPress(&upper, [](int& k) { UpperCaseKey(k); });
         QTest::keyClicks(&upper, "ab1-z?");
         QCOMPARE(upper.text(), QString("AB1-Z?"));
-
-        QLineEdit digitsOnly;
         onKeyPress(&digitsOnly, [](int& k) {
             if (k != vbKeyBack && (k < '0' || k > '9'))
                 k = 0;
         });
         QTest::keyClicks(&digitsOnly, "1a2.3");
-        QCOMPARE(digitsOnly.text(), QString("123"));
         QTest::keyClick(&digitsOnly, Qt::Key_Backspace); // Backspace reaches KeyPress as 8 and still works
         QCOMPARE(digitsOnly.text(), QString("12"));
     }
 
-    void keyDownAndKeyUpSeeKeyCodes() {
-        QLineEdit edit;
-        QList<int> down, up;
-        onKeyDown(&edit, [&](int code, int) { down << code; });
-        onKeyUp(&edit, [&](int code, int) { up << code; });
-        QTest::keyClick(&edit, Qt::Key_A);
-        QTest::keyClick(&edit, Qt::Key_Backspace);
-        QTest::keyClick(&edit, Qt::Key_Left);
-        QTest::keyClick(&edit, Qt::Key_Right);
-        QTest::keyClick(&edit, Qt::Key_5);
-        const QList<int> expected{'A', vbKeyBack, vbKeyLeft, vbKeyRight, '5'};
-        QCOMPARE(down, expected);
-        QCOMPARE(up, expected);
-
-        int shift = -1;
-        onKeyDown(&edit, [&](int, int s) { shift = s; });
-        QTest::keyClick(&edit, Qt::Key_Tab, Qt::ShiftModifier);
-        QCOMPARE(shift, vbShiftMask);
-    }
-
-    void keyDownMayReplaceOrDropTheKey() {
+    void keyDownSeesKeyCodesAndMayReplaceOrDropThem() {
         QWidget form;
         auto* edit = new QLineEdit(&form);
         auto* next = new QLineEdit(&form);
@@ -66,48 +40,37 @@ private slots:
         form.show();
         QVERIFY(QTest::qWaitForWindowActive(&form));
         edit->setFocus();
-        QList<int> up;
-        onKeyDown(edit, [](int& code, int) {
-            if (code == vbKeyTab)
+        QList<int> down, up;
+        int shift = -1;
+        onKeyDown(edit, [&](int& code, int s) {
+            down << code;
+            shift = s;
+            if (code == vbKeyTab && s == 0)
                 code = vbKeyLeft;
             else if (code == 'X')
                 code = 0;
         });
         onKeyUp(edit, [&](int code, int) { up << code; });
-        QTest::keyClicks(edit, "abc");
-        // Tab becomes Left: the caret moves and the focus stays; Shift+Tab likewise, without selecting.
-        QTest::keyClick(edit, Qt::Key_Tab);
+        QTest::keyClicks(edit, "ab");
+        QTest::keyClick(edit, Qt::Key_Backspace);
+        QTest::keyClick(edit, Qt::Key_Right);
+        QTest::keyClick(edit, Qt::Key_Tab); // becomes Left: the caret moves and the focus stays
         QVERIFY(edit->hasFocus());
-        QCOMPARE(edit->cursorPosition(), 2);
-        QTest::keyClick(edit, Qt::Key_Backtab, Qt::ShiftModifier);
-        QVERIFY(edit->hasFocus());
-        QCOMPARE(edit->cursorPosition(), 1);
-        QVERIFY(!edit->hasSelectedText());
-        // A dropped key types nothing and has no KeyUp.
-        QTest::keyClick(edit, Qt::Key_X);
-        QCOMPARE(edit->text(), QString("abc"));
-        up.removeAll(0); // Shift's own release
-        QCOMPARE(up, QList<int>({'A', 'B', 'C', vbKeyLeft, vbKeyLeft}));
-
-        // A handler taking the code by value changes nothing.
-        int seen = 0;
-        onKeyDown(edit, [&seen](int code, int) { seen = code; });
-        QTest::keyClick(edit, Qt::Key_Tab);
-        QCOMPARE(seen, vbKeyTab);
-        QVERIFY(next->hasFocus());
+        QCOMPARE(edit->cursorPosition(), 0);
+        QTest::keyClick(edit, Qt::Key_X); // dropped: types nothing and has no KeyUp
+        QCOMPARE(edit->text(), QString("a"));
+        QCOMPARE(down, QList<int>({'A', 'B', vbKeyBack, vbKeyRight, vbKeyTab, 'X'}));
+        QCOMPARE(up, QList<int>({'A', 'B', vbKeyBack, vbKeyRight, vbKeyLeft}));
+        QTest::keyClick(edit, Qt::Key_Backtab, Qt::ShiftModifier); // left alone: the focus moves on
+        QCOMPARE(shift, vbShiftMask);
+        QVERIFY(!edit->hasFocus());
     }
 
     void focusEventsIgnoreMenusAndOtherWindows() {
-        QMainWindow form;
-        auto* central = new QWidget(&form);
-        auto* layout = new QVBoxLayout(central);
-        auto* first = new QLineEdit(central);
-        auto* second = new QLineEdit(central);
-        layout->addWidget(first);
-        layout->addWidget(second);
-        form.setCentralWidget(central);
-        QMenu* menu = form.menuBar()->addMenu("&File");
-        menu->addAction("Item");
+        QWidget form;
+        auto* first = new QLineEdit(&form);
+        auto* second = new QLineEdit(&form);
+        second->move(0, 40);
         int got = 0, lost = 0;
         onGotFocus(first, [&] { ++got; });
         onLostFocus(first, [&] { ++lost; });
@@ -115,25 +78,18 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(&form));
         second->setFocus(Qt::TabFocusReason);
         got = lost = 0;
-
         first->setFocus(Qt::TabFocusReason);
+        for (auto [type, reason] : {std::pair{QEvent::FocusOut, Qt::MenuBarFocusReason},
+                                    {QEvent::FocusIn, Qt::PopupFocusReason},
+                                    {QEvent::FocusOut, Qt::ActiveWindowFocusReason},
+                                    {QEvent::FocusIn, Qt::ActiveWindowFocusReason}}) {
+            QFocusEvent event(type, reason);
+            QApplication::sendEvent(first, &event);
+        }
         QCOMPARE(got, 1);
-        // A menu opening and closing neither takes nor gives the focus.
-        QFocusEvent menuOpens(QEvent::FocusOut, Qt::MenuBarFocusReason);
-        QApplication::sendEvent(first, &menuOpens);
-        QFocusEvent popupCloses(QEvent::FocusIn, Qt::PopupFocusReason);
-        QApplication::sendEvent(first, &popupCloses);
-        QFocusEvent otherWindow(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
-        QApplication::sendEvent(first, &otherWindow);
-        QFocusEvent windowReturns(QEvent::FocusIn, Qt::ActiveWindowFocusReason);
-        QApplication::sendEvent(first, &windowReturns);
         QCOMPARE(lost, 0);
-        QCOMPARE(got, 1);
-
         second->setFocus(Qt::TabFocusReason);
         QCOMPARE(lost, 1);
-        first->setFocus(Qt::MouseFocusReason);
-        QCOMPARE(got, 2);
     }
 
     void settingTheListIndexAlwaysRunsClick() {
@@ -143,48 +99,34 @@ private slots:
         connect(&combo, &ComboBox::Click, this, [&] { clicks << combo.ListIndex(); });
         combo.setListIndex(1);
         combo.setListIndex(1); // unchanged: Click runs again
-        combo.setListIndex(-1);
         combo.setListIndex(7); // beyond the list: nothing selected
-        QCOMPARE(clicks, (QList<int>{1, 1, -1, -1}));
+        QCOMPARE(clicks, (QList<int>{1, 1, -1}));
         QCOMPARE(combo.currentText(), QString());
-        QVERIFY(combo.setProperty("ListIndex", 2));
-        QCOMPARE(clicks.last(), 2);
+        combo.setListIndex(2);
+        combo.show();
+        combo.setFocus();
+        QTest::keyClick(&combo, Qt::Key_Up); // the clerk's choice runs Click too
+        QCOMPARE(clicks.last(), 1);
 
         // Filling an empty list selects nothing and runs no Click.
         ComboBox fresh;
-        int freshClicks = 0;
-        connect(&fresh, &ComboBox::Click, this, [&] { ++freshClicks; });
+        connect(&fresh, &ComboBox::Click, this, [&] { clicks << -2; });
         fresh.addItems({"X", "Y"});
-        fresh.addItem("Z");
         QCOMPARE(fresh.ListIndex(), -1);
-        QCOMPARE(freshClicks, 0);
-        fresh.setListIndex(0);
-        fresh.addItem("W");
-        QCOMPARE(fresh.ListIndex(), 0);
-
-        // The clerk's choice with the keyboard runs Click too.
-        combo.show();
-        combo.setFocus();
-        QTest::keyClick(&combo, Qt::Key_Up);
-        QCOMPARE(clicks.last(), 1);
+        QCOMPARE(clicks.size(), 5);
     }
 
     void activateRunsOnlyWhenComingFromAnotherForm() {
         QMainWindow a, b;
         int activations = 0;
         onActivate(&a, [&] { ++activations; });
-        onActivate(&b, [] {});
+        onActivate(&b, [] {}); // a form of the program, as the other one
         a.show();
         QVERIFY(QTest::qWaitForWindowActive(&a));
-        QCOMPARE(activations, 1);
-
-        // The program as a whole loses and regains the focus: no Activate.
-        QEvent deactivate(QEvent::WindowDeactivate);
-        QApplication::sendEvent(&a, &deactivate);
-        QEvent reactivate(QEvent::WindowActivate);
+        QEvent deactivate(QEvent::WindowDeactivate), reactivate(QEvent::WindowActivate);
+        QApplication::sendEvent(&a, &deactivate); // the program as a whole loses and regains the focus
         QApplication::sendEvent(&a, &reactivate);
         QCOMPARE(activations, 1);
-
         b.show();
         b.activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&b));
@@ -193,32 +135,19 @@ private slots:
         QCOMPARE(activations, 2);
     }
 
-    void messageBoxesSplitButtonsFromIconAndAreAnswered() {
+    void messageBoxesSplitButtonsFromIcon() {
         test::AnswerMessageBoxes answers(vbNo);
         QCOMPARE(MsgBox("Delete it?", vbYesNo + vbExclamation, "Confirm Delete"), vbNo);
-        QCOMPARE(MsgBox("Plain"), vbNo);
-        QCOMPARE(answers.asked.size(), 2);
-        QCOMPARE(answers.asked[0].prompt, QString("Delete it?"));
-        QCOMPARE(answers.asked[0].title, QString("Confirm Delete"));
+        MsgBox("Plain");
         QCOMPARE(answers.asked[0].buttons, vbYesNo);
         QCOMPARE(answers.asked[0].icon, vbExclamation);
-        QCOMPARE(answers.asked[1].buttons, vbOKOnly);
-        QCOMPARE(answers.asked[1].icon, 0);
+        QCOMPARE(answers.asked[1].buttons + answers.asked[1].icon, vbOKOnly);
         QCOMPARE(answers.asked[1].title, QString("Tillbook"));
     }
 
-    void shellIsRecordedNotStarted() {
-        QStringList started;
-        setShellRecorder([&](const QString& line) { started << line; });
-        Shell("hh.exe C:\\Tillbook\\Tillbook Help.chm");
-        setShellRecorder({});
-        QCOMPARE(started, QStringList{"hh.exe C:\\Tillbook\\Tillbook Help.chm"});
-    }
-
-    void formsCentreAndKeepTheirSizeInTwips() {
+    void formsKeepTheirSizeInTwipsCentred() {
         QWidget form;
         FixFormSize(&form, 7920, 3330);
-        QCOMPARE(form.size(), QSize(528, 222));
         form.resize(800, 600);
         QCOMPARE(form.size(), QSize(528, 222));
         CentreForm(&form);

@@ -1,7 +1,10 @@
-// Help > Contents on a machine without the desktop's opener, and with one that cannot be started.
+// The Help menu's ways out to other programs, on a machine without them and with one that cannot start:
+// the guide (shown in the program's own window) and the system information of the about box.
 #include "ui/Help.h"
 
 #include "support/AnswerMessageBoxes.h"
+#include "ui/Platform.h"
+#include "ui/frmAbout.h"
 #include "ui/frmHelp.h"
 
 #include <QApplication>
@@ -15,7 +18,7 @@ using namespace tillbook;
 class HelpTest : public QObject {
     Q_OBJECT
 
-    QTemporaryDir bin;
+    QTemporaryDir bin; // the only folder on PATH
     QByteArray path;
 
     static frmHelp* shownHelp() {
@@ -23,6 +26,13 @@ class HelpTest : public QObject {
             if (auto* help = qobject_cast<frmHelp*>(top); help && help->isVisible())
                 return help;
         return nullptr;
+    }
+    void install(const QString& name, const QByteArray& text) {
+        QFile program(bin.filePath(name));
+        QVERIFY(program.open(QIODevice::WriteOnly));
+        program.write(text);
+        program.close();
+        program.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
     }
 
 private slots:
@@ -40,24 +50,35 @@ private slots:
         test::AnswerMessageBoxes boxes;
         ShowHelp();
         QVERIFY(boxes.asked.isEmpty());
-        frmHelp* help = shownHelp();
-        QVERIFY(help);
-        const auto* guide = help->findChild<QTextBrowser*>("txtGuide");
+        QVERIFY(shownHelp());
+        const auto* guide = shownHelp()->findChild<QTextBrowser*>("txtGuide");
         QCOMPARE(guide->source(), QUrl::fromLocalFile(HelpIndexFile()));
         QVERIFY(guide->toPlainText().contains("Tillbook"));
     }
 
     void anOpenerThatCannotStartSaysSoAndTheGuideIsShownAllTheSame() {
-        QFile opener(bin.filePath("xdg-open"));
-        QVERIFY(opener.open(QIODevice::WriteOnly));
-        opener.write("#!/no/such/interpreter\n");
-        opener.close();
-        opener.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+        install("xdg-open", "#!/no/such/interpreter\n");
         test::AnswerMessageBoxes boxes;
         ShowHelp();
         QCOMPARE(boxes.asked.size(), 1);
         QVERIFY(boxes.asked[0].prompt.contains("xdg-open"));
         QVERIFY(shownHelp());
+    }
+
+    void systemInformationStartsAnInstalledProgramOrSaysItIsUnavailable() {
+        QStringList started;
+        setShellRecorder([&started](const QString& line) { started << line; });
+        test::AnswerMessageBoxes answers;
+        frmAbout box;
+        box.cmdSysInfo_Click();
+        QCOMPARE(answers.asked.size(), 1);
+        QCOMPARE(answers.asked[0].prompt, QString("System Information Is Unavailable At This Time"));
+        QCOMPARE(answers.asked[0].buttons + answers.asked[0].icon, vbOKOnly);
+        install("hardinfo", "#!/bin/sh\n");
+        box.cmdSysInfo_Click();
+        setShellRecorder({});
+        QCOMPARE(answers.asked.size(), 1);
+        QCOMPARE(started, QStringList{'"' + bin.filePath("hardinfo") + '"'});
     }
 };
 
