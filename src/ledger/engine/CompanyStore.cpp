@@ -7,6 +7,7 @@
 #include "ledger/engine/NameOrder.h"
 #include "ledger/engine/PasswordHash.h"
 #include "ledger/engine/PostgresDatabases.h"
+#include "ledger/engine/PostgresRoles.h"
 #include "ledger/engine/Schema.h"
 #include "ledger/engine/SqliteText.h"
 #include "ledger/engine/StoreError.h"
@@ -142,6 +143,8 @@ std::unique_ptr<CompanyStore> CompanyStore::create(const QString& databaseId, bo
             CompanyStore store(building, dialectFor(building));
             store.connect(true);
             store.createTables(withIndexes);
+            if (building.postgres)
+                grantClerksAccess(store);
             if (fill)
                 fill(store);
             store.detach();
@@ -159,7 +162,10 @@ std::unique_ptr<CompanyStore> CompanyStore::create(const QString& databaseId, bo
         discardBuilding(building);
         throw;
     }
-    return open(databaseId);
+    auto made = open(databaseId);
+    if (location.postgres)
+        dropStaleLogins(*made);
+    return made;
 }
 
 // `fresh`: the file or database was just made for a company being built, and is ours alone.
@@ -442,7 +448,11 @@ qint64 CompanyStore::nextNumber(const QString& counter) {
 }
 
 void CompanyStore::setUser(const QString& name, const QString& password, std::optional<bool> administrator) {
-    setUserHash(name, PasswordHash::make(password), administrator);
+    if (!m_location.postgres) {
+        setUserHash(name, PasswordHash::make(password), administrator);
+        return;
+    }
+    setCompanyLogin(*this, name, password, administrator);
 }
 
 // A new hash keeps the user's standing; `administrator` changes it, and a new user is a clerk unless

@@ -1,0 +1,42 @@
+#pragma once
+
+// On PostgreSQL a company's users are the server's own logins, and the server checks their passwords
+// (SCRAM-SHA-256): the company keeps no password and no hash of theirs. The roles of company ID:
+//  - the owner: the role of TILLBOOK_LEDGER_URL, which makes the company, owns its tables and runs
+//    tillbook-ledger create, user and import;
+//  - its clerks' role, tillbook_clerks_id (the ID in lower case), holding what the tills need and no more;
+//  - a login for each user, ID.USER (both in upper case, at most 63 bytes), a member of the clerks' role.
+//    No company ID has a dot, so two companies' logins never share a name, and no clerks' role has one.
+
+#include <QString>
+#include <optional>
+
+namespace tillbook::engine {
+
+class CompanyStore;
+
+// The login of `user` in company `companyId`; throws StoreError when it would be longer than the
+// server's 63 bytes.
+QString companyLogin(const QString& companyId, const QString& user);
+QString clerksRole(const QString& companyId);
+
+// Run by the owner on the company's database: the clerks' role (made when the server has none), its
+// grants, and the audit trail's stamp of who wrote each row.
+void grantClerksAccess(CompanyStore& owner);
+
+// Run by the owner: makes user's login or gives it the new password, a member of the clerks' role, and
+// the user's row (name and standing, as CompanyStore::setUser). The server gets only the password's SCRAM
+// verifier, made here.
+void setCompanyLogin(CompanyStore& owner, const QString& user, const QString& password,
+                     std::optional<bool> administrator);
+
+// Run by the owner after a company is made: the logins of users it does not have (those of the company it
+// replaced) are removed.
+void dropStaleLogins(CompanyStore& owner);
+
+// Whether the text of a failed connection says the server refused the login or its password.
+bool isRefusedLogin(const QString& error);
+// Whether it says the database is not there.
+bool isMissingDatabase(const QString& error);
+
+} // namespace tillbook::engine

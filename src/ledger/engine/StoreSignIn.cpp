@@ -1,0 +1,43 @@
+// Signing in to a company: on PostgreSQL as the user's own login, which the server checks.
+
+#include "ledger/engine/CompanyStore.h"
+#include "ledger/engine/PostgresRoles.h"
+
+namespace tillbook::engine {
+
+std::unique_ptr<CompanyStore> CompanyStore::signIn(const QString& databaseId, const QString& user,
+                                                   const QString& password) {
+    CompanyLocation location = locateCompany(databaseId);
+    if (!location.postgres) {
+        std::unique_ptr<CompanyStore> store = open(databaseId);
+        if (!store->checkPassword(user, password))
+            return nullptr;
+        return store;
+    }
+    // No password would let libpq take one from PGPASSWORD or ~/.pgpass: no user of a company has none.
+    if (password.isEmpty() || user.trimmed().isEmpty())
+        return nullptr;
+    try {
+        location.user = companyLogin(location.companyId, user);
+    } catch (const StoreError&) {
+        return nullptr; // a name that long has no login
+    }
+    location.password = password;
+    std::unique_ptr<CompanyStore> store(new CompanyStore(location, makePostgresDialect()));
+    try {
+        store->connect(false);
+    } catch (const StoreError& e) {
+        if (isRefusedLogin(e.message()))
+            return nullptr;
+        if (isMissingDatabase(e.message()))
+            throw StoreError(QStringLiteral("Company \"%1\" does not exist (%2).")
+                                 .arg(location.companyId, location.describe()));
+        throw;
+    }
+    // A login the company has no user for (one it has removed) is no user of it.
+    if (!store->hasUser(user))
+        return nullptr;
+    return store;
+}
+
+} // namespace tillbook::engine
