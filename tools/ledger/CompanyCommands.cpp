@@ -82,10 +82,8 @@ int userCommand(const QStringList& words) {
     const QString name = args.positional[1].trimmed();
     if (name.isEmpty() || args.positional[2].isEmpty())
         throw UsageError(QStringLiteral("The user name and the password may not be empty."));
-    Session session; // signing in checks the user and password
-    signIn(session, args.positional[0], args);
     auto store = engine::CompanyStore::open(args.positional[0]);
-    const QString signedIn = session.userId().trimmed().toUpper();
+    const QString signedIn = signInToAdminister(args.positional[0], args, *store);
     const bool administrator = store->isAdministrator(signedIn);
     const bool own = name.compare(signedIn, Qt::CaseInsensitive) == 0;
     const bool makeAdministrator = args.flag(QStringLiteral("admin"));

@@ -1,6 +1,8 @@
 #include "SignIn.h"
 
+#include "ledger/LedgerError.h"
 #include "ledger/engine/CompanyStore.h"
+#include "ledger/engine/PostgresRoles.h"
 #include "ledger/engine/SampleCompany.h"
 
 namespace tillbook::tool {
@@ -28,6 +30,20 @@ void signIn(Session& session, const QString& databaseId, const Arguments& argume
                                  .arg(arguments.option(QStringLiteral("date"))));
     }
     session.open(userOf(arguments), passwordOf(arguments), databaseId, date, flags);
+}
+
+QString signInToAdminister(const QString& databaseId, const Arguments& arguments,
+                           engine::CompanyStore& owner) {
+    if (owner.location().postgres && !engine::hasCompanyLogins(owner)) {
+        if (!owner.checkPassword(userOf(arguments), passwordOf(arguments)))
+            throw LedgerError(QStringLiteral("The user name or password is not correct for company \"%1\".")
+                                  .arg(owner.location().companyId),
+                              ErrorPriority::Security);
+        return userOf(arguments).trimmed().toUpper();
+    }
+    Session session; // signing in checks the user and password
+    signIn(session, databaseId, arguments);
+    return session.userId().trimmed().toUpper();
 }
 
 std::unique_ptr<engine::CompanyStore> signedInStore(const QString& databaseId, const Arguments& arguments) {

@@ -85,10 +85,17 @@ QString clerksRole(const QString& companyId) {
     return QStringLiteral("tillbook_clerks_") + companyId.toLower();
 }
 
+QString administratorsRole(const QString& companyId) {
+    return QStringLiteral("tillbook_admins_") + companyId.toLower();
+}
+
 void grantClerksAccess(CompanyStore& owner) {
     const QString clerks = quoted(clerksRole(owner.location().companyId));
+    const QString administrators = quoted(administratorsRole(owner.location().companyId));
     if (!roleExists(owner, clerksRole(owner.location().companyId)))
         owner.execute(QStringLiteral("CREATE ROLE %1 NOLOGIN").arg(clerks));
+    if (!roleExists(owner, administratorsRole(owner.location().companyId)))
+        owner.execute(QStringLiteral("CREATE ROLE %1 NOLOGIN IN ROLE %2").arg(administrators, clerks));
     createAuditTable(owner);
     stampAuditRows(owner);
     // Only the company's own clerks reach its database, and nobody but the owner makes anything in it.
@@ -103,12 +110,17 @@ void grantClerksAccess(CompanyStore& owner) {
     } catch (const StoreError&) {
     }
     owner.execute(QStringLiteral("GRANT USAGE ON SCHEMA public TO %1").arg(clerks));
-    owner.execute(QStringLiteral("REVOKE ALL ON ALL TABLES IN SCHEMA public FROM %1").arg(clerks));
-    for (const ViewDef& view : Schema::instance().views())
+    owner.execute(
+        QStringLiteral("REVOKE ALL ON ALL TABLES IN SCHEMA public FROM %1, %2").arg(clerks, administrators));
+    // Administrators keep the master data through the views as well.
+    for (const ViewDef& view : Schema::instance().views()) {
         owner.execute(QStringLiteral("GRANT %1 ON %2 TO %3")
                           .arg(tillsWrite().contains(view.id) ? QStringLiteral("SELECT, INSERT, UPDATE")
                                                               : QStringLiteral("SELECT"),
                                quoted(view.table), clerks));
+        owner.execute(QStringLiteral("GRANT SELECT, INSERT, UPDATE ON %1 TO %2")
+                          .arg(quoted(view.table), administrators));
+    }
     owner.execute(QStringLiteral("GRANT SELECT, INSERT, UPDATE ON \"TB_COUNTERS\" TO %1").arg(clerks));
     // The trail is only added to; the users' table holds no secret here, and only names and standing are
     // read.
@@ -120,7 +132,7 @@ void setCompanyLogin(CompanyStore& owner, const QString& user, const QString& pa
                      std::optional<bool> administrator) {
     const QString login = companyLogin(owner.location().companyId, user);
     const QString clerks = clerksRole(owner.location().companyId);
-    if (!roleExists(owner, clerks))
+    if (!roleExists(owner, clerks) || !roleExists(owner, administratorsRole(owner.location().companyId)))
         grantClerksAccess(owner);
     const QString verifier = literal(scramVerifier(owner, login, password));
     Transaction transaction(owner);
@@ -129,6 +141,9 @@ void setCompanyLogin(CompanyStore& owner, const QString& user, const QString& pa
     else
         owner.execute(QStringLiteral("CREATE ROLE %1 WITH LOGIN PASSWORD %2").arg(quoted(login), verifier));
     owner.execute(QStringLiteral("GRANT %1 TO %2").arg(quoted(clerks), quoted(login)));
+    if (administrator)
+        owner.execute(QString::fromLatin1(*administrator ? "GRANT %1 TO %2" : "REVOKE %1 FROM %2")
+                          .arg(quoted(administratorsRole(owner.location().companyId)), quoted(login)));
     // The row says who the company's users are and who administers; it keeps no secret.
     const QString key = user.trimmed().toUpper();
     owner.execute(
@@ -148,14 +163,13 @@ void dropStaleLogins(CompanyStore& owner) {
         QStringLiteral("SELECT r.rolname FROM pg_roles r JOIN pg_auth_members m ON m.member = r.oid JOIN "
                        "pg_roles g ON g.oid = m.roleid WHERE g.rolname = ? AND r.rolcanlogin"));
     owner.run(query, {clerksRole(owner.location().companyId)});
-    QStringList stale;
-    while (query.next()) {
-        const QString login = query.value(0).toString();
-        if (login.startsWith(prefix) && !owner.hasUser(login.mid(prefix.size())))
-            stale << login;
-    }
+    QStringList logins;
+    while (query.next())
+        logins << query.value(0).toString();
     query.finish();
-    for (const QString& login : stale) {
+    for (const QString& login : std::as_const(logins)) {
+        if (!login.startsWith(prefix) || owner.hasUser(login.mid(prefix.size())))
+            continue;
         try {
             owner.execute(QStringLiteral("DROP ROLE %1").arg(quoted(login)));
         } catch (const StoreError&) {
@@ -163,6 +177,10 @@ void dropStaleLogins(CompanyStore& owner) {
             owner.execute(QStringLiteral("ALTER ROLE %1 NOLOGIN").arg(quoted(login)));
         }
     }
+}
+
+bool hasCompanyLogins(CompanyStore& owner) {
+    return roleExists(owner, clerksRole(owner.location().companyId));
 }
 
 bool isRefusedLogin(const QString& error) {

@@ -5,6 +5,27 @@
 
 namespace tillbook::engine {
 
+namespace {
+
+QString unknownCompany(const CompanyLocation& location) {
+    return QStringLiteral("Company \"%1\" does not exist (%2).").arg(location.companyId, location.describe());
+}
+
+// A refused login is a wrong user or password, unless there is no such company: that is asked as the URL's
+// role, where the URL names one that may ask. A till whose URL names none hears only that the sign-in failed.
+std::unique_ptr<CompanyStore> refused(const QString& databaseId, const CompanyLocation& location) {
+    bool missing = false;
+    try {
+        missing = !CompanyStore::exists(databaseId);
+    } catch (const StoreError&) {
+    }
+    if (missing)
+        throw StoreError(unknownCompany(location));
+    return nullptr;
+}
+
+} // namespace
+
 std::unique_ptr<CompanyStore> CompanyStore::signIn(const QString& databaseId, const QString& user,
                                                    const QString& password) {
     CompanyLocation location = locateCompany(databaseId);
@@ -16,11 +37,11 @@ std::unique_ptr<CompanyStore> CompanyStore::signIn(const QString& databaseId, co
     }
     // No password would let libpq take one from PGPASSWORD or ~/.pgpass: no user of a company has none.
     if (password.isEmpty() || user.trimmed().isEmpty())
-        return nullptr;
+        return refused(databaseId, location);
     try {
         location.user = companyLogin(location.companyId, user);
     } catch (const StoreError&) {
-        return nullptr; // a name that long has no login
+        return refused(databaseId, location); // a name that long has no login
     }
     location.password = password;
     std::unique_ptr<CompanyStore> store(new CompanyStore(location, makePostgresDialect()));
@@ -28,10 +49,9 @@ std::unique_ptr<CompanyStore> CompanyStore::signIn(const QString& databaseId, co
         store->connect(false);
     } catch (const StoreError& e) {
         if (isRefusedLogin(e.message()))
-            return nullptr;
+            return refused(databaseId, location);
         if (isMissingDatabase(e.message()))
-            throw StoreError(QStringLiteral("Company \"%1\" does not exist (%2).")
-                                 .arg(location.companyId, location.describe()));
+            throw StoreError(unknownCompany(location));
         throw;
     }
     // A login the company has no user for (one it has removed) is no user of it.
