@@ -126,6 +126,14 @@ void grantClerksAccess(CompanyStore& owner) {
     // read.
     owner.execute(QStringLiteral("GRANT SELECT, INSERT ON \"TB_AUDIT\" TO %1").arg(clerks));
     owner.execute(QStringLiteral("GRANT SELECT (\"NAME\", \"ADMIN\") ON \"TB_USERS\" TO %1").arg(clerks));
+    try {
+        // tillbook-ledger check has PostgreSQL's amcheck look at the indexes, where it is installed.
+        Transaction amcheck(owner);
+        owner.execute(
+            QStringLiteral("GRANT EXECUTE ON FUNCTION bt_index_check(regclass, boolean) TO %1").arg(clerks));
+        amcheck.commit();
+    } catch (const StoreError&) {
+    }
 }
 
 void setCompanyLogin(CompanyStore& owner, const QString& user, const QString& password,
