@@ -6,6 +6,7 @@
 #include "ledger/LedgerError.h"
 #include "ledger/Session.h"
 #include "ledger/engine/CompanyLocation.h"
+#include "ledger/engine/CompanyStore.h"
 #include "support/PostgresServer.h"
 #include "support/TestCompany.h"
 
@@ -161,6 +162,29 @@ TEST_F(ClerkLoginTest, ReplacingACompanyTakesItsOwnerAndEndsTheLoginsOfTheOldOne
     ASSERT_EQ(runTool({"create", Company, "--force"}).exitCode, 0);
     EXPECT_FALSE(connectAs(Company + QStringLiteral(".CLERK"), ClerkPassword).open());
     EXPECT_EQ(runTool({"check", Company}).exitCode, 0);
+}
+
+// A company made before its users had logins: its administrator's first `user` is checked against the
+// table's hash, and gives the company its roles and the user a login.
+TEST_F(ClerkLoginTest, ACompanyWhoseUsersHaveNoLoginsYetGetsThemFromItsAdministrator) {
+    {
+        QSqlDatabase owner = connectAs(QStringLiteral("postgres"), QString());
+        ASSERT_TRUE(owner.open());
+        QSqlQuery query(owner);
+        for (const char* sql : {"DROP OWNED BY \"tillbook_clerks_shop1\", \"tillbook_admins_shop1\"",
+                                "DROP ROLE \"SHOP1.ADMIN\"", "DROP ROLE \"SHOP1.CLERK\"",
+                                "DROP ROLE \"tillbook_admins_shop1\"", "DROP ROLE \"tillbook_clerks_shop1\""})
+            ASSERT_TRUE(query.exec(QString::fromLatin1(sql)))
+                << sql << query.lastError().text().toStdString();
+    }
+    engine::CompanyStore::open(Company)->setUserHash(QStringLiteral("ADMIN"),
+                                                     engine::PasswordHash::make(QStringLiteral("Old-Pw1")));
+    EXPECT_NE(runTool({"user", Company, "ADMIN", "New-Pw1", "--password", "wrong"}).exitCode, 0);
+    const ToolResult changed = runTool({"user", Company, "ADMIN", "New-Pw1", "--password", "Old-Pw1"});
+    ASSERT_EQ(changed.exitCode, 0) << changed.err.toStdString();
+    EXPECT_TRUE(connectAs(Company + QStringLiteral(".ADMIN"), QStringLiteral("New-Pw1")).open());
+    EXPECT_EQ(runTool({"check", Company, "--password", "New-Pw1"}).exitCode, 0);
+    EXPECT_FALSE(engine::CompanyStore::open(Company)->userHash(QStringLiteral("ADMIN"))->matches("Old-Pw1"));
 }
 
 } // namespace
