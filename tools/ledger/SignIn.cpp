@@ -35,7 +35,8 @@ void signIn(Session& session, const QString& databaseId, const Arguments& argume
 QString signInToAdminister(const QString& databaseId, const Arguments& arguments,
                            engine::CompanyStore& owner) {
     if (owner.location().postgres && !engine::hasCompanyLogins(owner)) {
-        if (!owner.checkPassword(userOf(arguments), passwordOf(arguments)))
+        const auto stored = owner.userHash(userOf(arguments));
+        if (!stored.value_or(engine::PasswordHash::standIn()).matches(passwordOf(arguments)) || !stored)
             throw LedgerError(QStringLiteral("The user name or password is not correct for company \"%1\".")
                                   .arg(owner.location().companyId),
                               ErrorPriority::Security);

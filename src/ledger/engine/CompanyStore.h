@@ -107,8 +107,9 @@ public:
     bool isAdministrator(const QString& name);
     // The user's stored hash; nullopt for an unknown user.
     std::optional<PasswordHash> userHash(const QString& name);
-    // True when the user exists and the password is theirs. Takes as long for an unknown user as for a
-    // known one. A good password stored by an older scheme or at a lower cost is stored anew at today's.
+    // True when the user exists and the password is theirs (on PostgreSQL, when their login signs in with
+    // it). Takes as long for an unknown user as for a known one. A good password stored by an older scheme or
+    // at a lower cost is stored anew at today's.
     bool checkPassword(const QString& name, const QString& password);
 
     // Indexes of the views' other keys, and the customers in name order; a bulk load creates them after
