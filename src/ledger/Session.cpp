@@ -15,18 +15,20 @@ Session::Session() {
 Session::~Session() = default;
 
 void Session::open(const QString& user, const QString& password, const QString& databaseId,
-                   const QDate& sessionDate, int /*flags*/) {
+                   const QDate& sessionDate, int flags) {
     close();
     checkLedgerNames();
     auto state = std::make_shared<engine::SessionState>();
     engine::guarded(m_closedErrors, [&] {
-        state->store = engine::CompanyStore::open(databaseId);
+        state->store = engine::CompanyStore::signIn(databaseId, user, password);
         // One message, whether the user is unknown or the password wrong: a sign-in must not tell which
         // users a company has.
-        if (!state->store->checkPassword(user, password))
+        if (!state->store)
             m_closedErrors.fail(QStringLiteral("The user name or password is not correct for company \"%1\".")
-                                    .arg(state->store->location().companyId),
+                                    .arg(engine::locateCompany(databaseId).companyId),
                                 ErrorPriority::Security);
+        if (flags & OpenAsOwner)
+            state->store = engine::CompanyStore::open(databaseId);
         const engine::ViewDef& profile = *engine::Schema::instance().view(QStringLiteral("CS0001"));
         engine::TableAccess table(*state->store, profile);
         const auto page = table.page({{profile.fieldIndex(QStringLiteral("ORGID"))},

@@ -30,8 +30,12 @@ public:
     // Finds the company's store (see README: TILLBOOK_DATA, TILLBOOK_LEDGER_URL) and checks the user;
     // the password is case-sensitive. Throws LedgerError for an unknown company, and one and the same
     // LedgerError for an unknown user and a wrong password.
+    // On PostgreSQL the session connects as the user's own database login.
     void open(const QString& user, const QString& password, const QString& databaseId,
               const QDate& sessionDate, int flags = 0);
+    // A flag of open: once the user is signed in, the session works through the company owner's connection
+    // (on PostgreSQL the role of TILLBOOK_LEDGER_URL; on SQLite no different), for administering it.
+    static constexpr int OpenAsOwner = 1 << 30;
     void close();
     bool isOpen() const;
     QString companyId() const; // the company profile's ORGID

@@ -30,6 +30,9 @@ if [ "${1:-}" = --postgres ] && [ -z "${TILLBOOK_LEDGER_URL:-}" ]; then
     PGBIN=$(ls -d /usr/lib/postgresql/*/bin | sort -V | tail -1)
     PORT=$((20000 + RANDOM % 20000))
     as_pg "$PGBIN/initdb" -D "$WORK/pg" -U postgres -A trust -E UTF8 --no-sync >/dev/null || exit 2
+    # The owner (postgres) trusted on loopback; the clerks' logins sign in with their passwords (SCRAM).
+    printf 'local all all trust\nhost all postgres 127.0.0.1/32 trust\nhost all all 127.0.0.1/32 scram-sha-256\n' \
+        >"$WORK/pg/pg_hba.conf"
     as_pg "$PGBIN/pg_ctl" -D "$WORK/pg" -l "$WORK/pg.log" -w start \
         -o "-p $PORT -c listen_addresses=127.0.0.1 -k $WORK -c max_connections=100" >/dev/null || exit 2
     export TILLBOOK_LEDGER_URL="postgresql://postgres@127.0.0.1:$PORT/tillbook_{id}"
@@ -38,6 +41,9 @@ STORE=${TILLBOOK_LEDGER_URL:+PostgreSQL}
 STORE=${STORE:-SQLite}
 
 "$L" create $ID --sample --customers 40 --documents 400 --force >/dev/null || exit 2
+# The tills and postings work as a clerk (on PostgreSQL the clerk's own login), not as the owner.
+"$L" user $ID CLERK soak-Pw1 >/dev/null || exit 2
+export TILLBOOK_USER=CLERK TILLBOOK_PASSWORD=soak-Pw1
 mapfile -t CUSTOMERS < <("$L" browse $ID AR0024 'CNTOPENINV>0' --fields IDCUST | tail -n +2 | tr -d '"\r')
 
 HEAD='open nb AR0041

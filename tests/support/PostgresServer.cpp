@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <QUrl>
 #include <algorithm>
 #include <netinet/in.h>
 #include <sys/socket.h>
@@ -67,6 +68,13 @@ QString PostgresServer::urlTemplate() const {
     return QStringLiteral("postgresql://postgres@127.0.0.1:%1/tillbook_{id}").arg(m_port);
 }
 
+QString PostgresServer::urlTemplateAs(const QString& login, const QString& password) const {
+    return QStringLiteral("postgresql://%1:%2@127.0.0.1:%3/tillbook_{id}")
+        .arg(QString::fromLatin1(QUrl::toPercentEncoding(login)),
+             QString::fromLatin1(QUrl::toPercentEncoding(password)))
+        .arg(m_port);
+}
+
 bool PostgresServer::runServerTool(const QString& tool, const QStringList& arguments, QString& output) {
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
@@ -113,6 +121,16 @@ bool PostgresServer::start() {
         m_failure = QStringLiteral("initdb failed: ") + output;
         return false;
     }
+    // The owner (postgres) is trusted over loopback; every other role, the companies' clerks' logins,
+    // signs in with its password, checked by SCRAM as on a real server.
+    QFile hba(data + QStringLiteral("/pg_hba.conf"));
+    if (!hba.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
+        hba.write("local all all trust\nhost all postgres 127.0.0.1/32 trust\n"
+                  "host all all 127.0.0.1/32 scram-sha-256\n") < 0) {
+        m_failure = QStringLiteral("cannot write pg_hba.conf: ") + hba.errorString();
+        return false;
+    }
+    hba.close();
     m_port = freeLoopbackPort();
     const QString options = QStringLiteral("-p %1 -c listen_addresses=127.0.0.1 -k %2 -c fsync=off")
                                 .arg(m_port)

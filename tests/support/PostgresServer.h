@@ -1,7 +1,8 @@
 #pragma once
 
 // A throwaway PostgreSQL server for the tests of one run: initdb into a temporary folder, started on a
-// free loopback port, stopped and removed at exit. Started only when a test first asks for it.
+// free loopback port, stopped and removed at exit. Started only when a test first asks for it. The role
+// postgres (the companies' owner) is trusted; every other login is checked by SCRAM-SHA-256.
 
 #include <QString>
 #include <QTemporaryDir>
@@ -17,6 +18,8 @@ public:
     QString failure() const { return m_failure; } // why it is not running
     // postgresql://postgres@127.0.0.1:PORT/tillbook_{id}
     QString urlTemplate() const;
+    // The same as `login` with `password`: what a clerk who knows the server, and their own password, has.
+    QString urlTemplateAs(const QString& login, const QString& password) const;
 
 private:
     PostgresServer();

@@ -58,7 +58,7 @@ QString TestStore::uniqueId(const QString& stem) {
 
 void TestStore::createEmptyCompany(const QString& id) {
     engine::CompanyStore::create(id, true, [](engine::CompanyStore& store) {
-        store.setUser(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"));
+        store.setUser(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"), true);
     });
 }
 

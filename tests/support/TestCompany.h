@@ -26,7 +26,7 @@ public:
     QString dataFolder() const { return m_dir.path(); }
     // A company ID no other test of this run uses (PostgreSQL databases outlive a test).
     static QString uniqueId(const QString& stem);
-    // A new empty company with user ADMIN / ADMIN.
+    // A new empty company with user ADMIN / ADMIN, its administrator.
     void createEmptyCompany(const QString& id);
 
 private:

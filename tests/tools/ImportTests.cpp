@@ -3,6 +3,7 @@
 #include "ToolProcess.h"
 #include "ledger/Money.h"
 #include "support/Company.h"
+#include "ledger/engine/CompanyStore.h"
 
 #include <QDir>
 #include <QFile>
@@ -108,6 +109,14 @@ TEST_P(ImportTest, CustomerFiguresAreThoseOfTheDocumentsLoaded) {
     EXPECT_EQ(runTool({"browse", id, "AR0024", "CNTOPENINV>0", "--fields", "IDCUST"}).out,
               "IDCUST\r\nC100\r\nC200\r\n");
     EXPECT_EQ(runTool({"check", id}).exitCode, 0);
+    // The audit trail has the import: the views it loaded and how many lines.
+    const auto store = engine::CompanyStore::open(id);
+    QSqlQuery audit = store->prepare(QStringLiteral(
+        "SELECT \"CODE\", \"ENTRY\" FROM \"TB_AUDIT\" WHERE \"WHAT\" = 'master data imported'"));
+    store->run(audit);
+    ASSERT_TRUE(audit.next());
+    EXPECT_EQ(audit.value(0).toString(), "CS0001,CS0002,GL0001,BK0001,AR0015,AR0024,AR0036");
+    EXPECT_GT(audit.value(1).toInt(), 7);
 }
 
 // A bad line in any file refuses the whole import, naming file, line and field; every problem of a file

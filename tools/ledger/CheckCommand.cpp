@@ -34,7 +34,7 @@ int checkCommand(const QStringList& words) {
         throw UsageError(QStringLiteral("check needs exactly one company ID."));
     Session session; // signing in checks the user and password
     signIn(session, args.positional[0], args);
-    auto store = engine::CompanyStore::open(args.positional[0]);
+    auto store = signedInStore(args.positional[0], args);
     QTextStream out(stdout);
     const engine::StoreIntegrity integrity = engine::checkStoreIntegrity(*store);
     for (const QString& report : integrity.damage)

@@ -16,8 +16,9 @@ const char* const CreateHelp =
     "\n"
     "Creates company ID: an SQLite file ID.sqlite in TILLBOOK_DATA (or the program's data folder), or\n"
     "the PostgreSQL database TILLBOOK_LEDGER_URL names for it. An existing company is left alone unless\n"
-    "--force is given. Every new company has the user ADMIN with the password ADMIN, its first\n"
-    "administrator: change that password at once (tillbook-ledger user ID ADMIN NEWPASSWORD).\n"
+    "--force is given (on PostgreSQL, as the owner: the role of TILLBOOK_LEDGER_URL). Every new company\n"
+    "has the user ADMIN with the password ADMIN, its first administrator: change that password at\n"
+    "once (tillbook-ledger user ID ADMIN NEWPASSWORD).\n"
     "\n"
     "  --sample        fill it with a sample company: profile, fiscal calendars, accounts, distribution\n"
     "                  codes, banks, customers and their documents\n"
@@ -36,6 +37,9 @@ const char* const UserHelp =
     "Signs in first (--user and --password, else TILLBOOK_USER and TILLBOOK_PASSWORD, else ADMIN):\n"
     "an administrator may add users and change anyone's password; any user may change their own\n"
     "password, signing in with the old one. A company's first administrator is ADMIN, made with it.\n"
+    "On PostgreSQL the user is the server's login ID.NAME, which the server checks; it is made or changed\n"
+    "through the owner's connection (the role of TILLBOOK_LEDGER_URL), which only the password's SCRAM\n"
+    "verifier reaches.\n"
     "\n"
     "  --admin   makes NAME an administrator too (an administrator's sign-in only); a new user is a\n"
     "            clerk otherwise, and an existing one keeps their standing\n";
@@ -82,10 +86,8 @@ int userCommand(const QStringList& words) {
     const QString name = args.positional[1].trimmed();
     if (name.isEmpty() || args.positional[2].isEmpty())
         throw UsageError(QStringLiteral("The user name and the password may not be empty."));
-    Session session; // signing in checks the user and password
-    signIn(session, args.positional[0], args);
     auto store = engine::CompanyStore::open(args.positional[0]);
-    const QString signedIn = session.userId().trimmed().toUpper();
+    const QString signedIn = signInToAdminister(args.positional[0], args, *store);
     const bool administrator = store->isAdministrator(signedIn);
     const bool own = name.compare(signedIn, Qt::CaseInsensitive) == 0;
     const bool makeAdministrator = args.flag(QStringLiteral("admin"));

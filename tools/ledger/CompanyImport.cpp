@@ -3,6 +3,7 @@
 #include "Csv.h"
 #include "ledger/LedgerError.h"
 #include "ledger/Money.h"
+#include "ledger/engine/AuditTrail.h"
 #include "ledger/engine/PostedTotalsRules.h"
 #include "ledger/engine/Transaction.h"
 #include "ledger/engine/ViewCore.h"
@@ -10,6 +11,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QHash>
 #include <QSet>
 #include <algorithm>
@@ -317,6 +319,13 @@ ImportResult importCompany(Session& session, const QString& folder, bool dryRun,
     }
     compareFigures(session, figures, result);
     if (result.problems.empty() && result.problemsLeftOut == 0 && !dryRun) {
+        QStringList views;
+        qint64 lines = 0;
+        for (const ImportedFile& file : result.files) {
+            views << QFileInfo(file.file).completeBaseName();
+            lines += file.inserted + file.updated + file.unchanged;
+        }
+        engine::auditImported(transaction->store(), session.userId(), views, lines);
         transaction->commit();
         result.written = true;
     }

@@ -48,8 +48,8 @@ int importCommand(const QStringList& words) {
     const QString folder = args.positional[1];
     if (!QDir(folder).exists())
         throw UsageError(QStringLiteral("There is no folder \"%1\".").arg(folder));
-    Session session;
-    signIn(session, args.positional[0], args);
+    Session session; // signed in as the user, working as the company's owner: clerks only read master data
+    signIn(session, args.positional[0], args, Session::OpenAsOwner);
     QTextStream out(stdout);
     QTextStream err(stderr);
     const bool dryRun = args.flag(QStringLiteral("dry-run"));

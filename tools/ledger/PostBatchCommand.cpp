@@ -39,7 +39,7 @@ int postBatchCommand(const QStringList& words) {
     Session session; // signing in checks the user and password
     signIn(session, args.positional[0], args);
     posting.user = session.userId();
-    auto store = engine::CompanyStore::open(args.positional[0]);
+    auto store = signedInStore(args.positional[0], args);
     const engine::PostingSummary summary =
         engine::postBatch(*store, session.errors(), batch, session.sessionDate(), posting);
     QTextStream(stdout) << QStringLiteral("batch %1 posted (sequence %2): %3 entries, %4 documents paid, %5 "

@@ -13,9 +13,13 @@ namespace {
 const QString BatchCreated = QStringLiteral("batch created");
 const QString EntrySaved = QStringLiteral("entry saved");
 const QString BatchPostedRow = QStringLiteral("batch posted");
+const QString MasterDataImported = QStringLiteral("master data imported");
 
-// A company made before the trail gets its table on its first audited write; once a process.
+// A company made before the trail gets its table on its first audited write; once a process. On
+// PostgreSQL the owner makes it (a clerk's login may make no table): with the company, or with its logins.
 void ensureTable(CompanyStore& store) {
+    if (store.location().postgres)
+        return;
     static QMutex mutex;
     static QSet<QString> ready;
     const QString where = store.location().describe();
@@ -64,6 +68,10 @@ void auditEntrySaved(CompanyStore& store, const QString& who, const QString& cod
 
 void auditBatchPosted(CompanyStore& store, const QString& who, const QString& code, qint64 batch) {
     addRow(store, who, BatchPostedRow, code, batch, 0, Money());
+}
+
+void auditImported(CompanyStore& store, const QString& who, const QStringList& views, qint64 lines) {
+    addRow(store, who, MasterDataImported, views.join(u','), 0, lines, Money());
 }
 
 QHash<QString, AuditedBatch> auditedBatches(CompanyStore& store) {

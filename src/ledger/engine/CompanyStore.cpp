@@ -7,6 +7,7 @@
 #include "ledger/engine/NameOrder.h"
 #include "ledger/engine/PasswordHash.h"
 #include "ledger/engine/PostgresDatabases.h"
+#include "ledger/engine/PostgresRoles.h"
 #include "ledger/engine/Schema.h"
 #include "ledger/engine/SqliteText.h"
 #include "ledger/engine/StoreFailure.h"
@@ -123,6 +124,8 @@ std::unique_ptr<CompanyStore> CompanyStore::create(const QString& databaseId, bo
             CompanyStore store(building, dialectFor(building));
             store.connect(true);
             store.createTables(withIndexes);
+            if (building.postgres)
+                grantClerksAccess(store);
             if (fill)
                 fill(store);
             store.detach();
@@ -140,7 +143,10 @@ std::unique_ptr<CompanyStore> CompanyStore::create(const QString& databaseId, bo
         discardBuilding(building);
         throw;
     }
-    return open(databaseId);
+    auto made = open(databaseId);
+    if (location.postgres)
+        dropStaleLogins(*made);
+    return made;
 }
 
 // `fresh`: the file or database was just made for a company being built, and is ours alone.

@@ -41,6 +41,11 @@ public:
     static std::unique_ptr<CompanyStore> create(const QString& databaseId, bool replace,
                                                 const Filler& fill = {}, bool withIndexes = true);
     static bool exists(const QString& databaseId);
+    // Opens the company as `user` works in it: on PostgreSQL connected as the user's own login, the
+    // server checking the password; on SQLite as open() does, the password checked against the user's
+    // hash. nullptr for an unknown user or a wrong password alike. Throws as open() does.
+    static std::unique_ptr<CompanyStore> signIn(const QString& databaseId, const QString& user,
+                                                const QString& password);
 
     ~CompanyStore();
     CompanyStore(const CompanyStore&) = delete;
@@ -48,6 +53,7 @@ public:
 
     const CompanyLocation& location() const { return m_location; }
     const Dialect& dialect() const { return *m_dialect; }
+    const QSqlDatabase& connection() const { return m_db; }
 
     // A prepared statement; throws LedgerError when the store refuses it.
     QSqlQuery prepare(const QString& sql);
@@ -92,7 +98,8 @@ public:
 
     // Users: the name is case-insensitive, the password is not.
     // Adds the user or gives them a new password; `administrator` set makes them one (or not), unset
-    // keeps an existing user's standing and makes a new user a clerk.
+    // keeps an existing user's standing and makes a new user a clerk. On PostgreSQL the password goes to
+    // the user's login (see PostgresRoles.h), and the table keeps no hash.
     void setUser(const QString& name, const QString& password, std::optional<bool> administrator = {});
     void setUserHash(const QString& name, const PasswordHash& hash, std::optional<bool> administrator = {});
     bool hasUser(const QString& name);
@@ -100,8 +107,9 @@ public:
     bool isAdministrator(const QString& name);
     // The user's stored hash; nullopt for an unknown user.
     std::optional<PasswordHash> userHash(const QString& name);
-    // True when the user exists and the password is theirs. Takes as long for an unknown user as for a
-    // known one. A good password stored by an older scheme or at a lower cost is stored anew at today's.
+    // True when the user exists and the password is theirs (on PostgreSQL, when their login signs in with
+    // it). Takes as long for an unknown user as for a known one. A good password stored by an older scheme or
+    // at a lower cost is stored anew at today's.
     bool checkPassword(const QString& name, const QString& password);
 
     // Indexes of the views' other keys, and the customers in name order; a bulk load creates them after

@@ -8,7 +8,11 @@
 namespace tillbook::engine {
 
 void CompanyStore::setUser(const QString& name, const QString& password, std::optional<bool> administrator) {
-    setUserHash(name, PasswordHash::make(password), administrator);
+    if (!m_location.postgres) {
+        setUserHash(name, PasswordHash::make(password), administrator);
+        return;
+    }
+    setCompanyLogin(*this, name, password, administrator);
 }
 
 // A new hash keeps the user's standing; `administrator` changes it, and a new user is a clerk unless
@@ -78,6 +82,8 @@ std::optional<PasswordHash> CompanyStore::userHash(const QString& name) {
 }
 
 bool CompanyStore::checkPassword(const QString& name, const QString& password) {
+    if (m_location.postgres) // the server's to say: can the user's login sign in with it
+        return signIn(m_location.companyId, name, password) != nullptr;
     const std::optional<PasswordHash> stored = userHash(name);
     if (!stored) {
         // The same work as for a user, so the time taken does not tell that there is none.

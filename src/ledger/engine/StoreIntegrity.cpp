@@ -1,6 +1,7 @@
 #include "ledger/engine/StoreIntegrity.h"
 
 #include "ledger/engine/CompanyStore.h"
+#include "ledger/engine/PostgresRoles.h"
 
 #include <QFile>
 #include <QSaveFile>
@@ -36,6 +37,20 @@ StoreIntegrity postgresIntegrity(CompanyStore& store) {
                 QStringLiteral("PostgreSQL's amcheck extension is not installed in this company's database, "
                                "so its indexes were not checked (as a superuser: CREATE EXTENSION amcheck)"),
                 {}};
+    present.finish();
+    // A clerk's login may run it only when granted: without, every index would fail as if damaged.
+    QSqlQuery allowed = store.prepare(
+        QStringLiteral("SELECT has_function_privilege('bt_index_check(regclass, boolean)', 'EXECUTE')"));
+    store.run(allowed);
+    if (!allowed.next() || !allowed.value(0).toBool())
+        return {
+            false,
+            QStringLiteral("This login may not run PostgreSQL's amcheck, so the company's indexes were not "
+                           "checked (as its owner: GRANT EXECUTE ON FUNCTION bt_index_check(regclass, "
+                           "boolean) TO %1)")
+                .arg(clerksRole(store.location().companyId)),
+            {}};
+    allowed.finish();
     StoreIntegrity result{true, QStringLiteral("PostgreSQL amcheck of the company's indexes"), {}};
     QSqlQuery indexes = store.prepare(
         QStringLiteral("SELECT c.oid, c.relname FROM pg_index i JOIN pg_class c ON c.oid = i.indexrelid "

@@ -17,6 +17,8 @@ public:
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
 
+    CompanyStore& store() { return m_store; }
+
     void commit() {
         m_store.commit();
         m_done = true;

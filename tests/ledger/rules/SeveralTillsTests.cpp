@@ -49,14 +49,17 @@ Money writeScript(QTextStream& out, int till) {
     return total;
 }
 
+// Every till signs in as the clerk, on PostgreSQL with the clerk's own login and its grants only.
 std::unique_ptr<QProcess> startTool(const QStringList& arguments) {
     auto process = std::make_unique<QProcess>();
     process->setProcessChannelMode(QProcess::MergedChannels);
-    process->start(QStringLiteral(TILLBOOK_LEDGER_TOOL), arguments);
+    process->start(QStringLiteral(TILLBOOK_LEDGER_TOOL),
+                   arguments + QStringList{"--user", "CLERK", "--password", "Till-Pw1"});
     return process;
 }
 
 TEST_P(SeveralTillsTest, EightTillsAndTwoPostingsAtOnceKeepTheLedgerWhole) {
+    store().setUser(QStringLiteral("CLERK"), QStringLiteral("Till-Pw1"));
     {
         Till till(signIn());
         ASSERT_EQ(till.newBatch(), 1);

@@ -1,0 +1,191 @@
+// On PostgreSQL every user of a company signs in as a database login of their own: what a clerk who has the
+// server's address and their password can and cannot do with it directly, the server's check of a sign-in,
+// and the owner that replacing a company takes.
+
+#include "ToolProcess.h"
+#include "ledger/LedgerError.h"
+#include "ledger/Session.h"
+#include "ledger/engine/CompanyLocation.h"
+#include "ledger/engine/CompanyStore.h"
+#include "support/PostgresServer.h"
+#include "support/TestCompany.h"
+
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <gtest/gtest.h>
+
+namespace tillbook::test {
+namespace {
+
+const QString Company = QStringLiteral("SHOP1");
+const QString ClerkPassword = QStringLiteral("Clerk-Pw1");
+
+class ClerkLoginTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        if (!m_store.unavailableReason().isEmpty())
+            GTEST_SKIP() << "PostgreSQL is not available: " << m_store.unavailableReason().toStdString();
+        qputenv("TILLBOOK_TODAY", "2025-03-14");
+        const ToolResult created =
+            runTool({"create", Company, "--force", "--sample", "--customers", "5", "--documents", "30"});
+        ASSERT_EQ(created.exitCode, 0) << created.err.toStdString();
+        const ToolResult added = runTool({"user", Company, "CLERK", ClerkPassword});
+        ASSERT_EQ(added.exitCode, 0) << added.err.toStdString();
+    }
+    void TearDown() override {
+        qunsetenv("TILLBOOK_TODAY");
+        for (const QString& name : QSqlDatabase::connectionNames())
+            QSqlDatabase::removeDatabase(name);
+    }
+
+    // A connection straight to the company's database, as psql would make it.
+    static QSqlDatabase connectAs(const QString& login, const QString& password) {
+        const engine::CompanyLocation location = engine::locateCompany(Company);
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), login + password);
+        db.setHostName(location.host);
+        db.setPort(location.port);
+        db.setDatabaseName(location.database);
+        db.setUserName(login);
+        db.setPassword(password);
+        return db;
+    }
+    static QSqlDatabase clerk() {
+        QSqlDatabase db = connectAs(Company + QStringLiteral(".CLERK"), ClerkPassword);
+        EXPECT_TRUE(db.open()) << db.lastError().text().toStdString();
+        return db;
+    }
+    static ToolResult asClerk(QStringList arguments, const QByteArray& input = {}) {
+        return runTool(arguments << "--user"
+                                 << "CLERK"
+                                 << "--password" << ClerkPassword,
+                       input);
+    }
+
+    TestStore m_store{StoreKind::Postgres};
+};
+
+TEST_F(ClerkLoginTest, AClerksLoginReadsNoSecretAndChangesNothingButWhatTheTillsWrite) {
+    QSqlDatabase db = clerk();
+    QSqlQuery query(db);
+    for (const char* refused : {
+             "SELECT rolpassword FROM pg_authid",
+             "SELECT \"HASH\" FROM \"TB_USERS\"",
+             "UPDATE \"TB_USERS\" SET \"ADMIN\" = 1",
+             "UPDATE \"TB_AUDIT\" SET \"AMOUNT\" = 0",
+             "DELETE FROM \"TB_AUDIT\"",
+             "TRUNCATE \"TB_AUDIT\"",
+             "UPDATE \"GLAMF\" SET \"ACCTID\" = \"ACCTID\"",
+             "UPDATE \"CSFSC\" SET \"ACTIVE\" = 1",
+             "DROP TABLE \"ARBTA\"",
+             "ALTER TABLE \"ARCUS\" ADD COLUMN \"X\" INTEGER",
+             "CREATE TABLE \"X\" (\"A\" INTEGER)",
+             "DROP DATABASE tillbook_shop1",
+         })
+        EXPECT_FALSE(query.exec(QString::fromLatin1(refused))) << refused;
+    for (const char* allowed :
+         {"SELECT \"NAME\", \"ADMIN\" FROM \"TB_USERS\"", "UPDATE \"ARCUS\" SET \"NAMECUST\" = \"NAMECUST\"",
+          "INSERT INTO \"TB_AUDIT\" VALUES ('2000-01-01', 'ADMIN', 'by hand', '', 0, 0, 0)"})
+        EXPECT_TRUE(query.exec(QString::fromLatin1(allowed)))
+            << allowed << query.lastError().text().toStdString();
+    // A row added by hand is the clerk's, whoever it names.
+    ASSERT_TRUE(query.exec("SELECT \"WHO\", \"AT\" FROM \"TB_AUDIT\" WHERE \"WHAT\" = 'by hand'") &&
+                query.next());
+    EXPECT_EQ(query.value(0).toString(), "SHOP1.CLERK");
+    EXPECT_NE(query.value(1).toString(), "2000-01-01");
+    // The company keeps no password or hash of its users.
+    QSqlDatabase owner = connectAs(QStringLiteral("postgres"), QString());
+    ASSERT_TRUE(owner.open());
+    QSqlQuery secrets(owner);
+    ASSERT_TRUE(secrets.exec("SELECT COUNT(*) FROM \"TB_USERS\" WHERE \"HASH\" <> '' OR \"SALT\" <> ''") &&
+                secrets.next());
+    EXPECT_EQ(secrets.value(0).toInt(), 0);
+}
+
+TEST_F(ClerkLoginTest, TheServerChecksASignInAndTheLedgerSaysSoInItsOwnWords) {
+    for (const auto& [user, password] :
+         {std::pair{"CLERK", "clerk-pw1"}, std::pair{"NOBODY", "Clerk-Pw1"}, std::pair{"CLERK", ""}}) {
+        Session session;
+        try {
+            session.open(QString::fromLatin1(user), QString::fromLatin1(password), Company,
+                         QDate(2025, 3, 14));
+            ADD_FAILURE() << user << " signed in with " << password;
+        } catch (const LedgerError& e) {
+            EXPECT_TRUE(e.description().contains("user name or password is not correct")) << e.what();
+        }
+    }
+    EXPECT_FALSE(connectAs(Company + QStringLiteral(".CLERK"), QStringLiteral("wrong")).open());
+    Session session;
+    session.open(QStringLiteral("clerk"), ClerkPassword, Company, QDate(2025, 3, 14));
+    EXPECT_TRUE(session.isOpen());
+    // Another company's login does not reach this one.
+    ASSERT_EQ(runTool({"create", "SHOP2", "--force"}).exitCode, 0);
+    EXPECT_FALSE(connectAs(QStringLiteral("SHOP2.ADMIN"), QStringLiteral("ADMIN")).open());
+}
+
+TEST_F(ClerkLoginTest, AReceiptAndItsBatchChangedTogetherByAClerkShowInCheck) {
+    const ToolResult saved =
+        asClerk({"run", Company, "-"}, "open b AR0041\nopen h AR0042\ncompose b h\n"
+                                       "compose h b\nput-unverified b CODEPYMTYP CA\n"
+                                       "insert b\ninit h\nput h IDCUST 0001 AMTRMIT 100\n"
+                                       "insert h\n");
+    ASSERT_EQ(saved.exitCode, 0) << saved.out.toStdString();
+    ASSERT_EQ(asClerk({"post-batch", Company, "1"}).exitCode, 0);
+    ASSERT_EQ(asClerk({"check", Company}).exitCode, 0);
+    {
+        QSqlDatabase db = clerk();
+        QSqlQuery query(db);
+        for (const char* sql : {"UPDATE \"ARTCR\" SET \"AMTRMIT\" = 1000000, \"AMTRMITTC\" = 1000000, "
+                                "\"AMTRMITHC\" = 1000000, \"REMUNAPLTC\" = 1000000",
+                                "UPDATE \"ARBTA\" SET \"AMTENTER\" = 1000000"})
+            ASSERT_TRUE(query.exec(sql)) << sql;
+        EXPECT_FALSE(query.exec("UPDATE \"TB_AUDIT\" SET \"AMOUNT\" = 1000000"));
+        ASSERT_TRUE(query.exec("SELECT \"WHO\" FROM \"TB_AUDIT\" WHERE \"WHAT\" = 'batch posted'") &&
+                    query.next());
+        EXPECT_EQ(query.value(0).toString(), "SHOP1.CLERK");
+    }
+    const ToolResult checked = asClerk({"check", Company});
+    EXPECT_EQ(checked.exitCode, 1);
+    EXPECT_TRUE(checked.out.contains("its audit trail saved 1 of 100.000")) << checked.out.toStdString();
+}
+
+TEST_F(ClerkLoginTest, ReplacingACompanyTakesItsOwnerAndEndsTheLoginsOfTheOldOne) {
+    const QByteArray ownerUrl = qgetenv("TILLBOOK_LEDGER_URL");
+    qputenv(
+        "TILLBOOK_LEDGER_URL",
+        PostgresServer::shared().urlTemplateAs(Company + QStringLiteral(".CLERK"), ClerkPassword).toUtf8());
+    const ToolResult replaced = runTool({"create", Company, "--force"});
+    qputenv("TILLBOOK_LEDGER_URL", ownerUrl);
+    EXPECT_NE(replaced.exitCode, 0);
+    EXPECT_EQ(asClerk({"browse", Company, "AR0024", "--fields", "IDCUST"}).out.count("\r\n"), 6);
+
+    ASSERT_EQ(runTool({"create", Company, "--force"}).exitCode, 0);
+    EXPECT_FALSE(connectAs(Company + QStringLiteral(".CLERK"), ClerkPassword).open());
+    EXPECT_EQ(runTool({"check", Company}).exitCode, 0);
+}
+
+// A company made before its users had logins: its administrator's first `user` is checked against the
+// table's hash, and gives the company its roles and the user a login.
+TEST_F(ClerkLoginTest, ACompanyWhoseUsersHaveNoLoginsYetGetsThemFromItsAdministrator) {
+    {
+        QSqlDatabase owner = connectAs(QStringLiteral("postgres"), QString());
+        ASSERT_TRUE(owner.open());
+        QSqlQuery query(owner);
+        for (const char* sql : {"DROP OWNED BY \"tillbook_clerks_shop1\", \"tillbook_admins_shop1\"",
+                                "DROP ROLE \"SHOP1.ADMIN\"", "DROP ROLE \"SHOP1.CLERK\"",
+                                "DROP ROLE \"tillbook_admins_shop1\"", "DROP ROLE \"tillbook_clerks_shop1\""})
+            ASSERT_TRUE(query.exec(QString::fromLatin1(sql)))
+                << sql << query.lastError().text().toStdString();
+    }
+    engine::CompanyStore::open(Company)->setUserHash(QStringLiteral("ADMIN"),
+                                                     engine::PasswordHash::make(QStringLiteral("Old-Pw1")));
+    EXPECT_NE(runTool({"user", Company, "ADMIN", "New-Pw1", "--password", "wrong"}).exitCode, 0);
+    const ToolResult changed = runTool({"user", Company, "ADMIN", "New-Pw1", "--password", "Old-Pw1"});
+    ASSERT_EQ(changed.exitCode, 0) << changed.err.toStdString();
+    EXPECT_TRUE(connectAs(Company + QStringLiteral(".ADMIN"), QStringLiteral("New-Pw1")).open());
+    EXPECT_EQ(runTool({"check", Company, "--password", "New-Pw1"}).exitCode, 0);
+    EXPECT_FALSE(engine::CompanyStore::open(Company)->userHash(QStringLiteral("ADMIN"))->matches("Old-Pw1"));
+}
+
+} // namespace
+} // namespace tillbook::test
