@@ -1,5 +1,6 @@
 #include "ledger/engine/CompanyStore.h"
 #include "ledger/engine/PasswordHash.h"
+#include "ledger/engine/PostgresRoles.h"
 #include "ledger/engine/StoreFailure.h"
 #include "ledger/engine/Transaction.h"
 
