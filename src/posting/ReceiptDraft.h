@@ -30,7 +30,7 @@ struct ReceiptDraft {
     // The date field's text, kept only for a date that is no date: the ledger then refuses it quoting what
     // was typed.
     QString receiptDateTyped;
-    int fiscalYear = 0;
+    int fiscalYear = 0; // 0 when none is chosen
     int fiscalPeriod = 0;
 
     QString receiptNumber, payer, description; // as keyed, blanks and all
