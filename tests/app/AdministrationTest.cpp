@@ -214,6 +214,11 @@ private slots:
         QCOMPARE(stored(slot.arg("DB", database ? "2" : "1")), QString("SAMINC"));
         QCOMPARE(stored(slot.arg("Users/User", row)) + stored(slot.arg("Users/Password", row)),
                  QString("CLERKPW2"));
+        // Back on the sign-in window the lists are rebuilt: the database chosen, the new user listed.
+        login.form->activateWindow();
+        QTRY_VERIFY(login.cboUser->findText("CLERK") >= 0);
+        QCOMPARE(login.cboDatabase->count(), database ? 2 : 1);
+        QCOMPARE(login.cboDatabase->currentText(), QString("SAMINC"));
     }
 
     void theSignOnTestNeedsTheCompanyTheUserAndTheExactPassword() {

@@ -48,6 +48,13 @@ TEST(CodeConversions, HyphensBlanksAndReceiptTypes) {
     EXPECT_EQ(Get_ReceiptTypeIndex(0), 0);
 }
 
+// The marks of the application grid: a pending application shows as such.
+TEST(CodeConversions, MarksOfTheGrid) {
+    EXPECT_EQ(ApplyMarkText("X") + ApplyMarkText("Y") + ApplyMarkText("N") + ApplyMarkText("?"),
+              "PendYesNo?");
+    EXPECT_EQ(FullyPaidText("1") + FullyPaidText("0") + FullyPaidText("7"), "YesNo7");
+}
+
 TEST(CodeChecks, AgainstTheSampleCompany) {
     const test::Company company{test::CompanyBuilder().sample(5, 20)};
     const auto signedIn = company.signIn(QDate(2026, 3, 15));

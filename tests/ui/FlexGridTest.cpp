@@ -51,6 +51,25 @@ class FlexGridTest : public QObject {
     Q_OBJECT
 
 private slots:
+    void formatStringMarksAlignTheHeaderAndClearKeepsTheShape() {
+        FlexGrid grid;
+        grid.setRows(3);
+        grid.setTextMatrix(1, 0, "x");
+        grid.setFormatString("^Apply |<Left|>Right|plain|"); // a trailing "|" is one more, empty column
+        QCOMPARE(grid.Cols(), 5);
+        QCOMPARE(grid.TextMatrix(0, 0) + grid.TextMatrix(0, 2) + grid.TextMatrix(1, 0),
+                 QString("Apply Rightx"));
+        const auto headerAlignment = [&grid](int col) {
+            return grid.model()->headerData(col, Qt::Horizontal, Qt::TextAlignmentRole).toInt();
+        };
+        QCOMPARE(headerAlignment(0), int(Qt::AlignCenter));
+        QCOMPARE(headerAlignment(2), int(Qt::AlignRight | Qt::AlignVCenter));
+        QCOMPARE(headerAlignment(3), int(Qt::AlignLeft | Qt::AlignVCenter));
+        grid.Clear();
+        QCOMPARE(grid.TextMatrix(0, 0) + grid.TextMatrix(1, 0), QString());
+        QCOMPARE(QPoint(grid.Rows(), grid.Cols()), QPoint(3, 5));
+    }
+
     void rowsAndColsGrowAndShrinkKeepingText() {
         FlexGrid grid;
         QCOMPARE(QPoint(grid.Rows(), grid.Cols()), QPoint(2, 2));
