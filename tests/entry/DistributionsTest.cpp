@@ -5,7 +5,6 @@
 #include "fetching/FinderRecords.h"
 #include "support/ExpectBox.h"
 #include "support/FinderAnswers.h"
-#include "support/Grab.h"
 #include "support/ReceiptWindow.h"
 #include "support/SampleCompany.h"
 
@@ -82,17 +81,12 @@ private slots:
         QVERIFY(!window->enabled("cmdDist") && !window->enabled("cmdAccount"));
         startMisc("100.00");
         QCOMPARE(Desk().DistLines, 1);
-        QCOMPARE(grid()->Cols(), 5);
-        QCOMPARE(cell(0, 2), QString("    Amount         "));
         QCOMPARE(cell(1, 2), QString("0.00"));
         QCOMPARE(grid()->Row(), 1);
-        QCOMPARE(grid()->Col(), 0);
         QCOMPARE(window->text("txtReceiptNum"), QString("0012-003-20260315"));
         QVERIFY(window->enabled("cmdDist") && window->enabled("cmdAccount") && window->enabled("cmdSave"));
-        QVERIFY(test::control<QAction>(window->form, "mnuFileSave")->isEnabled());
-        QVERIFY(Desk().EntryDirty);
+        QVERIFY(test::control<QAction>(window->form, "mnuFileSave")->isEnabled() && Desk().EntryDirty);
         expectEditorOverCurrentCell();
-        QVERIFY(editor()->hasFocus());
 
         // No line after a line whose amount is still zero.
         window->form->cmdNewInvoice_Click();
@@ -113,7 +107,6 @@ private slots:
         key(Qt::Key_Right);
         QCOMPARE(grid()->Col(), 4);
         expectEditorOverCurrentCell();
-        test::grabToPng(window->form, "frmCR-misc-editor-last-column");
         key(Qt::Key_Tab);
         QCOMPARE(grid()->Col(), 3);
         QVERIFY(editor()->hasFocus());
@@ -173,19 +166,15 @@ private slots:
         key(Qt::Key_Left);
         QCOMPARE(grid()->Col(), 1);
         QCOMPARE(window->text("txtDistribution"), QString("76.54"));
-    }
 
-    void theAmountBeingKeyedIsCheckedBeforeALineIsAdded() {
-        test::ExpectBox answers;
-        startMisc("50.00");
-        keyLine("RETAIL", "4100100", "20");
-        key(Qt::Key_Left);
-        editor()->setText("60");
+        // The amount being keyed is checked before a line is added.
+        key(Qt::Key_Right);
+        editor()->setText("900");
         window->form->cmdNewInvoice_Click();
-        QCOMPARE(answers.asked.size(), 1);
-        QCOMPARE(Desk().DistLines, 1);
-        QCOMPARE(cell(1, 2), QString("0.00"));
-        QCOMPARE(window->text("txtDistribution"), QString("50.00"));
+        QCOMPARE(answers.asked.size(), 2);
+        QCOMPARE(Desk().DistLines, 2);
+        QCOMPARE(cell(2, 2), QString("0.00"));
+        QCOMPARE(window->text("txtDistribution"), QString("876.54"));
     }
 
     void codesAndAccountsAreCheckedAsTyped() {
@@ -202,9 +191,12 @@ private slots:
         }
         QVERIFY(answers(4, codeRefused, vbOKOnly + vbCritical, "Invalid Input"));
 
-        editor()->setText("RETAIL");
+        // A code typed by hand brings its revenue account.
+        editor()->setText("CONSLT");
         key(Qt::Key_Right);
         QCOMPARE(grid()->Col(), 1);
+        QCOMPARE(cell(1, 1), QString("4200100"));
+        QCOMPARE(editor()->text(), QString("4200100"));
         const QString accountRefused = "The Account number you entered is invalid.\nEnter the Account number "
                                        "again, or select one using thr finder.";
         for (const QString& account : QStringList{"4100 100", "4100-1", "999-9", ""}) {
@@ -293,19 +285,6 @@ private slots:
         QCOMPARE(grid()->Col(), 4);
         expectEditorOverCurrentCell();
         QCOMPARE(editor()->width(), grid()->CellWidth());
-        test::grabToPng(window->form, "frmCR-misc-editor-scrolled");
-    }
-
-    void aCodeTypedByHandBringsItsRevenueAccount() {
-        test::ExpectBox answers;
-        startMisc("100.00");
-        editor()->setText("CONSLT");
-        key(Qt::Key_Right);
-        QCOMPARE(cell(1, 1), QString("4200100"));
-        QCOMPARE(editor()->text(), QString("4200100"));
-        key(Qt::Key_Right);
-        QCOMPARE(grid()->Col(), 2);
-        QVERIFY(answers.none());
     }
 
     void aLineIsRemovedAndNewInvoiceFollowsWhatIsLeft() {
@@ -337,9 +316,7 @@ private slots:
     void theFinderPutsADistributionCodeAndItsRevenueAccountIntoTheLine() {
         startMisc("100.00");
         test::whenFinderShows([](frmFinder* finder) {
-            QCOMPARE(finder->windowTitle(), QString("Tillbook - Distribution Codes"));
             QCOMPARE(test::finderGrid(finder)->Rows(), 25);
-            test::grabToPng(finder, "frmFinder-distribution-codes");
             test::selectInFinder(finder, "CONSLT");
         });
         test::control<QPushButton>(window->form, "cmdDist")->click();
@@ -350,15 +327,11 @@ private slots:
         expectEditorOverCurrentCell();
         QCOMPARE(editor()->text(), QString("0.00"));
         QCOMPARE(editor()->selectedText(), QString("0.00"));
-        test::grabToPng(window->form, "frmCR-misc-editor-amount");
     }
 
     void theFinderPutsAnAccountIntoABlankLineOrThroughTheEditor() {
         startMisc("100.00");
         test::whenFinderShows([](frmFinder* finder) {
-            QCOMPARE(finder->windowTitle(), QString("Tillbook - GL Accounts"));
-            QCOMPARE(test::finderGrid(finder)->Cols(), 11);
-            test::grabToPng(finder, "frmFinder-gl-accounts");
             test::selectInFinder(finder, "4200-100-10");
         });
         window->form->cmdAccount_Click();
