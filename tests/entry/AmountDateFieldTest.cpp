@@ -22,21 +22,10 @@ class AmountDateFieldTest : public QObject {
     std::unique_ptr<test::ReceiptWindow> window;
     int beeps = 0;
 
-    // Tabs into a field, which selects its text, types the keys and tabs out when asked.
     QLineEdit* type(const char* name, const QString& keys, bool leave = true) {
-        window->form->activateWindow();
-        if (!QTest::qWaitForWindowActive(window->form))
-            qFatal("the receipt window does not become active");
-        QLineEdit* field = window->edit(name);
-        field->setFocus(Qt::TabFocusReason);
-        QTest::keyClicks(field, keys);
-        if (leave)
-            window->edit("txtEntDesc")->setFocus(Qt::TabFocusReason);
-        return field;
+        return window->type(name, keys, leave);
     }
-    bool saveEnabled() const {
-        return window->enabled("cmdSave") && test::control<QAction>(window->form, "mnuFileSave")->isEnabled();
-    }
+    bool saveEnabled() const { return window->saveEnabled(); }
     QDate headerDate() const { return Desk().ReceiptHeaderView->fields().item("DATERMIT").value().toDate(); }
 
 private slots:

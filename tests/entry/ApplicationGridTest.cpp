@@ -1,7 +1,6 @@
 // Applying a receipt in the grid of the receipt window: the figures of each application, the refusal when
 // nothing is left, unapplying in the middle, what the grid ignores, and the prepayment's pick.
 #include "entry/ReceiptDesk.h"
-#include "support/BankDialog.h"
 #include "support/ExpectBox.h"
 #include "support/ReceiptWindow.h"
 #include "support/SampleCompany.h"
@@ -20,21 +19,13 @@ class ApplicationGridTest : public QObject {
     std::unique_ptr<test::ReceiptWindow> window;
 
     FlexGrid* grid() const { return window->grid(); }
-    void dblClick(int row, int col) {
-        grid()->setRow(row);
-        grid()->setCol(col);
-        window->form->MSFlexGrid1_DblClick();
-    }
-    bool saveEnabled() const {
-        return window->enabled("cmdSave") && window->form->findChild<QAction*>("mnuFileSave")->isEnabled();
-    }
+    void dblClick(int row, int col) { window->dblClick(row, col); }
+    bool saveEnabled() const { return window->saveEnabled(); }
 
     // A new entry in a new batch with the first customer chosen in the given mode and the documents searched.
     void startEntry(int mode) {
         QVERIFY(window->open());
-        test::answerBankDialog(0);
-        window->form->cmdNewBatch_Click();
-        window->form->cmdNewEntry_Click();
+        window->newBatchAndEntry();
         window->combo("cboTransType")->setListIndex(mode);
         window->combo("cboCustomers")->setListIndex(0);
         if (mode == 0)

@@ -331,9 +331,7 @@ private slots:
 
     void theFinderPutsAnAccountIntoABlankLineOrThroughTheEditor() {
         startMisc("100.00");
-        test::whenFinderShows([](frmFinder* finder) {
-            test::selectInFinder(finder, "4200-100-10");
-        });
+        test::whenFinderShows([](frmFinder* finder) { test::selectInFinder(finder, "4200-100-10"); });
         window->form->cmdAccount_Click();
         QCOMPARE(Desk().FinderKind, 2);
         QCOMPARE(cell(1, 0), QString());

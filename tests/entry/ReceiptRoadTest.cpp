@@ -28,20 +28,8 @@ class ReceiptRoadTest : public QObject {
     std::unique_ptr<test::ReceiptWindow> window;
 
     QPushButton* button(const char* name) const { return test::control<QPushButton>(window->form, name); }
-    void type(const char* name, const QString& keys) {
-        window->form->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(window->form));
-        QLineEdit* field = window->edit(name);
-        field->setFocus(Qt::TabFocusReason);
-        field->selectAll();
-        QTest::keyClicks(field, keys);
-        window->edit("txtEntDesc")->setFocus(Qt::TabFocusReason);
-    }
-    void dblClick(int row, int col) {
-        window->grid()->setRow(row);
-        window->grid()->setCol(col);
-        window->form->MSFlexGrid1_DblClick();
-    }
+    void type(const char* name, const QString& keys) { window->type(name, keys); }
+    void dblClick(int row, int col) { window->dblClick(row, col); }
     void newBatchAndEntry() {
         QVERIFY(window->open());
         test::answerBankDialog(0);
