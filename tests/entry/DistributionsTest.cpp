@@ -313,7 +313,7 @@ private slots:
         QVERIFY(answers.none());
     }
 
-    void theFinderPutsADistributionCodeAndItsRevenueAccountIntoTheLine() {
+    void theFindersPutACodeWithItsRevenueAccountOrAnAccountIntoTheLine() {
         startMisc("100.00");
         test::whenFinderShows([](frmFinder* finder) {
             QCOMPARE(test::finderGrid(finder)->Rows(), 25);
@@ -325,35 +325,32 @@ private slots:
         QCOMPARE(cell(1, 1), QString("4200100"));
         QCOMPARE(grid()->Col(), 2);
         expectEditorOverCurrentCell();
-        QCOMPARE(editor()->text(), QString("0.00"));
         QCOMPARE(editor()->selectedText(), QString("0.00"));
-    }
 
-    void theFinderPutsAnAccountIntoABlankLineOrThroughTheEditor() {
-        startMisc("100.00");
-        test::whenFinderShows([](frmFinder* finder) { test::selectInFinder(finder, "4200-100-10"); });
-        window->form->cmdAccount_Click();
-        QCOMPARE(Desk().FinderKind, 2);
-        QCOMPARE(cell(1, 0), QString());
-        QCOMPARE(cell(1, 1), QString("4200-100-10"));
-        QCOMPARE(grid()->Col(), 2);
-
-        // A line with a code already: the account goes through the editor into its cell.
+        // A line with a code: the account goes through the editor into its cell; Cancel writes nothing.
         grid()->setCol(0);
         editor()->setText("RETAIL");
         test::whenFinderShows([](frmFinder* finder) { test::selectInFinder(finder, "4100-100"); });
         window->form->cmdAccount_Click();
+        QCOMPARE(Desk().FinderKind, 2);
         QCOMPARE(cell(1, 0), QString("RETAIL"));
         QCOMPARE(cell(1, 1), QString("4100-100"));
         QCOMPARE(grid()->Col(), 2);
-
-        // Cancel writes nothing.
         test::whenFinderShows([](frmFinder* finder) {
             test::finderGrid(finder)->setRow(3);
             test::control<QPushButton>(finder, "cmdCancel")->click();
         });
         window->form->cmdAccount_Click();
         QCOMPARE(cell(1, 1), QString("4100-100"));
+        QCOMPARE(grid()->Col(), 2);
+        // A blank line takes the account straight into its cell.
+        editor()->setText("10");
+        key(Qt::Key_Right);
+        window->form->cmdNewInvoice_Click();
+        test::whenFinderShows([](frmFinder* finder) { test::selectInFinder(finder, "4200-100-10"); });
+        window->form->cmdAccount_Click();
+        QCOMPARE(cell(2, 0), QString());
+        QCOMPARE(cell(2, 1), QString("4200-100-10"));
         QCOMPARE(grid()->Col(), 2);
     }
 
