@@ -19,8 +19,6 @@ class ApplicationGridTest : public QObject {
     std::unique_ptr<test::ReceiptWindow> window;
 
     FlexGrid* grid() const { return window->grid(); }
-    void dblClick(int row, int col) { window->dblClick(row, col); }
-    bool saveEnabled() const { return window->saveEnabled(); }
 
     // A new entry in a new batch with the first customer chosen in the given mode and the documents searched.
     void startEntry(int mode) {
@@ -54,11 +52,11 @@ private slots:
             grid()->setTextMatrix(row, 8, net);
         window->edit("txtAmount")->setText("250.00");
         window->edit("txtUnapplied")->setText("250.00");
-        QVERIFY(!saveEnabled());
+        QVERIFY(!window->saveEnabled());
         const QString middleMark = grid()->TextMatrix(2, 0);
-        dblClick(1, 0);
-        QVERIFY(saveEnabled() && Desk().EntryDirty);
-        dblClick(2, 0);
+        window->dblClick(1, 0);
+        QVERIFY(window->saveEnabled() && Desk().EntryDirty);
+        window->dblClick(2, 0);
         QCOMPARE(grid()->TextMatrix(1, 0), QString("Yes"));
         QVERIFY(grid()->CellBold(1, 0));
         for (const auto& [row, applied, net] : {std::tuple{1, "100.00", "0.00"}, {2, "150.00", "250.00"}}) {
@@ -69,37 +67,37 @@ private slots:
         {
             test::ExpectBox box;
             const QString before = grid()->TextMatrix(3, 0);
-            dblClick(3, 0);
+            window->dblClick(3, 0);
             QVERIFY(box(1, "The unapplied amount must be greater than $0.00.", vbOKOnly, "Invalid Entry"));
             QCOMPARE(grid()->TextMatrix(3, 0), before);
         }
         // Unapplying the second gives its net balance back as a plain number.
-        dblClick(2, 0);
+        window->dblClick(2, 0);
         QCOMPARE(grid()->TextMatrix(2, 8), QString("400"));
         QCOMPARE(grid()->TextMatrix(2, 4), QString("0.00"));
         QCOMPARE(window->text("txtUnapplied"), QString("150.00"));
-        QVERIFY(saveEnabled());
+        QVERIFY(window->saveEnabled());
         // Three applied, the middle one unapplied: the others keep their order.
-        dblClick(2, 0);
+        window->dblClick(2, 0);
         window->edit("txtUnapplied")->setText("1,000.00");
-        dblClick(3, 0);
-        dblClick(2, 0);
+        window->dblClick(3, 0);
+        window->dblClick(2, 0);
         QCOMPARE(Desk().ApplyKeys, (std::vector<int>{1, 3}));
         QCOMPARE(grid()->TextMatrix(2, 0), middleMark);
         QCOMPARE(grid()->TextMatrix(3, 0), QString("Yes"));
         QCOMPARE(window->text("txtUnapplied"), QString("1,140.00"));
-        dblClick(1, 0);
-        dblClick(3, 0);
+        window->dblClick(1, 0);
+        window->dblClick(3, 0);
         QCOMPARE(Desk().ApplyCount, 0);
         QVERIFY(!grid()->CellBold(1, 0));
-        QVERIFY(!saveEnabled() && !Desk().EntryDirty);
+        QVERIFY(!window->saveEnabled() && !Desk().EntryDirty);
 
         // Other columns, a row without a document and a locked entry ignore a double-click.
-        dblClick(1, 2);
+        window->dblClick(1, 2);
         grid()->setRows(grid()->Rows() + 1);
-        dblClick(grid()->Rows() - 1, 0);
+        window->dblClick(grid()->Rows() - 1, 0);
         window->form->Parts().entry.Lock_Entry();
-        dblClick(1, 0);
+        window->dblClick(1, 0);
         QCOMPARE(Desk().ApplyCount, 0);
     }
 
@@ -118,7 +116,7 @@ private slots:
         window->combo("cboCustomers")->setListIndex(1);
         QCOMPARE(Desk().ApplyCount, 0);
         QCOMPARE(window->text("txtUnapplied"), QString("1,000.00"));
-        QVERIFY(!saveEnabled());
+        QVERIFY(!window->saveEnabled());
         // The next customer's documents are shown from their first column.
         window->form->cmdSearch_Click();
         QCOMPARE(grid()->horizontalScrollBar()->value(), 0);
@@ -130,7 +128,7 @@ private slots:
         startEntry(0);
         window->edit("txtAmount")->setText("100.00");
         window->edit("txtUnapplied")->setText("100.00");
-        dblClick(1, 0);
+        window->dblClick(1, 0);
         test::AnswerMessageBoxes boxes(vbYes);
         window->combo("cboTransType")->setListIndex(2);
         QCOMPARE(boxes.asked.size(), 1); // the question only: no refusal
@@ -150,7 +148,7 @@ private slots:
         window->edit("txtAmount")->setText("50.00");
         window->edit("txtUnapplied")->setText("50.00");
         window->form->cmdSearch_Click();
-        dblClick(2, 0); // the first document is taken up by the first entry
+        window->dblClick(2, 0); // the first document is taken up by the first entry
         window->combo("cboEntry")->setListIndex(0);
         QCOMPARE(boxes.asked.size(), 2);
         QCOMPARE(window->text("txtBatchEntries"), QString("Entries:  2"));
@@ -163,18 +161,18 @@ private slots:
     void aPrepaymentPicksTheDocumentOnlyWithAnAmount() {
         startEntry(1);
         window->edit("txtAmount")->setText("");
-        dblClick(1, 0);
+        window->dblClick(1, 0);
         QVERIFY(window->text("txtPrePay").isEmpty());
         window->edit("txtAmount")->setText("0.00");
-        dblClick(1, 0);
+        window->dblClick(1, 0);
         QVERIFY(window->text("txtPrePay").isEmpty());
-        QVERIFY(!saveEnabled());
+        QVERIFY(!window->saveEnabled());
 
         window->edit("txtAmount")->setText("75.00");
-        dblClick(2, 0);
+        window->dblClick(2, 0);
         QCOMPARE(window->text("txtPrePay"), grid()->TextMatrix(2, 0));
         QVERIFY(!window->text("txtReceiptNum").isEmpty());
-        QVERIFY(saveEnabled());
+        QVERIFY(window->saveEnabled());
         QVERIFY(Desk().EntryDirty);
     }
 };

@@ -25,6 +25,10 @@ class DistributionsTest : public QObject {
     FlexGrid* grid() const { return window->grid(); }
     void key(Qt::Key k) { QTest::keyClick(editor(), k); }
     QString cell(int row, int col) const { return grid()->TextMatrix(row, col); }
+    void clickCell(int row, int col) {
+        QTest::mouseClick(grid()->viewport(), Qt::LeftButton, {},
+                          grid()->visualRect(grid()->model()->index(row, col)).center());
+    }
 
     // Misc. mode with a receipt amount and its first line started.
     void startMisc(const QString& amount) {
@@ -220,8 +224,7 @@ private slots:
         test::ExpectBox answers;
         startMisc("100.00");
         editor()->setText("NOSUCH");
-        QTest::mouseClick(grid()->viewport(), Qt::LeftButton, {},
-                          grid()->visualRect(grid()->model()->index(0, 3)).center());
+        clickCell(0, 3);
         QVERIFY(
             answers(1,
                     "The Distribution Code you entered is invalid.\nEnter the Distribution Code again, or "
@@ -233,16 +236,14 @@ private slots:
         expectEditorOverCurrentCell();
 
         editor()->setText("RETAIL");
-        QTest::mouseClick(grid()->viewport(), Qt::LeftButton, {},
-                          grid()->visualRect(grid()->model()->index(0, 2)).center());
+        clickCell(0, 2);
         QCOMPARE(answers.asked.size(), 1);
         QCOMPARE(grid()->Col(), 2);
         expectEditorOverCurrentCell();
 
         // An amount over the receipt, left by a click: refused, back on its cell, emptied.
         editor()->setText("100.01");
-        QTest::mouseClick(grid()->viewport(), Qt::LeftButton, {},
-                          grid()->visualRect(grid()->model()->index(0, 4)).center());
+        clickCell(0, 4);
         QCOMPARE(answers.asked.size(), 2);
         QCOMPARE(grid()->Col(), 2);
         QCOMPARE(editor()->text(), QString());
@@ -250,8 +251,7 @@ private slots:
         QCOMPARE(window->text("txtDistribution"), QString("100.00"));
 
         // A click below the lines leaves the editor on its line.
-        QTest::mouseClick(grid()->viewport(), Qt::LeftButton, {},
-                          grid()->visualRect(grid()->model()->index(3, 1)).center());
+        clickCell(3, 1);
         QCOMPARE(grid()->Row(), 1);
         QCOMPARE(grid()->Col(), 2);
         expectEditorOverCurrentCell();

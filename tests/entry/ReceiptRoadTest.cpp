@@ -28,8 +28,6 @@ class ReceiptRoadTest : public QObject {
     std::unique_ptr<test::ReceiptWindow> window;
 
     QPushButton* button(const char* name) const { return test::control<QPushButton>(window->form, name); }
-    void type(const char* name, const QString& keys) { window->type(name, keys); }
-    void dblClick(int row, int col) { window->dblClick(row, col); }
     void newBatchAndEntry() {
         QVERIFY(window->open());
         test::answerBankDialog(0);
@@ -105,7 +103,7 @@ private slots:
         newBatchAndEntry();
         window->combo("cboCustomers")->setListIndex(0);
         const QString customer = Desk().Customers[0].Id;
-        type("txtAmount", "1,000");
+        window->type("txtAmount", "1,000");
         QCOMPARE(window->text("txtAmount"), QString("1,000.00"));
         QVERIFY(button("cmdSearch")->isEnabled());
         button("cmdSearch")->click();
@@ -115,8 +113,8 @@ private slots:
         const QString second = window->grid()->TextMatrix(2, 2);
         const Money firstNet = Strip_Commas(window->grid()->TextMatrix(1, 8));
         const Money secondNet = Strip_Commas(window->grid()->TextMatrix(2, 8));
-        dblClick(1, 0);
-        dblClick(2, 0);
+        window->dblClick(1, 0);
+        window->dblClick(2, 0);
         QCOMPARE(Desk().ApplyCount, 2);
         const Money applied =
             Strip_Commas(window->grid()->TextMatrix(1, 4)) + Strip_Commas(window->grid()->TextMatrix(2, 4));
@@ -168,9 +166,9 @@ private slots:
         newBatchAndEntry();
         window->combo("cboTransType")->setListIndex(1);
         window->combo("cboCustomers")->setListIndex(0);
-        type("txtAmount", "1250");
+        window->type("txtAmount", "1250");
         const QString document = window->grid()->TextMatrix(1, 0);
-        dblClick(1, 0);
+        window->dblClick(1, 0);
         QCOMPARE(window->text("txtPrePay"), document);
         anotherTillSaves();
         anotherTillSaves();
@@ -242,9 +240,9 @@ private slots:
     void aFailedSaveUndoesTheApplicationsAndKeepsTheEntryNew() {
         newBatchAndEntry();
         window->combo("cboCustomers")->setListIndex(0);
-        type("txtAmount", "100");
+        window->type("txtAmount", "100");
         button("cmdSearch")->click();
-        dblClick(1, 0);
+        window->dblClick(1, 0);
         // Another till posts the batch meanwhile: the ledger refuses the entry.
         ErrorList elsewhere;
         engine::postBatch(*engine::CompanyStore::open(company->id()), elsewhere, Desk().CurrentBatch,
