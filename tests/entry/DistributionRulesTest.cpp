@@ -35,6 +35,12 @@ TEST(DistributionAmounts, WhatIsLeftLeavesOutTheLineItself) {
     EXPECT_EQ(Undistributed(cents(5000), amounts, 3), cents(-3149));
 }
 
+// The window shows the other three refusals as they are keyed.
+TEST(DistributionLines, AnAccountLeftByAClickIsRefusedWithTheFinderSpelledRight) {
+    EXPECT_EQ(InvalidAccountText(RefusedBy::Click), "The Account number you entered is invalid.\nEnter the "
+                                                    "Account number again, or select one using the finder.");
+}
+
 TEST(FinderTexts, StatusComparedWithZeroAsTextAndAccountsHyphenatedByLength) {
     for (const auto& [status, text] : std::vector<std::pair<QString, QString>>{{"1", "Active"},
                                                                                {"0", "Inactive"},

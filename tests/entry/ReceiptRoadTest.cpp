@@ -105,6 +105,7 @@ private slots:
         const QString customer = Desk().Customers[0].Id;
         window->type("txtAmount", "1,000");
         QCOMPARE(window->text("txtAmount"), QString("1,000.00"));
+        QCOMPARE(window->text("txtDate"), QString("03/15/2026"));
         QVERIFY(button("cmdSearch")->isEnabled());
         button("cmdSearch")->click();
         QCOMPARE(window->text("txtReceiptNum"),
@@ -222,7 +223,9 @@ private slots:
         QCOMPARE(window->text("txtEntDesc"), QString("Rent and a refund"));
         QCOMPARE(window->text("txtPayer"), QString("Counter"));
         QCOMPARE(window->combo("cboCustomers")->ListIndex(), -1);
+        QCOMPARE(window->text("txtAmount"), QString("1,150.00"));
         QCOMPARE(window->grid()->Cols(), 5);
+        QCOMPARE(window->grid()->Rows(), 10);
         QCOMPARE(window->grid()->Col(), 0);
         for (const auto& [row, col, text] :
              {std::tuple{1, 0, "RENTAL"}, {2, 1, "4100-100"}, {2, 2, "150"}, {3, 0, ""}})
