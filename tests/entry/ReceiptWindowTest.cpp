@@ -78,6 +78,8 @@ private slots:
             test::control<QAction>(window->form, menu)->trigger();
             const int mode = window->form->TransType();
             QCOMPARE(window->form->windowTitle(), titles[mode]);
+            QCOMPARE(window->grid()->Cols(), (std::array{20, 13, 5})[static_cast<size_t>(mode)]);
+            QCOMPARE(window->grid()->Rows(), 10);
             for (const auto& [name, inMode] : shown)
                 QVERIFY2(window->shown(name) == inMode[static_cast<size_t>(mode)], name);
         }
