@@ -11,31 +11,24 @@ namespace {
 Money m(const char* text) {
     return Strip_Commas(QString::fromLatin1(text));
 }
+// What is left of the receipt, what the document gets and what is left of it, as text.
+QStringList figures(const Application& a) {
+    return {FormatAmount(a.unapplied), FormatAmount(a.applied), FormatAmount(a.net)};
+}
 } // namespace
 
 TEST(ApplyRules, WholeAndPartialApplicationsAndTheirUndoing) {
     // Equality falls on the partial side with the same figures.
-    const Application equal = ApplyToDocument(m("100.00"), m("100.00"));
-    EXPECT_EQ(equal.unapplied, Money());
-    EXPECT_EQ(equal.applied, m("100"));
-    EXPECT_EQ(equal.net, Money());
-
+    EXPECT_EQ(figures(ApplyToDocument(m("100.00"), m("100.00"))), QStringList({"0.00", "100.00", "0.00"}));
     // 250.00 against 100.00 and then 400.00: the first is covered, the second takes what is left.
     const Application first = ApplyToDocument(m("250.00"), m("100.00"));
-    EXPECT_EQ(first.unapplied, m("150"));
-    EXPECT_EQ(first.applied, m("100"));
-    EXPECT_EQ(first.net, Money());
+    EXPECT_EQ(figures(first), QStringList({"150.00", "100.00", "0.00"}));
     const Application second = ApplyToDocument(first.unapplied, m("400.00"));
-    EXPECT_EQ(second.unapplied, Money());
-    EXPECT_EQ(second.applied, m("150"));
-    EXPECT_EQ(second.net, m("250"));
-
+    EXPECT_EQ(figures(second), QStringList({"0.00", "150.00", "250.00"}));
     const Application undone = UnapplyFromDocument(second.unapplied, second.applied, second.net);
-    EXPECT_EQ(undone.unapplied, m("150"));
-    EXPECT_EQ(undone.applied, Money());
+    EXPECT_EQ(figures(undone), QStringList({"150.00", "0.00", "400.00"}));
     EXPECT_EQ(FormatPlain(undone.net), "400");
     EXPECT_EQ(FormatPlain(m("1,234.50")), "1234.5");
-
     // Thousandths never drift: 0.1 + 0.2 applied is exactly 0.3.
     EXPECT_EQ(ApplyToDocument(m("0.30"), m("0.10")).unapplied, m("0.2"));
 }

@@ -5,7 +5,6 @@
 #include "ledger/LedgerError.h"
 #include "support/AnswerMessageBoxes.h"
 #include "support/BankDialog.h"
-#include "support/Grab.h"
 #include "support/ReceiptWindow.h"
 #include "support/SampleCompany.h"
 
@@ -50,7 +49,7 @@ private slots:
         company.reset();
     }
 
-    void aNewBatchGetsItsBankCodeAndIsListedAfterTheEarlierOnesTwice() {
+    void aNewBatchGetsItsBankCodeAndIsListedAfterTheEarlierOnesTwiceWithOneNewEntryAtATime() {
         openWindow();
         // A first batch, so that there are earlier batches to list again.
         QString shown;
@@ -66,16 +65,24 @@ private slots:
         QVERIFY(second.toInt() > first.toInt());
         QCOMPARE(batchItems(), (QStringList{first, first, second}));
         QCOMPARE(window->combo("cboBatch")->ListIndex(), 2);
-        QCOMPARE(window->combo("cboBatch")->currentText(), second);
         QCOMPARE(Desk().BatchListIndex, 2);
         QCOMPARE(window->text("txtBatchEntries"), QString("Entries:  0"));
         QCOMPARE(window->text("txtBatchTotal"), QString("Total:  0.00"));
-        QVERIFY(window->text("txtBank").startsWith("Bank Code:  "));
         QVERIFY(!Desk().BankCode.isEmpty());
         QCOMPARE(window->text("txtBank"), "Bank Code:  " + Desk().BankCode);
         QCOMPARE(Get_BatchBank(Desk(), second), Desk().BankCode);
         QCOMPARE(window->combo("cboEntry")->count(), 0);
-        QVERIFY(test::control<QPushButton>(window->form, "cmdNewEntry")->isEnabled());
+
+        // Only one new entry at a time stands at the end of the list.
+        window->form->cmdNewEntry_Click();
+        QCOMPARE(window->combo("cboEntry")->currentText(), QString("1"));
+        QCOMPARE(Desk().CurrentEntry, 1);
+        QVERIFY(!window->form->EntryLocked() && window->enabled("txtAmount"));
+        QCOMPARE(window->combo("cboTransType")->ListIndex(), 0);
+        test::control<QAction>(window->form, "mnuEntryNew")->trigger();
+        QCOMPARE(window->combo("cboEntry")->count(), 1);
+        QVERIFY(!window->enabled("cmdNewEntry"));
+        QVERIFY(!test::control<QAction>(window->form, "mnuEntryNew")->isEnabled());
     }
 
     void theRememberedBatchIsSelectedOnlyWhereItStillStands() {
@@ -83,49 +90,20 @@ private slots:
         answerBankDialog(0);
         window->form->cmdNewBatch_Click();
         const QString batch = QString::number(Desk().CurrentBatch);
-        window->close();
-
-        window->settings.set("Database1/BatchInfo/Batch", batch);
-        window->settings.set("Database1/BatchInfo/Index", "0");
-        openWindow();
-        QCOMPARE(window->combo("cboBatch")->currentText(), batch);
-        QCOMPARE(window->text("txtBatchEntries"), QString("Entries:  0"));
-        QCOMPARE(window->text("txtBatchTotal"), QString("Total:  0.00"));
-        QCOMPARE(window->combo("cboEntry")->ListIndex(), -1);
-        window->close();
-
-        // The list position now holds another batch: nothing is selected and the captions stand bare.
-        window->settings.set("Database1/BatchInfo/Batch", "999");
-        openWindow();
-        QCOMPARE(window->combo("cboBatch")->ListIndex(), -1);
-        QCOMPARE(window->text("txtBatchEntries"), QString("Entries:  "));
-        QCOMPARE(window->text("txtBatchTotal"), QString("Total:  "));
+        // Where the list position now holds another batch, or lies beyond the list, nothing is selected and
+        // the captions stand bare.
+        for (const auto& [remembered, index, selected] :
+             {std::tuple{batch, "0", 0}, {QString("999"), "0", -1}, {batch, "5", -1}}) {
+            window->close();
+            window->settings.set("Database1/BatchInfo/Batch", remembered);
+            window->settings.set("Database1/BatchInfo/Index", index);
+            openWindow();
+            QCOMPARE(window->combo("cboBatch")->ListIndex(), selected);
+            QCOMPARE(window->text("txtBatchEntries"), QString(selected < 0 ? "Entries:  " : "Entries:  0"));
+            QCOMPARE(window->text("txtBatchTotal"), QString(selected < 0 ? "Total:  " : "Total:  0.00"));
+            QCOMPARE(window->combo("cboEntry")->ListIndex(), -1);
+        }
         QCOMPARE(window->text("txtBank"), QString("Bank Code:  "));
-        window->close();
-
-        // A position beyond the list: the same.
-        window->settings.set("Database1/BatchInfo/Batch", batch);
-        window->settings.set("Database1/BatchInfo/Index", "5");
-        openWindow();
-        QCOMPARE(window->combo("cboBatch")->ListIndex(), -1);
-    }
-
-    void onlyOneNewEntryAtATimeStandsAtTheEndOfTheList() {
-        openWindow();
-        answerBankDialog(0);
-        window->form->cmdNewBatch_Click();
-        window->form->cmdNewEntry_Click();
-        QCOMPARE(window->combo("cboEntry")->count(), 1);
-        QCOMPARE(window->combo("cboEntry")->currentText(), QString("1"));
-        QCOMPARE(Desk().CurrentEntry, 1);
-        QVERIFY(!window->form->EntryLocked());
-        QVERIFY(test::control<QWidget>(window->form, "txtAmount")->isEnabled());
-        QCOMPARE(window->combo("cboTransType")->ListIndex(), 0);
-
-        test::control<QAction>(window->form, "mnuEntryNew")->trigger();
-        QCOMPARE(window->combo("cboEntry")->count(), 1);
-        QVERIFY(!test::control<QPushButton>(window->form, "cmdNewEntry")->isEnabled());
-        QVERIFY(!test::control<QAction>(window->form, "mnuEntryNew")->isEnabled());
     }
 
     void theMenusMoveOverTheListsAndStopAtTheirEnds() {
@@ -150,7 +128,6 @@ private slots:
         QVERIFY(info.contains("\nAddress: ") && info.contains("\n               ") &&
                 info.contains("\nPhone: "));
         QCOMPARE(window->text("txtPayer"), customers->currentText());
-        test::grabToPng(window->form, "frmCR-customer");
         // A saved entry on show keeps its customer.
         window->form->Parts().entry.Lock_Entry();
         test::control<QAction>(window->form, "mnuCustomerFirst")->trigger();
@@ -170,16 +147,13 @@ private slots:
         dialog.show();
         auto* ok = dialog.findChild<QPushButton*>("cmdOK");
         auto* banks = dialog.findChild<ComboBox*>("cboBank");
-        QCOMPARE(banks->count(), 2);
         QCOMPARE(banks->ListIndex(), -1);
         QVERIFY(!ok->isEnabled());
         dialog.reject(); // there is no cancel
         QVERIFY(dialog.isVisible());
 
         banks->setListIndex(0);
-        QVERIFY(ok->isEnabled());
         ok->click();
-        QCOMPARE(attempts, 1);
         QCOMPARE(answers.asked.size(), 1);
         QVERIFY(answers.asked[0].prompt.startsWith("The bank code TDOPER could not be written to batch 7."));
         QVERIFY(answers.asked[0].prompt.contains("Batch 7 is being changed by another till."));

@@ -1,6 +1,6 @@
-// The road of one receipt and one prepayment through the receipt window, as a clerk walks it on a sample
-// company: a new batch with its bank code, a new entry, the customer, the amount typed, the documents, Save;
-// then what the window shows and what the ledger holds.
+// The road of each kind of entry through the receipt window, as a clerk walks it on a sample company: a new
+// batch with its bank code, a new entry, the customer, the amount typed, the documents or the distribution
+// lines, Save; then what the window shows and what the ledger holds.
 #include "entry/ReceiptDesk.h"
 #include "fetching/CustomerList.h"
 #include "fetching/ReceiptRecall.h"
@@ -10,6 +10,7 @@
 #include "ledger/engine/BatchPosting.h"
 #include "support/AnswerMessageBoxes.h"
 #include "support/BankDialog.h"
+#include "support/FinderAnswers.h"
 #include "support/LedgerRecords.h"
 #include "support/ReceiptWindow.h"
 #include "support/SampleCompany.h"
@@ -27,20 +28,6 @@ class ReceiptRoadTest : public QObject {
     std::unique_ptr<test::ReceiptWindow> window;
 
     QPushButton* button(const char* name) const { return test::control<QPushButton>(window->form, name); }
-    void type(const char* name, const QString& keys) {
-        window->form->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(window->form));
-        QLineEdit* field = window->edit(name);
-        field->setFocus(Qt::TabFocusReason);
-        field->selectAll();
-        QTest::keyClicks(field, keys);
-        window->edit("txtEntDesc")->setFocus(Qt::TabFocusReason);
-    }
-    void dblClick(int row, int col) {
-        window->grid()->setRow(row);
-        window->grid()->setCol(col);
-        window->form->MSFlexGrid1_DblClick();
-    }
     void newBatchAndEntry() {
         QVERIFY(window->open());
         test::answerBankDialog(0);
@@ -55,7 +42,13 @@ class ReceiptRoadTest : public QObject {
     }
     std::vector<QStringList> entryRows(const QString& view, const QStringList& fields) {
         return test::ledgerRecords(
-            view, EntryFilter(QString::number(Desk().CurrentBatch), QStringLiteral("1")), fields);
+            view, EntryFilter(QString::number(Desk().CurrentBatch), QString::number(Desk().CurrentEntry)),
+            fields);
+    }
+    QLineEdit* editor() const { return window->edit("txtFloat"); }
+    void typeInLine(const QString& text) {
+        editor()->setText(text);
+        QTest::keyClick(editor(), Qt::Key_Right);
     }
     QStringList batchFigures() {
         return test::ledgerRecords(QStringLiteral("AR0041"),
@@ -110,8 +103,9 @@ private slots:
         newBatchAndEntry();
         window->combo("cboCustomers")->setListIndex(0);
         const QString customer = Desk().Customers[0].Id;
-        type("txtAmount", "1,000");
+        window->type("txtAmount", "1,000");
         QCOMPARE(window->text("txtAmount"), QString("1,000.00"));
+        QCOMPARE(window->text("txtDate"), QString("03/15/2026"));
         QVERIFY(button("cmdSearch")->isEnabled());
         button("cmdSearch")->click();
         QCOMPARE(window->text("txtReceiptNum"),
@@ -120,8 +114,8 @@ private slots:
         const QString second = window->grid()->TextMatrix(2, 2);
         const Money firstNet = Strip_Commas(window->grid()->TextMatrix(1, 8));
         const Money secondNet = Strip_Commas(window->grid()->TextMatrix(2, 8));
-        dblClick(1, 0);
-        dblClick(2, 0);
+        window->dblClick(1, 0);
+        window->dblClick(2, 0);
         QCOMPARE(Desk().ApplyCount, 2);
         const Money applied =
             Strip_Commas(window->grid()->TextMatrix(1, 4)) + Strip_Commas(window->grid()->TextMatrix(2, 4));
@@ -143,8 +137,8 @@ private slots:
         QVERIFY(window->form->EntryLocked() && !Desk().EntryDirty);
         QVERIFY(button("cmdPrint")->isEnabled() && !button("cmdSave")->isEnabled());
         QVERIFY(window->enabled("cmdNewEntry"));
-        for (const char* field : {"txtAmount", "txtDate", "txtEntDesc", "cboCustomers", "cboTransType", "txtPayer",
-                                  "cmdSearch"})
+        for (const char* field :
+             {"txtAmount", "txtDate", "txtEntDesc", "cboCustomers", "cboTransType", "txtPayer", "cmdSearch"})
             QVERIFY2(!window->enabled(field), field);
         QCOMPARE(window->text("txtAmount"), QString("1,000.00"));
         QCOMPARE(window->text("txtEntDesc"), QString("Cheque for two invoices"));
@@ -156,11 +150,9 @@ private slots:
             QCOMPARE(window->grid()->TextMatrix(row, 0), document);
 
         // The ledger: one header, its two applications, the batch's count and total.
-        const auto header = entryRows("AR0042", {"IDCUST", "AMTRMIT", "IDRMIT"});
-        QCOMPARE(header.size(), size_t(1));
-        QCOMPARE(header[0][0], customer);
-        QCOMPARE(ValMoney(header[0][1]), Money::fromWhole(1000));
-        QCOMPARE(header[0][2], window->text("txtReceiptNum"));
+        QCOMPARE(entryRows("AR0042", {"IDCUST", "AMTRMIT", "IDRMIT"}),
+                 (std::vector<QStringList>{
+                     {customer, Money::fromWhole(1000).toLedgerString(), window->text("txtReceiptNum")}}));
         const auto lines = entryRows("AR0044", {"IDINVC", "AMTPAYM"});
         QCOMPARE(lines.size(), size_t(2));
         QCOMPARE(lines[0][0], first);
@@ -170,63 +162,90 @@ private slots:
         QVERIFY(boxes.asked.isEmpty());
     }
 
-    void aPrepaymentIsSavedWithItsDocumentAndTheGridHidden() {
+    // Other tills save into the batch meanwhile: the saved entry is still the one shown, found by its number.
+    void aPrepaymentIsSavedWithItsDocumentAndShownWhateverOtherTillsAdded() {
         newBatchAndEntry();
         window->combo("cboTransType")->setListIndex(1);
         window->combo("cboCustomers")->setListIndex(0);
-        type("txtAmount", "1250");
+        window->type("txtAmount", "1250");
         const QString document = window->grid()->TextMatrix(1, 0);
-        dblClick(1, 0);
+        window->dblClick(1, 0);
         QCOMPARE(window->text("txtPrePay"), document);
-
-        test::AnswerMessageBoxes boxes;
-        button("cmdSave")->click();
-        QVERIFY(window->form->LastPosting().PostOK);
-        QVERIFY(!window->grid()->isVisibleTo(window->form));
-        QCOMPARE(window->text("txtBatchEntries"), QString("Entries:  1"));
-        QCOMPARE(window->text("txtBatchTotal"), QString("Total:  1,250.00"));
-        QVERIFY(window->form->EntryLocked());
-        QCOMPARE(window->combo("cboTransType")->ListIndex(), 1);
-        QCOMPARE(window->form->windowTitle(), QString("Tillbook - PrePayment Entry"));
-        QCOMPARE(window->text("txtPrePay"), document);
-        QCOMPARE(window->text("txtPrePayDocNo"), QString("PP0000001"));
-        QCOMPARE(window->grid()->Cols(), 13);
-
-        const auto header = entryRows("AR0042", {"RMITTYPE", "AMTRMIT", "DOCNBR"});
-        QCOMPARE(header.size(), size_t(1));
-        QCOMPARE(header[0][0], QString("2"));
-        QCOMPARE(ValMoney(header[0][1]), Money::fromWhole(1250));
-        QCOMPARE(header[0][2], document);
-        QCOMPARE(batchFigures(), (QStringList{"1", Money::fromWhole(1250).toLedgerString()}));
-    }
-
-    void theSavedEntryIsShownByItsNumberWhateverOtherTillsAdded() {
-        newBatchAndEntry();
-        window->combo("cboTransType")->setListIndex(1);
-        window->combo("cboCustomers")->setListIndex(0);
-        type("txtAmount", "1250");
-        dblClick(1, 0);
         anotherTillSaves();
         anotherTillSaves();
 
         test::AnswerMessageBoxes boxes;
         button("cmdSave")->click();
         QVERIFY(window->form->LastPosting().PostOK);
+        QCOMPARE(window->text("txtBatchEntries"), QString("Entries:  3"));
+        QCOMPARE(window->text("txtBatchTotal"), QString("Total:  1,270.00"));
         QCOMPARE(window->combo("cboEntry")->count(), 3);
         QCOMPARE(window->combo("cboEntry")->ListIndex(), 2);
         QCOMPARE(Desk().CurrentEntry, 3);
-        QVERIFY(window->form->EntryLocked());
+        QVERIFY(window->form->EntryLocked() && !button("cmdSave")->isEnabled());
+        QVERIFY(!window->grid()->isVisibleTo(window->form));
         QCOMPARE(window->combo("cboTransType")->ListIndex(), 1);
         QCOMPARE(window->text("txtAmount"), QString("1,250.00"));
-        QVERIFY(!button("cmdSave")->isEnabled());
+        QCOMPARE(window->text("txtPrePay"), document);
+        QCOMPARE(window->text("txtPrePayDocNo"), QString("PP0000001"));
+        QCOMPARE(window->grid()->Cols(), 13);
+        QCOMPARE(entryRows("AR0042", {"RMITTYPE", "AMTRMIT", "DOCNBR"}),
+                 (std::vector<QStringList>{{"2", Money::fromWhole(1250).toLedgerString(), document}}));
+        QCOMPARE(batchFigures(), (QStringList{"3", Money::fromWhole(1270).toLedgerString()}));
+    }
+
+    void aMiscellaneousReceiptFromItsFirstLineToTheLedger() {
+        newBatchAndEntry();
+        window->form->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window->form));
+        window->combo("cboTransType")->setListIndex(2);
+        window->edit("txtEntDesc")->setText("Rent and a refund");
+        window->edit("txtPayer")->setText("Counter");
+        window->edit("txtAmount")->setFocus();
+        window->edit("txtAmount")->setText("1,150.00");
+        window->form->cmdNewInvoice_Click();
+        // Line 1: a distribution code from the finder; line 2: an account typed with hyphens.
+        test::whenFinderShows([](frmFinder* finder) { test::selectInFinder(finder, "RENTAL"); });
+        window->form->cmdDist_Click();
+        QCOMPARE(window->grid()->Col(), 2);
+        for (const char* text : {"1,000", "MAR-RENT"})
+            typeInLine(text);
+        editor()->setText("March rent");
+        window->form->cmdNewInvoice_Click();
+        for (const char* text : {"MISC", "4100-100", "150"})
+            typeInLine(text);
+        QCOMPARE(window->text("txtDistribution"), QString("0.00"));
+        button("cmdSave")->click();
+
+        QCOMPARE(window->text("txtBatchTotal"), QString("Total:  1,150.00"));
+        QVERIFY(window->form->EntryLocked() && button("cmdPrint")->isEnabled());
+        QCOMPARE(window->combo("cboTransType")->ListIndex(), 2);
+        QCOMPARE(window->text("txtEntDesc"), QString("Rent and a refund"));
+        QCOMPARE(window->text("txtPayer"), QString("Counter"));
+        QCOMPARE(window->combo("cboCustomers")->ListIndex(), -1);
+        QCOMPARE(window->text("txtAmount"), QString("1,150.00"));
+        QCOMPARE(window->grid()->Cols(), 5);
+        QCOMPARE(window->grid()->Rows(), 10);
+        QCOMPARE(window->grid()->Col(), 0);
+        for (const auto& [row, col, text] :
+             {std::tuple{1, 0, "RENTAL"}, {2, 1, "4100-100"}, {2, 2, "150"}, {3, 0, ""}})
+            QCOMPARE(window->grid()->TextMatrix(row, col), QString(text));
+        const auto money = [](int whole) { return Money::fromWhole(whole).toLedgerString(); };
+        QCOMPARE(entryRows("AR0042", {"RMITTYPE", "AMTRMIT", "TEXTRMIT", "IDRMIT", "IDCUST"}),
+                 (std::vector<QStringList>{
+                     {"5", money(1150), "Rent and a refund", window->text("txtReceiptNum"), ""}}));
+        QCOMPARE(entryRows("AR0043", {"IDDISTCODE", "IDACCT", "AMTDIST", "GLREF", "GLDESC"}),
+                 (std::vector<QStringList>{{"RENTAL", "4500", money(1000), "MAR-RENT", "March rent"},
+                                           {"MISC", "4100-100", money(150), "", ""}}));
+        QCOMPARE(batchFigures(), (QStringList{"1", money(1150)}));
     }
 
     void aFailedSaveUndoesTheApplicationsAndKeepsTheEntryNew() {
         newBatchAndEntry();
         window->combo("cboCustomers")->setListIndex(0);
-        type("txtAmount", "100");
+        window->type("txtAmount", "100");
         button("cmdSearch")->click();
-        dblClick(1, 0);
+        window->dblClick(1, 0);
         // Another till posts the batch meanwhile: the ledger refuses the entry.
         ErrorList elsewhere;
         engine::postBatch(*engine::CompanyStore::open(company->id()), elsewhere, Desk().CurrentBatch,

@@ -6,10 +6,12 @@
 #include "entry/ReceiptDesk.h"
 #include "entry/ReceiptWindowParts.h"
 #include "entry/frmCR.h"
+#include "support/BankDialog.h"
 #include "support/TempSettings.h"
 #include "ui/ComboBox.h"
 #include "ui/FlexGrid.h"
 
+#include <QAction>
 #include <QLineEdit>
 #include <QPointer>
 #include <QTest>
@@ -54,6 +56,34 @@ public:
     FlexGrid* grid() const { return control<FlexGrid>(form, "MSFlexGrid1"); }
     bool shown(const char* name) const { return control<QWidget>(form, name)->isVisibleTo(form); }
     bool enabled(const char* name) const { return control<QWidget>(form, name)->isEnabled(); }
+    bool saveEnabled() const {
+        return enabled("cmdSave") && control<QAction>(form, "mnuFileSave")->isEnabled();
+    }
+
+    // Tabs into a field, which selects its text, types the keys and, when asked, tabs out to the description.
+    QLineEdit* type(const char* name, const QString& keys, bool leave = true) {
+        form->activateWindow();
+        if (!QTest::qWaitForWindowActive(form))
+            qFatal("the receipt window does not become active");
+        QLineEdit* field = edit(name);
+        field->setFocus(Qt::TabFocusReason);
+        QTest::keyClicks(field, keys);
+        if (leave)
+            edit("txtEntDesc")->setFocus(Qt::TabFocusReason);
+        return field;
+    }
+    // Double-clicks the grid's cell.
+    void dblClick(int row, int col) {
+        grid()->setRow(row);
+        grid()->setCol(col);
+        form->MSFlexGrid1_DblClick();
+    }
+    // A new batch with the first bank code, and a new entry in it.
+    void newBatchAndEntry() {
+        answerBankDialog(0);
+        form->cmdNewBatch_Click();
+        form->cmdNewEntry_Click();
+    }
 
     TempSettings settings;
     QPointer<frmCR> form;
