@@ -81,29 +81,23 @@ TEST_P(PasswordTest, OlderHashesAreReplacedAtTheNextGoodSignIn) {
 
     EXPECT_FALSE(signIn(QStringLiteral("OLD"), QStringLiteral("secret1")));
     EXPECT_EQ(store->userHash(QStringLiteral("OLD"))->algorithm, PasswordHash::Algorithm::IteratedSha256);
-    EXPECT_TRUE(signIn(QStringLiteral("OLD"), QStringLiteral("Secret1")));
-    EXPECT_TRUE(signIn(QStringLiteral("CHEAP"), QStringLiteral("passwd")));
-    for (const char* user : {"OLD", "CHEAP"}) {
-        const PasswordHash now = *store->userHash(QString::fromLatin1(user));
-        EXPECT_EQ(now.algorithm, PasswordHash::Algorithm::Pbkdf2Sha256) << user;
-        EXPECT_EQ(now.rounds, PasswordHash::currentRounds());
-        EXPECT_FALSE(now.isOutdated());
+    for (int round = 0; round < 2; ++round) { // the second time, with the replaced hashes
+        EXPECT_TRUE(signIn(QStringLiteral("OLD"), QStringLiteral("Secret1")));
+        EXPECT_TRUE(signIn(QStringLiteral("CHEAP"), QStringLiteral("passwd")));
+        EXPECT_FALSE(signIn(QStringLiteral("CHEAP"), QStringLiteral("Passwd")));
+        for (const char* user : {"OLD", "CHEAP"}) {
+            const PasswordHash now = *store->userHash(QString::fromLatin1(user));
+            EXPECT_EQ(now.algorithm, PasswordHash::Algorithm::Pbkdf2Sha256) << user;
+            EXPECT_EQ(now.rounds, PasswordHash::currentRounds());
+        }
     }
-    EXPECT_TRUE(signIn(QStringLiteral("OLD"), QStringLiteral("Secret1")));
-    EXPECT_TRUE(signIn(QStringLiteral("CHEAP"), QStringLiteral("passwd")));
     EXPECT_FALSE(store->userHash(QStringLiteral("NOBODY")).has_value());
 }
 
-TEST(PasswordHashTest, TheStoredTextNamesItsAlgorithmAndCost) {
-    EXPECT_TRUE(PasswordHash::fromStored(QString(), 0, OneRoundHash).matches(QStringLiteral("passwd")));
+TEST(PasswordHashTest, AHashIsSaltedAndAnUnreadableOneMatchesNothing) {
     const PasswordHash made = PasswordHash::make(QStringLiteral("Secret1"));
-    EXPECT_TRUE(
-        made.storedHash().startsWith(QStringLiteral("pbkdf2-sha256$%1$").arg(PasswordHash::currentRounds())));
-    const PasswordHash back = PasswordHash::fromStored(made.storedSalt(), made.rounds, made.storedHash());
-    EXPECT_TRUE(back.matches(QStringLiteral("Secret1")));
-    EXPECT_FALSE(back.matches(QStringLiteral("secret1")));
-    EXPECT_FALSE(back.isOutdated());
-    EXPECT_NE(PasswordHash::make(QStringLiteral("Secret1")).storedHash(), made.storedHash()); // salted
+    EXPECT_NE(PasswordHash::make(QStringLiteral("Secret1")).storedHash(), made.storedHash());
+    EXPECT_FALSE(PasswordHash::fromStored(made.storedSalt(), made.rounds, made.storedHash()).isOutdated());
     for (const char* unreadable :
          {"pbkdf2-sha256$many$00$00", "pbkdf2-sha256$0$00$00", "pbkdf2-sha256$5", ""})
         EXPECT_FALSE(
@@ -112,37 +106,21 @@ TEST(PasswordHashTest, TheStoredTextNamesItsAlgorithmAndCost) {
     EXPECT_FALSE(PasswordHash::standIn().matches(QString()));
 }
 
-TEST(CompanyIdTest, ATooLongIdIsToldByItsLength) {
+TEST(CompanyIdTest, ABadIdOrLedgerAddressIsToldWithoutItsPassword) {
     const QString longId(33, u'A');
-    try {
-        engine::locateCompany(longId);
-        ADD_FAILURE() << "33 characters accepted";
-    } catch (const LedgerError& e) {
-        EXPECT_TRUE(e.description().contains("at most 32 characters")) << e.description().toStdString();
-        EXPECT_FALSE(e.description().contains("letters")) << e.description().toStdString();
-    }
+    const LedgerError tooLong =
+        expectFailure([&] { engine::locateCompany(longId); }, "at most 32 characters");
+    EXPECT_FALSE(tooLong.description().contains("letters"));
     EXPECT_NO_THROW(engine::locateCompany(longId.left(32)));
     EXPECT_THROW(engine::locateCompany(QStringLiteral("AB-C")), LedgerError);
-}
 
-TEST(CompanyIdTest, ABadLedgerAddressIsToldWithoutItsPassword) {
     const QByteArray saved = qgetenv("TILLBOOK_LEDGER_URL");
-    const struct {
-        const char* url;
-        const char* told;
-    } cases[] = {
-        {"postgresql://clerk:Hush42@db:99999/tillbook_{id}", "port (1 to 65535)"},
-        {"mysql://clerk:Hush42@db/tillbook_{id}", "not a postgresql:// address"},
-    };
-    for (const auto& c : cases) {
-        qputenv("TILLBOOK_LEDGER_URL", c.url);
-        try {
-            engine::locateCompany(QStringLiteral("SAMINC"));
-            ADD_FAILURE() << c.url << " accepted";
-        } catch (const LedgerError& e) {
-            EXPECT_TRUE(e.description().contains(c.told)) << e.description().toStdString();
-            EXPECT_FALSE(e.description().contains("Hush42")) << e.description().toStdString();
-        }
+    for (const auto& [url, told] :
+         {std::pair{"postgresql://clerk:Hush42@db:99999/tillbook_{id}", "port (1 to 65535)"},
+          std::pair{"mysql://clerk:Hush42@db/tillbook_{id}", "not a postgresql:// address"}}) {
+        qputenv("TILLBOOK_LEDGER_URL", url);
+        const LedgerError e = expectFailure([] { engine::locateCompany(QStringLiteral("SAMINC")); }, told);
+        EXPECT_FALSE(e.description().contains("Hush42")) << e.description().toStdString();
     }
     qputenv("TILLBOOK_LEDGER_URL", saved);
     if (saved.isEmpty())
@@ -157,13 +135,7 @@ TEST(CompanyFileTest, AnEmptyOrForeignFileIsNoCompanyAndIsLeftAlone) {
         ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
         file.write(content);
         file.close();
-        try {
-            CompanyStore::open(QStringLiteral("EMPTY"));
-            ADD_FAILURE() << "opened " << content.toStdString();
-        } catch (const LedgerError& e) {
-            EXPECT_TRUE(e.description().contains("is not a Tillbook company"))
-                << e.description().toStdString();
-        }
+        expectFailure([] { CompanyStore::open(QStringLiteral("EMPTY")); }, "is not a Tillbook company");
         Session session;
         EXPECT_THROW(session.open(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"), QStringLiteral("EMPTY"),
                                   QDate(2025, 3, 14)),
@@ -180,9 +152,8 @@ TEST(CompanyFileTest, TheCompanyAndItsLogFilesAreTheOwnersOnly) {
     umask(previous);
     const QString path = company->location().sqlitePath;
     for (const QString& file : {path, path + QStringLiteral("-wal"), path + QStringLiteral("-shm")}) {
-        ASSERT_TRUE(QFileInfo::exists(file)) << file.toStdString();
         struct stat info {};
-        ASSERT_EQ(stat(QFile::encodeName(file).constData(), &info), 0);
+        ASSERT_EQ(stat(QFile::encodeName(file).constData(), &info), 0) << file.toStdString();
         EXPECT_EQ(info.st_mode & 0777, 0600u) << file.toStdString();
     }
 }

@@ -13,34 +13,13 @@
 namespace tillbook::test {
 namespace {
 
-const QStringList Names = {"b",
-                           "C",
-                           "a",
-                           "Äpfel GmbH",
-                           "apple farm",
-                           "Apple Farm",
-                           "Öl & Co",
-                           "Orchard",
-                           "Zebra Traders",
-                           "smith hardware",
-                           "SMITH HARDWARE",
-                           "Smith-Hardware",
-                           "Café Noir",
-                           "cafe noir",
-                           "CAFE NOIR",
-                           "",
-                           " Leading",
-                           "O'Brien",
-                           "obrien",
-                           "Zoë",
-                           "Zoe",
-                           "10 Pins",
-                           "9 Lives",
-                           "Ñandú",
-                           "straße",
-                           "strasse",
-                           "Ærø Dairy",
-                           "aero dairy"};
+// Case, accents, punctuation, blanks, digits and ligatures, with a blank name among them.
+const QStringList Names =
+    QStringLiteral(
+        "b|C|a|Äpfel GmbH|apple farm|Apple Farm|Öl & Co|Orchard|Zebra Traders|smith hardware|"
+        "SMITH HARDWARE|Smith-Hardware|Café Noir|cafe noir|CAFE NOIR|| Leading|O'Brien|obrien|Zoë|Zoe|"
+        "10 Pins|9 Lives|Ñandú|straße|strasse|Ærø Dairy|aero dairy")
+        .split(u'|');
 
 QCollator listCollator() {
     QCollator collator(QLocale(QLocale::English, QLocale::UnitedStates));
@@ -114,11 +93,6 @@ TEST_P(NameOrderTest, TheListComesInNameOrderWithItsFields) {
             EXPECT_LE(collator.compare(rows.text(r - 1, 0), row[0]), 0) << "row " << r;
         }
     }
-    // The blank name first, then blanks, digits, then "a" and the renamed customer.
-    EXPECT_EQ(rows.text(0, 0), "");
-    EXPECT_EQ(rows.text(1, 0), " Leading");
-    EXPECT_EQ(rows.text(4, 0), "a");
-    EXPECT_EQ(rows.text(5, 0), "Aaron's Mill");
 }
 
 TEST_P(NameOrderTest, OnlyTextIsReadAndAFailedBrowseReadsNothing) {
