@@ -22,9 +22,9 @@ void addAdmin(CompanyStore& store) {
     store.setUser(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"));
 }
 
-using CompanyCreationTest = EngineTest;
+using CompanyTest = EngineTest;
 
-TEST_P(CompanyCreationTest, AFailedCreationLeavesNoCompanyAndTheOldOneAsItWas) {
+TEST_P(CompanyTest, AFailedCreationLeavesNoCompanyAndTheOldOneAsItWas) {
     const auto failHalfway = [](CompanyStore& store) {
         addAdmin(store);
         throw engine::storeFailure(QStringLiteral("stopped halfway"));
@@ -47,8 +47,6 @@ TEST_P(CompanyCreationTest, AFailedCreationLeavesNoCompanyAndTheOldOneAsItWas) {
     }
 }
 
-using PasswordTest = EngineTest;
-
 // PBKDF2-HMAC-SHA256 of "passwd" with salt "salt" and one round (RFC 7914's test vector, first 32 bytes).
 const QString OneRoundHash = QStringLiteral(
     "pbkdf2-sha256$1$73616c74$55ac046e56e3089fec1691c22544b605f94185216dde0465e68b9d57c20dacbc");
@@ -65,7 +63,7 @@ PasswordHash iteratedSha256(const QByteArray& salt, const QString& password, int
     return old;
 }
 
-TEST_P(PasswordTest, OlderHashesAreReplacedAtTheNextGoodSignIn) {
+TEST_P(CompanyTest, OlderHashesAreReplacedAtTheNextGoodSignIn) {
     auto store = CompanyStore::open(m_id);
     store->setUserHash(QStringLiteral("OLD"),
                        iteratedSha256("0123456789abcdef", QStringLiteral("Secret1"), 20));
@@ -95,9 +93,7 @@ TEST_P(PasswordTest, OlderHashesAreReplacedAtTheNextGoodSignIn) {
 }
 
 TEST(PasswordHashTest, AHashIsSaltedAndAnUnreadableOneMatchesNothing) {
-    const PasswordHash made = PasswordHash::make(QStringLiteral("Secret1"));
-    EXPECT_NE(PasswordHash::make(QStringLiteral("Secret1")).storedHash(), made.storedHash());
-    EXPECT_FALSE(PasswordHash::fromStored(made.storedSalt(), made.rounds, made.storedHash()).isOutdated());
+    EXPECT_NE(PasswordHash::make("Secret1").storedHash(), PasswordHash::make("Secret1").storedHash());
     for (const char* unreadable :
          {"pbkdf2-sha256$many$00$00", "pbkdf2-sha256$0$00$00", "pbkdf2-sha256$5", ""})
         EXPECT_FALSE(
@@ -136,10 +132,6 @@ TEST(CompanyFileTest, AnEmptyOrForeignFileIsNoCompanyAndIsLeftAlone) {
         file.write(content);
         file.close();
         expectFailure([] { CompanyStore::open(QStringLiteral("EMPTY")); }, "is not a Tillbook company");
-        Session session;
-        EXPECT_THROW(session.open(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"), QStringLiteral("EMPTY"),
-                                  QDate(2025, 3, 14)),
-                     LedgerError);
         EXPECT_EQ(QFileInfo(path).size(), content.size());
     }
 }
@@ -159,7 +151,7 @@ TEST(CompanyFileTest, TheCompanyAndItsLogFilesAreTheOwnersOnly) {
 }
 
 // A company made before a field was added to its view gets the field's column when this program opens it.
-TEST_P(CompanyCreationTest, AnOlderCompanyGetsTheColumnsOfNewFields) {
+TEST_P(CompanyTest, AnOlderCompanyGetsTheColumnsOfNewFields) {
     for (const char* column : {"AUDTDATE", "AUDTTIME"})
         CompanyStore::open(m_id)->execute(
             QStringLiteral("ALTER TABLE \"ARTCR\" DROP COLUMN \"%1\"").arg(column));
@@ -168,7 +160,7 @@ TEST_P(CompanyCreationTest, AnOlderCompanyGetsTheColumnsOfNewFields) {
 }
 
 // Cells read in one block are the values a prepared statement gives, of the same types, read after read.
-TEST_P(CompanyCreationTest, CellsReadInOneBlockAreWhatAStatementGives) {
+TEST_P(CompanyTest, CellsReadInOneBlockAreWhatAStatementGives) {
     if (GetParam() != StoreKind::Sqlite)
         GTEST_SKIP() << "PostgreSQL reads through the statement itself";
     const auto store = CompanyStore::open(m_id);
@@ -194,8 +186,7 @@ TEST_P(CompanyCreationTest, CellsReadInOneBlockAreWhatAStatementGives) {
     }
 }
 
-TILLBOOK_ON_EACH_STORE(CompanyCreationTest);
-TILLBOOK_ON_EACH_STORE(PasswordTest);
+TILLBOOK_ON_EACH_STORE(CompanyTest);
 
 } // namespace
 } // namespace tillbook::test

@@ -34,17 +34,6 @@ TEST_P(SessionTest, CompanyIdComesFromTheProfile) {
     EXPECT_EQ(signIn()->companyId(), "SAMLTD");
 }
 
-TEST(LedgerNames, EveryConstantNamesAViewOrFieldOfTheSchemaAndOneThatDoesNotIsNamed) {
-    EXPECT_NO_THROW(checkLedgerNames());
-    const ViewName nowhere{"XX9999"};
-    EXPECT_EQ(
-        unknownLedgerNames({nowhere, names::Batches}, {{names::Batches, "CNTBTCH"},
-                                                       {names::Batches, "NOSUCH"},
-                                                       {nowhere, "IDCUST"},
-                                                       {names::Batches, "cntbtch"}}),
-        QStringList({"view XX9999", "field AR0041.NOSUCH", "field XX9999.IDCUST", "field AR0041.cntbtch"}));
-}
-
 TEST_P(SessionTest, AFieldConstantServesOnlyItsOwnView) {
     EXPECT_EQ(m_session->openView(names::Batches)->fields().item(names::BatchNumber).name(), "CNTBTCH");
     auto headers = m_session->openView(names::ReceiptHeaders);
