@@ -24,16 +24,6 @@ TEST_P(SessionTest, SignInFailuresSayWhatIsWrong) {
     EXPECT_EQ(session.sessionDate(), QDate(2025, 1, 1));
 }
 
-TEST_P(SessionTest, CompanyIdComesFromTheProfile) {
-    EXPECT_EQ(m_session->companyId(), m_id.toUpper()); // no profile yet: the database ID
-    auto profile = m_session->openView("CS0001", "CS");
-    profile->init();
-    profile->fields().item("ORGID").setValue("SAMLTD");
-    profile->fields().item("CONAME").setValue("Sample Company Ltd.");
-    profile->insert();
-    EXPECT_EQ(signIn()->companyId(), "SAMLTD");
-}
-
 TEST_P(SessionTest, AFieldConstantServesOnlyItsOwnView) {
     EXPECT_EQ(m_session->openView(names::Batches)->fields().item(names::BatchNumber).name(), "CNTBTCH");
     auto headers = m_session->openView(names::ReceiptHeaders);
