@@ -39,7 +39,7 @@ TEST_P(BrowseTest, PagesJoinInKeyOrderBothWaysAndFieldsNotReadBeforeAreStillTher
     EXPECT_EQ(fresh->fields().item("NAMECUST").value().toString(), "Customer 1099");
 }
 
-TEST_P(BrowseTest, FetchWithoutBrowseWalksEverythingAndReadFindsByKey) {
+TEST_P(BrowseTest, FetchWithoutBrowseWalksEverythingReadFindsByKeyAndOtherKeysOrderTheirWay) {
     addCustomers(3);
     auto customers = m_session->openView("AR0024", "AR");
     EXPECT_EQ(fetchAll(*customers), QStringList({"C0001", "C0002", "C0003"}));
@@ -48,14 +48,9 @@ TEST_P(BrowseTest, FetchWithoutBrowseWalksEverythingAndReadFindsByKey) {
     EXPECT_EQ(customers->fields().item("NAMECUST").value().toString(), "Customer 2");
     customers->fields().item("IDCUST").setValue("C0009");
     EXPECT_FALSE(customers->read());
-}
-
-TEST_P(BrowseTest, OtherKeysOrderTheirWay) {
-    addCustomers(30);
-    auto customers = m_session->openView("AR0024", "AR");
     customers->order(1); // short name, which runs the other way round
-    customers->browse("IDCUST <= \"C0003\"", true);
-    EXPECT_EQ(fetchAll(*customers), QStringList({"C0003", "C0002", "C0001"}));
+    customers->browse("IDCUST <= \"C0002\"", true);
+    EXPECT_EQ(fetchAll(*customers), QStringList({"C0002", "C0001"}));
     EXPECT_THROW(customers->order(99), LedgerError);
 }
 

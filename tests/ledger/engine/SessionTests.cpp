@@ -17,6 +17,7 @@ TEST_P(SessionTest, SignInFailuresSayWhatIsWrong) {
     const LedgerError password =
         expectFailure([&] { session.open("ADMIN", "admin", m_id, QDate(2025, 1, 1)); },
                       "user name or password is not correct");
+    EXPECT_EQ(password.description(), user.description());
     EXPECT_EQ(password.priority(), user.priority());
     EXPECT_FALSE(session.isOpen());
     EXPECT_EQ(session.errors().count(), 3);
