@@ -116,7 +116,7 @@ TEST(CompanyIdTest, ABadIdOrLedgerAddressIsToldWithoutItsPassword) {
         qunsetenv("TILLBOOK_LEDGER_URL");
 }
 
-TEST(CompanyFileTest, AnEmptyOrForeignFileIsNoCompanyAndIsLeftAlone) {
+TEST(CompanyFileTest, AnEmptyOrForeignFileIsNoCompanyAndACompanysFilesAreTheOwnersOnly) {
     TestStore store;
     const QString path = QDir(store.dataFolder()).filePath(QStringLiteral("EMPTY.sqlite"));
     for (const QByteArray& content : {QByteArray(), QByteArray("id,name\n1,Anna\n")}) {
@@ -127,16 +127,13 @@ TEST(CompanyFileTest, AnEmptyOrForeignFileIsNoCompanyAndIsLeftAlone) {
         expectFailure([] { CompanyStore::open(QStringLiteral("EMPTY")); }, "is not a Tillbook company");
         EXPECT_EQ(QFileInfo(path).size(), content.size());
     }
-}
-
-TEST(CompanyFileTest, TheCompanyAndItsLogFilesAreTheOwnersOnly) {
-    TestStore store;
+    // A company and its log files are the owner's only.
     const mode_t previous = umask(0); // anything made without explicit permissions would be open to all
     auto company = CompanyStore::create(QStringLiteral("PRIVATE"), false, addAdmin);
     company->setUser(QStringLiteral("CLERK"), QStringLiteral("Secret1")); // a write: the -wal and -shm
     umask(previous);
-    const QString path = company->location().sqlitePath;
-    for (const QString& file : {path, path + QStringLiteral("-wal"), path + QStringLiteral("-shm")}) {
+    const QString own = company->location().sqlitePath;
+    for (const QString& file : {own, own + QStringLiteral("-wal"), own + QStringLiteral("-shm")}) {
         struct stat info {};
         ASSERT_EQ(stat(QFile::encodeName(file).constData(), &info), 0) << file.toStdString();
         EXPECT_EQ(info.st_mode & 0777, 0600u) << file.toStdString();

@@ -25,6 +25,15 @@ TEST_P(SessionTest, SignInFailuresSayWhatIsWrong) {
     EXPECT_EQ(session.sessionDate(), QDate(2025, 1, 1));
 }
 
+// The ledger's names are checked at every sign-in; a constant the schema lacks is named, in its own case.
+TEST(LedgerNames, AConstantTheSchemaLacksIsNamed) {
+    const ViewName nowhere{"XX9999"};
+    EXPECT_EQ(
+        unknownLedgerNames({nowhere, names::Batches},
+                           {{names::Batches, "CNTBTCH"}, {nowhere, "IDCUST"}, {names::Batches, "cntbtch"}}),
+        QStringList({"view XX9999", "field XX9999.IDCUST", "field AR0041.cntbtch"}));
+}
+
 TEST_P(SessionTest, AFieldConstantServesOnlyItsOwnView) {
     EXPECT_EQ(m_session->openView(names::Batches)->fields().item(names::BatchNumber).name(), "CNTBTCH");
     auto headers = m_session->openView(names::ReceiptHeaders);
