@@ -1,85 +1,57 @@
 #include "EngineTestSupport.h"
-#include "ledger/LedgerError.h"
 
 namespace tillbook::test {
 namespace {
 
 using BrowseTest = EngineTest;
 
-QStringList fetchAll(View& view, const QString& field = QStringLiteral("IDCUST")) {
+QStringList fetchAll(View& view) {
     QStringList values;
     while (view.fetch())
-        values << view.fields().item(field).value().toString();
+        values << view.fields().item("IDCUST").value().toString();
     return values;
 }
 
-QStringList expectedCustomers(int count, bool (*keep)(int)) {
-    QStringList ids;
-    for (int i = 1; i <= count; ++i)
-        if (keep(i))
-            ids << customerNumber(i);
-    return ids;
-}
-
 // More customers than one page holds, so that pages join.
-constexpr int Customers = 1100;
-
-TEST_P(BrowseTest, FilterInKeyOrderBothWays) {
+TEST_P(BrowseTest, PagesJoinInKeyOrderBothWaysAndFieldsNotReadBeforeAreStillThere) {
+    constexpr int Customers = 1100;
     addCustomers(Customers);
     auto customers = m_session->openView("AR0024", "AR");
-    const QStringList open = expectedCustomers(Customers, [](int i) { return i % 3 != 0; });
-
+    QStringList open;
+    for (int i = 1; i <= Customers; ++i)
+        if (i % 3 != 0)
+            open << customerNumber(i);
     customers->browse("CNTOPENINV>0", true);
     EXPECT_EQ(fetchAll(*customers), open);
     EXPECT_FALSE(customers->fetch()); // stays at the end
-
-    QStringList reversed(open.rbegin(), open.rend());
     customers->browse("CNTOPENINV>0", false);
-    EXPECT_EQ(fetchAll(*customers), reversed);
-}
+    EXPECT_EQ(fetchAll(*customers), QStringList(open.rbegin(), open.rend()));
 
-TEST_P(BrowseTest, FetchWithoutBrowseWalksEverything) {
-    addCustomers(5);
-    auto customers = m_session->openView("AR0024", "AR");
-    EXPECT_EQ(fetchAll(*customers), expectedCustomers(5, [](int) { return true; }));
-}
-
-TEST_P(BrowseTest, FieldsNotReadBeforeAreStillThere) {
     // After the first page the view reads only the columns used so far; others come on demand.
-    addCustomers(Customers);
-    auto customers = m_session->openView("AR0024", "AR");
-    customers->browse("", true);
-    int seen = 0;
-    while (customers->fetch()) {
-        ++seen;
-        if (seen == 900) {
-            EXPECT_EQ(customers->fields().item("NAMECUST").value().toString(), "Customer 900");
-            EXPECT_EQ(customers->fields().item("AMTBALDUEH").value().toString(), "9009.000");
-        }
-    }
-    EXPECT_EQ(seen, Customers);
-    customers->browse("IDCUST >= \"C1099\"", true);
-    ASSERT_TRUE(customers->fetch());
-    EXPECT_EQ(customers->fields().item("NAMECUST").value().toString(), "Customer 1099");
+    auto fresh = m_session->openView("AR0024", "AR");
+    fresh->browse("", true);
+    for (int seen = 0; seen < 900; ++seen)
+        ASSERT_TRUE(fresh->fetch());
+    EXPECT_EQ(fresh->fields().item("NAMECUST").value().toString(), "Customer 900");
+    EXPECT_EQ(fresh->fields().item("AMTBALDUEH").value().toString(), "9009.000");
+    fresh->browse("IDCUST >= \"C1099\"", true);
+    ASSERT_TRUE(fresh->fetch());
+    EXPECT_EQ(fresh->fields().item("NAMECUST").value().toString(), "Customer 1099");
 }
 
-TEST_P(BrowseTest, OtherKeysOrderTheirWay) {
-    addCustomers(30);
-    auto customers = m_session->openView("AR0024", "AR");
-    customers->order(1); // short name, which runs the other way round
-    customers->browse("IDCUST <= \"C0003\"", true);
-    EXPECT_EQ(fetchAll(*customers), QStringList({"C0003", "C0002", "C0001"}));
-    EXPECT_THROW(customers->order(99), LedgerError);
-}
-
-TEST_P(BrowseTest, ReadFindsByKey) {
+TEST_P(BrowseTest, FetchWithoutBrowseWalksEverythingReadFindsByKeyAndOtherKeysOrderTheirWay) {
     addCustomers(3);
     auto customers = m_session->openView("AR0024", "AR");
+    EXPECT_EQ(fetchAll(*customers), QStringList({"C0001", "C0002", "C0003"}));
     customers->fields().item("IDCUST").setValue("C0002");
     ASSERT_TRUE(customers->read());
     EXPECT_EQ(customers->fields().item("NAMECUST").value().toString(), "Customer 2");
     customers->fields().item("IDCUST").setValue("C0009");
     EXPECT_FALSE(customers->read());
+    customers->order(1); // short name, which runs the other way round
+    customers->browse("IDCUST <= \"C0002\"", true);
+    EXPECT_EQ(fetchAll(*customers), QStringList({"C0002", "C0001"}));
+    EXPECT_THROW(customers->order(99), LedgerError);
 }
 
 TEST_P(BrowseTest, TextComparesCaseSensitively) {
@@ -94,20 +66,14 @@ TEST_P(BrowseTest, TextComparesCaseSensitively) {
     EXPECT_EQ(fetchAll(*customers), QStringList({"ABC", "Abd"}));
 }
 
-TEST_P(BrowseTest, BadFilterIsALedgerError) {
-    auto customers = m_session->openView("AR0024", "AR");
-    m_session->errors().clear();
-    EXPECT_THROW(customers->browse("CNTOPENINV >", true), LedgerError);
-    ASSERT_EQ(m_session->errors().count(), 1);
-    EXPECT_TRUE(m_session->errors().at(0).description.contains("CNTOPENINV"));
-}
-
-TEST_P(BrowseTest, AFailedBrowseSelectsNothing) {
+TEST_P(BrowseTest, AFailedBrowseIsListedAndSelectsNothing) {
     addCustomers(6);
     auto customers = m_session->openView("AR0024", "AR");
     customers->browse("CNTOPENINV>0", true);
     ASSERT_TRUE(customers->fetch());
-    EXPECT_THROW(customers->browse("CNTOPENINV >", true), LedgerError);
+    m_session->errors().clear();
+    expectFailure([&] { customers->browse("CNTOPENINV >", true); }, "CNTOPENINV");
+    EXPECT_EQ(m_session->errors().count(), 1);
     EXPECT_FALSE(customers->fetch()); // neither the rest of the earlier selection nor every record
 
     auto fresh = m_session->openView("AR0024", "AR");

@@ -2,6 +2,7 @@
 
 // A company per test, on each store: SQLite always, PostgreSQL when its server can run here.
 
+#include "ledger/LedgerError.h"
 #include "ledger/Session.h"
 #include "support/TestCompany.h"
 
@@ -26,6 +27,18 @@ protected:
 };
 
 QString customerNumber(int i);
+
+// Runs `operation`, expecting a LedgerError whose text contains `fragment`; returns the error.
+template <typename Op> LedgerError expectFailure(Op operation, const QString& fragment) {
+    try {
+        operation();
+    } catch (const LedgerError& e) {
+        EXPECT_TRUE(e.description().contains(fragment)) << e.description().toStdString();
+        return e;
+    }
+    ADD_FAILURE() << "no LedgerError for " << fragment.toStdString();
+    return LedgerError(QString());
+}
 
 // "SQLite" / "PostgreSQL" as the parameter's name.
 std::string storeParamName(const ::testing::TestParamInfo<StoreKind>& info);
