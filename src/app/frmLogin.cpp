@@ -77,6 +77,7 @@ void frmLogin::Form_Activate() {
         ui->mnuFilePassword->setChecked(info.savePassword);
         ui->txtPassword->setText(info.savedPassword);
         Load_DatabasesAndUsers();
+        m_listsRead = true;
         ui->txtPassword->setFocus(Qt::OtherFocusReason);
     } else {
         // The lists are always rebuilt from memory; selecting the database again also resets the user.
@@ -203,10 +204,14 @@ void frmLogin::mnuFilePassword_Click() {
 }
 
 void frmLogin::cmdExit_Click() {
-    Save_ConnectInfo(ui->cboDatabase->ListIndex(), ui->cboUser->ListIndex(), ui->mnuFilePassword->isChecked(),
-                     ui->txtPassword->text());
-    Save_DatabaseIDs(Desk());
-    Save_Users(Desk());
+    // A window closed before it was ever active has read nothing: saving its empty lists would erase the
+    // clerk's databases and users.
+    if (m_listsRead) {
+        Save_ConnectInfo(ui->cboDatabase->ListIndex(), ui->cboUser->ListIndex(),
+                         ui->mnuFilePassword->isChecked(), ui->txtPassword->text());
+        Save_DatabaseIDs(Desk());
+        Save_Users(Desk());
+    }
     close();
     QCoreApplication::quit();
 }

@@ -61,6 +61,8 @@ private:
     std::unique_ptr<Ui::frmLogin> ui;
     QPointer<frmNew> m_new; // the open new database/user dialog, one at a time
     bool m_initialised = false;
+    // The saved lists have been read: until then the window holds nothing that may be saved over them.
+    bool m_listsRead = false;
     QString m_typedPassword;
 };
 

@@ -175,6 +175,16 @@ private slots:
                          "Database1/Users/User10", "Database1/Users/Password1"}),
                  QString("1|2|False|||ADMIN"));
     }
+
+    void exitBeforeTheWindowWasEverActiveKeepsWhatIsSaved() {
+        storeTwoUsers("PW2", true);
+        const QStringList keys{"ConnectInfo/Database", "Database1/DB1", "Database1/Users/User1"};
+        const QString before = stored(keys);
+        auto* form = new frmLogin();
+        form->setAttribute(Qt::WA_DeleteOnClose);
+        form->cmdExit_Click();
+        QCOMPARE(stored(keys), before);
+    }
 };
 
 QTEST_MAIN(LoginTest)
