@@ -71,7 +71,40 @@ struct FieldName {
     TILLBOOK_FIELD(AccountNumber, Accounts, "ACCTID")                                                        \
     TILLBOOK_FIELD(FiscalYear, FiscalCalendar, "FSCYEAR")                                                    \
     TILLBOOK_FIELD(ProfilePeriods, CompanyProfile, "PERDFSC")                                                \
-    TILLBOOK_FIELD(BankCode, Banks, "BANK")
+    TILLBOOK_FIELD(BankCode, Banks, "BANK")                                                                  \
+    TILLBOOK_FIELD(BatchStatus, Batches, "BATCHSTAT")                                                        \
+    TILLBOOK_FIELD(ReceiptEntry, ReceiptHeaders, "CNTITEM")                                                  \
+    TILLBOOK_FIELD(ReceiptPaymentType, ReceiptHeaders, "CODEPYMTYP")                                         \
+    TILLBOOK_FIELD(ReceiptBank, ReceiptHeaders, "IDBANK")                                                    \
+    TILLBOOK_FIELD(ReceiptPostingDate, ReceiptHeaders, "DATEBUS")                                            \
+    TILLBOOK_FIELD(ReceiptEnteredBy, ReceiptHeaders, "ENTEREDBY")                                            \
+    TILLBOOK_FIELD(ReceiptAuditDate, ReceiptHeaders, "AUDTDATE")                                             \
+    TILLBOOK_FIELD(ReceiptAuditTime, ReceiptHeaders, "AUDTTIME")                                             \
+    TILLBOOK_FIELD(MiscPaymentCode, ReceiptMiscLines, "CODEPAYM")                                            \
+    TILLBOOK_FIELD(MiscDistributionCode, ReceiptMiscLines, "IDDISTCODE")                                     \
+    TILLBOOK_FIELD(MiscAccount, ReceiptMiscLines, "IDACCT")                                                  \
+    TILLBOOK_FIELD(MiscAmount, ReceiptMiscLines, "AMTDIST")                                                  \
+    TILLBOOK_FIELD(MiscReference, ReceiptMiscLines, "GLREF")                                                 \
+    TILLBOOK_FIELD(MiscDescription, ReceiptMiscLines, "GLDESC")                                              \
+    TILLBOOK_FIELD(DetailLine, ReceiptDetails, "CNTLINE")                                                    \
+    TILLBOOK_FIELD(DetailPaymentCode, ReceiptDetails, "CODEPAYM")                                            \
+    TILLBOOK_FIELD(DetailDescription, ReceiptDetails, "DESCINVC")                                            \
+    TILLBOOK_FIELD(DetailAmount, ReceiptDetails, "AMTPAYM")                                                  \
+    TILLBOOK_FIELD(DetailMatchingDocument, ReceiptDetails, "IDDOCMTCH")                                      \
+    TILLBOOK_FIELD(DetailSubPaymentCode, ReceiptDetailSubs, "CODEPAYM")                                      \
+    TILLBOOK_FIELD(PostPaymentType, ReceiptPost, "PAYMTYPE")                                                 \
+    TILLBOOK_FIELD(PostBatch, ReceiptPost, "CNTBTCH")                                                        \
+    TILLBOOK_FIELD(PostEntry, ReceiptPost, "CNTITEM")                                                        \
+    TILLBOOK_FIELD(PostAmount, ReceiptPost, "AMTRMIT")                                                       \
+    TILLBOOK_FIELD(PostApply, ReceiptPost, "APPLY")                                                          \
+    TILLBOOK_FIELD(CustomerCity, Customers, "NAMECITY")                                                      \
+    TILLBOOK_FIELD(CustomerState, Customers, "CODESTTE")                                                     \
+    TILLBOOK_FIELD(CustomerPostal, Customers, "CODEPSTL")                                                    \
+    TILLBOOK_FIELD(ProfileName, CompanyProfile, "CONAME")                                                    \
+    TILLBOOK_FIELD(ProfileAddress, CompanyProfile, "ADDR01")                                                 \
+    TILLBOOK_FIELD(ProfileCity, CompanyProfile, "CITY")                                                      \
+    TILLBOOK_FIELD(ProfileState, CompanyProfile, "STATE")                                                    \
+    TILLBOOK_FIELD(ProfilePostal, CompanyProfile, "POSTAL")
 
 namespace names {
 #define TILLBOOK_VIEW(constant, id) inline constexpr ViewName constant{id};
