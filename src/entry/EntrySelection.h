@@ -5,6 +5,7 @@
 // and a saved entry shown again, locked, as the ledger holds it.
 
 #include "entry/ReceiptForm.h"
+#include "ledger/LedgerNames.h"
 
 #include <QStringList>
 #include <functional>
@@ -54,8 +55,8 @@ public:
 private:
     void showBatchFigures(const QString& entries, const QString& total, const QString& bank);
     // Shows an entry's lines from a detail view in the grid, with the given column set.
-    void loadEntryLines(View& detailView, int cols, const QString& format, const QStringList& fields,
-                        int kind, const QString& what);
+    void loadEntryLines(View& detailView, int cols, const QString& format,
+                        const std::vector<FieldName>& fields, int kind, const QString& what);
 
     QWidget& m_window;
     Ui::frmCR& ui;

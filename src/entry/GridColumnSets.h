@@ -3,8 +3,11 @@
 // The column sets of the receipt window's grid: each set's format string (the blanks in a header set its
 // column's width and are kept exactly) and the ledger fields of its columns.
 
+#include "ledger/LedgerNames.h"
+
 #include <QString>
 #include <QStringList>
+#include <vector>
 
 namespace tillbook {
 
@@ -15,14 +18,26 @@ inline const QString ApplyGridFormat = QStringLiteral(
     "Total|^Pending Discount Amount|^Pending Adjustment Total|^PO Number |^Sales Order Number|^ Document "
     "Date |^ "
     "Due Date |^Discount Date |^ Payment Number");
-inline const QStringList ApplyGridFields = {
-    QStringLiteral("APPLY"),     QStringLiteral("DOCTYPE"),   QStringLiteral("IDINVC"),
-    QStringLiteral("PENDNGBAL"), QStringLiteral("AMTPAYM"),   QStringLiteral("OBSDISCAMT"),
-    QStringLiteral("DISCAMT"),   QStringLiteral("ADJAMT"),    QStringLiteral("AMTNET"),
-    QStringLiteral("AMTDUE"),    QStringLiteral("ORGDOCAMT"), QStringLiteral("PNDPAYTOT"),
-    QStringLiteral("PNDDSCTOT"), QStringLiteral("PNDADJTOT"), QStringLiteral("CUSTPO"),
-    QStringLiteral("STDOCSTR"),  QStringLiteral("DATEINVC"),  QStringLiteral("DATEDUE"),
-    QStringLiteral("DATEDISC"),  QStringLiteral("CNTPAYM")};
+inline const std::vector<FieldName> ApplyGridFields = {names::PostApply,
+                                                       names::PostDocumentType,
+                                                       names::PostDocument,
+                                                       names::PostPendingBalance,
+                                                       names::PostAppliedAmount,
+                                                       names::PostDiscountAvailable,
+                                                       names::PostDiscountTaken,
+                                                       names::PostAdjustment,
+                                                       names::PostNetBalance,
+                                                       names::PostCurrentBalance,
+                                                       names::PostOriginalAmount,
+                                                       names::PostPendingPayments,
+                                                       names::PostPendingDiscounts,
+                                                       names::PostPendingAdjustments,
+                                                       names::PostPurchaseOrder,
+                                                       names::PostSalesOrder,
+                                                       names::PostDocumentDate,
+                                                       names::PostDueDate,
+                                                       names::PostDiscountDate,
+                                                       names::PostPaymentNumber};
 
 // The customer's documents (prepayment mode).
 inline const QString CustomerDocumentsFormat = QStringLiteral(
@@ -31,30 +46,30 @@ inline const QString CustomerDocumentsFormat = QStringLiteral(
     "      Transaction Type           |^    Document Type   |^   Document Date   |^  Discount Date  |^  "
     "Cust. "
     "Currency Amount Due  |^  Cust. Currency Discount Amount  |^Fully Paid|^ Prepayment Number");
-inline const QStringList CustomerDocumentsFields = {
-    QStringLiteral("IDINVC"),     QStringLiteral("IDRMIT"),    QStringLiteral("IDORDERNBR"),
-    QStringLiteral("IDCUSTPO"),   QStringLiteral("DATEDUE"),   QStringLiteral("TRXTYPEID"),
-    QStringLiteral("TRXTYPETXT"), QStringLiteral("DATEINVC"),  QStringLiteral("DATEDISC"),
-    QStringLiteral("AMTDUETC"),   QStringLiteral("AMTDISCTC"), QStringLiteral("SWPAID"),
-    QStringLiteral("IDPREPAID")};
+inline const std::vector<FieldName> CustomerDocumentsFields = {
+    names::DocumentNumber,        names::DocumentReceiptNumber, names::DocumentSalesOrder,
+    names::DocumentPurchaseOrder, names::DocumentDueDate,       names::DocumentTransactionType,
+    names::DocumentTypeText,      names::DocumentDate,          names::DocumentDiscountDate,
+    names::DocumentAmountDue,     names::DocumentDiscountDue,   names::DocumentFullyPaid,
+    names::DocumentPrepayment};
 
 // Distribution lines (miscellaneous receipt mode).
 inline const QString DistributionFormat =
     QStringLiteral("^  Dist Code             |^         Account                    |^    Amount         |^   "
                    "           Reference "
                    "             |^              Description                  ");
-inline const QStringList DistributionFields = {QStringLiteral("IDDISTCODE"), QStringLiteral("IDACCT"),
-                                               QStringLiteral("AMTDIST"), QStringLiteral("GLREF"),
-                                               QStringLiteral("GLDESC")};
+inline const std::vector<FieldName> DistributionFields = {names::MiscDistributionCode, names::MiscAccount,
+                                                          names::MiscAmount, names::MiscReference,
+                                                          names::MiscDescription};
 
 // The applied documents of a saved receipt.
 inline const QString AppliedDocumentsFormat = QStringLiteral(
     "^ Document Number |^Payment Number|^ Net Balance |^ Current Balance |^Discount Available|^Applied "
     "Amount|^Discount Taken|^Adjustment Amount");
-inline const QStringList AppliedDocumentsFields = {QStringLiteral("IDINVC"),     QStringLiteral("CNTPAYM"),
-                                                   QStringLiteral("OBSNETBAL"),  QStringLiteral("OBSPAYMAMT"),
-                                                   QStringLiteral("OBSDISCAMT"), QStringLiteral("AMTPAYM"),
-                                                   QStringLiteral("AMTERNDISC"), QStringLiteral("AMTADJTOT")};
+inline const std::vector<FieldName> AppliedDocumentsFields = {
+    names::DetailDocument,       names::DetailPaymentNumber,     names::DetailNetBalance,
+    names::DetailCurrentBalance, names::DetailDiscountAvailable, names::DetailAmount,
+    names::DetailDiscountTaken,  names::DetailAdjustment};
 
 // The texts of coded values.
 QString ApplyMarkText(const QString& apply);      // "X" Pend, "Y" Yes, "N" No

@@ -71,7 +71,7 @@ void EntrySelection::Load_ReceiptLines(int receiptType) {
 }
 
 void EntrySelection::loadEntryLines(View& detailView, int cols, const QString& format,
-                                    const QStringList& fields, int kind, const QString& what) {
+                                    const std::vector<FieldName>& fields, int kind, const QString& what) {
     FlexGrid* grid = ui.MSFlexGrid1;
     grid->Clear();
     grid->setCols(cols);

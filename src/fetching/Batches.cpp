@@ -34,7 +34,7 @@ QString Count_BatchEntries(ReceiptViews& views, const QString& batchNumber) {
 QString Get_BatchTotal(ReceiptViews& views, const QString& batchNumber) {
     const QVariant total =
         batchField(views, QStringLiteral("CNTBTCH=") + batchNumber, names::BatchTotal).value();
-    const Money amount = total.canConvert<Money>() ? total.value<Money>() : ValMoney(total.toString());
+    const Money amount = total.canConvert<Money>() ? total.value<Money>() : Strip_Commas(total.toString());
     return FormatAmount(amount.roundedToCentsBankers());
 }
 

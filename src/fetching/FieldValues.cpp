@@ -13,7 +13,7 @@ template <typename Name> QString textOf(View& view, const Name& field) {
 
 template <typename Name> Money moneyOf(View& view, const Name& field) {
     const QVariant value = view.fields().item(field).value();
-    return value.canConvert<Money>() ? value.value<Money>() : ValMoney(value.toString());
+    return value.canConvert<Money>() ? value.value<Money>() : Strip_Commas(value.toString());
 }
 
 } // namespace

@@ -16,8 +16,8 @@ const QString FilterOpenReceiptBatches =
 
 } // namespace
 
-Warnings Read_OpenDocuments(ReceiptViews& views, const QString& customer, const QStringList& fields,
-                            const DocumentRowSink& row) {
+Warnings Read_OpenDocuments(ReceiptViews& views, const QString& customer,
+                            const std::vector<FieldName>& fields, const DocumentRowSink& row) {
     views.BatchView->browse(FilterOpenReceiptBatches, true);
     views.BatchView->fetch();
     views.ReceiptPostView->clear();
@@ -26,22 +26,20 @@ Warnings Read_OpenDocuments(ReceiptViews& views, const QString& customer, const 
     customerField.putWithoutVerification(customer);
     const Warnings warnings = views.ReceiptPostView->process();
     views.ReceiptPostView->order(0);
-    // Each field looked up once. The document type is the document's own (TRXTYPE): the receipt header's
-    // DOCTYPE would give every document the type of the receipt, or none.
+    // Each field looked up once.
     std::vector<Field*> sources;
     sources.reserve(size_t(fields.size()));
-    for (const QString& field : fields)
-        sources.push_back(&views.ReceiptPostView->fields().item(
-            field == u"DOCTYPE" ? names::PostDocumentType.text() : field));
+    for (const FieldName& field : fields)
+        sources.push_back(&views.ReceiptPostView->fields().item(field));
     for (int n = 1;; ++n) {
         key.putWithoutVerification(QString::number(n));
         if (!views.ReceiptPostView->read())
             return warnings;
         QStringList values;
-        values.reserve(fields.size());
-        for (qsizetype i = 0; i < fields.size(); ++i) {
+        values.reserve(qsizetype(fields.size()));
+        for (qsizetype i = 0; i < qsizetype(fields.size()); ++i) {
             const QString value = VariantText(sources[size_t(i)]->value());
-            if (fields[i] == u"APPLY" && (value == u"X" || value == u"N"))
+            if (fields[size_t(i)].text() == names::PostApply.text() && (value == u"X" || value == u"N"))
                 views.ReceiptHeaderView->clear();
             values << value;
         }
@@ -49,16 +47,16 @@ Warnings Read_OpenDocuments(ReceiptViews& views, const QString& customer, const 
     }
 }
 
-void Read_CustomerDocuments(ReceiptViews& views, const QString& customer, const QStringList& fields,
-                            const DocumentRowSink& row) {
+void Read_CustomerDocuments(ReceiptViews& views, const QString& customer,
+                            const std::vector<FieldName>& fields, const DocumentRowSink& row) {
     views.DocumentView->clear();
     views.DocumentView->browse(QStringLiteral("IDCUST =") + customer, true);
     while (views.DocumentView->fetch()) {
         if (!(FieldMoney(*views.DocumentView, names::DocumentAmountDue) > Money()))
             continue;
         QStringList values;
-        values.reserve(fields.size());
-        for (const QString& field : fields)
+        values.reserve(qsizetype(fields.size()));
+        for (const FieldName& field : fields)
             values << FieldText(*views.DocumentView, field);
         row(values);
     }

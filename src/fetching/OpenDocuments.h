@@ -4,6 +4,7 @@
 // views. Each row is handed over as soon as it is read, so that rows read before a failure are kept.
 
 #include "ledger/ErrorList.h"
+#include "ledger/LedgerNames.h"
 
 #include <QStringList>
 #include <functional>
@@ -15,15 +16,15 @@ struct ReceiptViews;
 using DocumentRowSink = std::function<void(const QStringList& values)>;
 
 // The customer's open documents from the open-document list (AR0061), numbered by CNTKEY from 1: the
-// values of `fields` in order, except that "DOCTYPE" is read from the receipt header view, which is cleared
-// first for a document whose APPLY is "X" or "N". Positions the batch family on an open receipt batch
-// first. Returns the warnings of building the list. Throws LedgerError.
-Warnings Read_OpenDocuments(ReceiptViews& views, const QString& customer, const QStringList& fields,
-                            const DocumentRowSink& row);
+// values of `fields` in order; the receipt header view is cleared for a document whose APPLY is "X" or "N".
+// Positions the batch family on an open receipt batch first. Returns the warnings of building the list.
+// Throws LedgerError.
+Warnings Read_OpenDocuments(ReceiptViews& views, const QString& customer,
+                            const std::vector<FieldName>& fields, const DocumentRowSink& row);
 
 // The customer's documents (AR0036) with an amount due above zero, the values of `fields` in order.
 // Throws LedgerError.
-void Read_CustomerDocuments(ReceiptViews& views, const QString& customer, const QStringList& fields,
-                            const DocumentRowSink& row);
+void Read_CustomerDocuments(ReceiptViews& views, const QString& customer,
+                            const std::vector<FieldName>& fields, const DocumentRowSink& row);
 
 } // namespace tillbook

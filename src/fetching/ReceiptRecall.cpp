@@ -8,12 +8,12 @@ namespace tillbook {
 
 namespace {
 
-std::vector<QStringList> readLines(View& view, const QString& filter, const QStringList& fields) {
+std::vector<QStringList> readLines(View& view, const QString& filter, const std::vector<FieldName>& fields) {
     std::vector<QStringList> lines;
     view.browse(filter, true);
     while (view.fetch()) {
         QStringList line;
-        for (const QString& field : fields)
+        for (const FieldName& field : fields)
             line << FieldText(view, field);
         lines.push_back(line);
     }
@@ -51,7 +51,7 @@ RecalledReceipt Read_Receipt(ReceiptViews& views, const QString& batch, const QS
 }
 
 std::vector<QStringList> Read_EntryLines(View& detailView, const QString& batch, const QString& entry,
-                                         const QStringList& fields) {
+                                         const std::vector<FieldName>& fields) {
     return readLines(detailView, EntryFilter(batch, entry), fields);
 }
 

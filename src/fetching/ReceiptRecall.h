@@ -2,6 +2,7 @@
 
 // Reads a saved receipt entry back from the kept receipt views, to show it on the receipt window.
 
+#include "ledger/LedgerNames.h"
 #include "ledger/Money.h"
 
 #include <QDate>
@@ -40,6 +41,6 @@ RecalledReceipt Read_Receipt(ReceiptViews& views, const QString& batch, const QS
 // The entry's lines in a detail view (applied documents or distribution lines), the named fields of each line
 // as text. Throws LedgerError.
 std::vector<QStringList> Read_EntryLines(View& detailView, const QString& batch, const QString& entry,
-                                         const QStringList& fields);
+                                         const std::vector<FieldName>& fields);
 
 } // namespace tillbook

@@ -2,7 +2,6 @@
 
 #include <QLocale>
 #include <QRegularExpression>
-#include <cmath>
 #include <limits>
 
 namespace tillbook {
@@ -33,14 +32,18 @@ QString numericPrefix(const QString& text) {
     return digits ? prefix : QString();
 }
 
-} // namespace
-
-double Val(const QString& text) {
-    const QString prefix = numericPrefix(text);
-    return prefix.isEmpty() ? 0.0 : prefix.toDouble();
+// Whether a number cut short before `rest` (the digits after the last one kept) goes up by one in the last
+// place kept: half to even, `kept` being the number as cut.
+bool roundsUp(const QString& rest, std::int64_t kept) {
+    if (rest.isEmpty())
+        return false;
+    const int first = rest[0].digitValue();
+    const bool tail = rest.mid(1).contains(QRegularExpression(QStringLiteral("[1-9]")));
+    return first > 5 || (first == 5 && (tail || kept % 2 != 0));
 }
 
-Money ValMoney(const QString& text) {
+// The numeric prefix read exactly, to the ledger's thousandths.
+Money prefixMoney(const QString& text) {
     QString prefix = numericPrefix(text);
     if (prefix.isEmpty())
         return {};
@@ -54,35 +57,39 @@ Money ValMoney(const QString& text) {
         return {};
     std::int64_t value = whole.isEmpty() ? 0 : whole.toLongLong() * Money::Scale;
     value += fraction.left(3).leftJustified(3, u'0').toLongLong();
-    // Decimals beyond the thousandth round half to even.
-    const QString rest = fraction.mid(3);
-    if (!rest.isEmpty()) {
-        const int first = rest[0].digitValue();
-        const bool tail = rest.mid(1).contains(QRegularExpression(QStringLiteral("[1-9]")));
-        if (first > 5 || (first == 5 && (tail || value % 2 != 0)))
-            ++value;
-    }
+    if (roundsUp(fraction.mid(3), value))
+        ++value;
     return Money::fromThousandths(negative ? -value : value);
 }
 
-std::optional<std::int16_t> toInt16(double value) {
-    if (!std::isfinite(value))
-        return std::nullopt;
-    const double rounded = std::nearbyint(value); // the default rounding mode is half to even
-    if (rounded < std::numeric_limits<std::int16_t>::min() ||
-        rounded > std::numeric_limits<std::int16_t>::max())
-        return std::nullopt;
-    return static_cast<std::int16_t>(rounded);
-}
+} // namespace
 
 std::int16_t Int16Of(const QString& text) {
-    return toInt16(Val(text)).value_or(0);
+    QString prefix = numericPrefix(text);
+    const bool negative = prefix.startsWith(u'-');
+    if (negative || prefix.startsWith(u'+'))
+        prefix.remove(0, 1);
+    const qsizetype point = prefix.indexOf(u'.');
+    const QString whole = point < 0 ? prefix : prefix.left(point);
+    std::int64_t value = 0;
+    for (const QChar digit : whole) {
+        value = value * 10 + digit.digitValue();
+        if (value > std::numeric_limits<std::int16_t>::max() + 1)
+            return 0;
+    }
+    if (point >= 0 && roundsUp(prefix.mid(point + 1), value))
+        ++value;
+    if (negative)
+        value = -value;
+    if (value < std::numeric_limits<std::int16_t>::min() || value > std::numeric_limits<std::int16_t>::max())
+        return 0;
+    return static_cast<std::int16_t>(value);
 }
 
 Money Strip_Commas(const QString& text) {
     QString kept = text;
     kept.remove(u',');
-    return ValMoney(kept);
+    return prefixMoney(kept);
 }
 
 QString FormatAmount(Money amount) {

@@ -13,19 +13,13 @@
 
 namespace tillbook {
 
-// The numeric prefix of a text, read leniently: leading blanks are skipped, then an optional sign, digits and
-// one decimal point. "12abc" is 12, "" and "abc" are 0, "1,250" is 1 (a comma ends the number).
-double Val(const QString& text);
-// The same prefix read exactly, to the ledger's thousandths (further decimals are rounded half to even).
-Money ValMoney(const QString& text);
-
-// A number rounded half to even to a 16-bit integer; out of range gives nothing.
-std::optional<std::int16_t> toInt16(double value);
-// The lenient reading of a stored number as a 16-bit integer: its numeric prefix rounded half to even,
-// 0 when there is none or when it does not fit.
+// The numeric prefix of a stored number (leading blanks skipped, then an optional sign, digits and one
+// decimal point) as a 16-bit integer, rounded half to even; 0 when there is none or when it does not fit.
+// "12abc" is 12, "2.5" is 2, "1,250" is 1 (a comma ends the number).
 std::int16_t Int16Of(const QString& text);
 
-// Removes every comma and returns the value of the rest, exactly: "1,2,3" is 123, "12abc" is 12, "" is 0.
+// Removes every comma and returns the value of the numeric prefix of the rest, exactly, to the ledger's
+// thousandths (further decimals round half to even): "1,2,3" is 123, "12abc" is 12, "" is 0.
 Money Strip_Commas(const QString& text);
 
 // "#,###,##0.00": thousands separators, two decimals, at least "0.00"; half away from zero.

@@ -71,7 +71,76 @@ struct FieldName {
     TILLBOOK_FIELD(AccountNumber, Accounts, "ACCTID")                                                        \
     TILLBOOK_FIELD(FiscalYear, FiscalCalendar, "FSCYEAR")                                                    \
     TILLBOOK_FIELD(ProfilePeriods, CompanyProfile, "PERDFSC")                                                \
-    TILLBOOK_FIELD(BankCode, Banks, "BANK")
+    TILLBOOK_FIELD(BankCode, Banks, "BANK")                                                                  \
+    TILLBOOK_FIELD(BatchStatus, Batches, "BATCHSTAT")                                                        \
+    TILLBOOK_FIELD(ReceiptEntry, ReceiptHeaders, "CNTITEM")                                                  \
+    TILLBOOK_FIELD(ReceiptPaymentType, ReceiptHeaders, "CODEPYMTYP")                                         \
+    TILLBOOK_FIELD(ReceiptBank, ReceiptHeaders, "IDBANK")                                                    \
+    TILLBOOK_FIELD(ReceiptPostingDate, ReceiptHeaders, "DATEBUS")                                            \
+    TILLBOOK_FIELD(ReceiptEnteredBy, ReceiptHeaders, "ENTEREDBY")                                            \
+    TILLBOOK_FIELD(ReceiptAuditDate, ReceiptHeaders, "AUDTDATE")                                             \
+    TILLBOOK_FIELD(ReceiptAuditTime, ReceiptHeaders, "AUDTTIME")                                             \
+    TILLBOOK_FIELD(MiscPaymentCode, ReceiptMiscLines, "CODEPAYM")                                            \
+    TILLBOOK_FIELD(MiscDistributionCode, ReceiptMiscLines, "IDDISTCODE")                                     \
+    TILLBOOK_FIELD(MiscAccount, ReceiptMiscLines, "IDACCT")                                                  \
+    TILLBOOK_FIELD(MiscAmount, ReceiptMiscLines, "AMTDIST")                                                  \
+    TILLBOOK_FIELD(MiscReference, ReceiptMiscLines, "GLREF")                                                 \
+    TILLBOOK_FIELD(MiscDescription, ReceiptMiscLines, "GLDESC")                                              \
+    TILLBOOK_FIELD(DetailLine, ReceiptDetails, "CNTLINE")                                                    \
+    TILLBOOK_FIELD(DetailPaymentCode, ReceiptDetails, "CODEPAYM")                                            \
+    TILLBOOK_FIELD(DetailDescription, ReceiptDetails, "DESCINVC")                                            \
+    TILLBOOK_FIELD(DetailAmount, ReceiptDetails, "AMTPAYM")                                                  \
+    TILLBOOK_FIELD(DetailMatchingDocument, ReceiptDetails, "IDDOCMTCH")                                      \
+    TILLBOOK_FIELD(DetailSubPaymentCode, ReceiptDetailSubs, "CODEPAYM")                                      \
+    TILLBOOK_FIELD(PostPaymentType, ReceiptPost, "PAYMTYPE")                                                 \
+    TILLBOOK_FIELD(PostBatch, ReceiptPost, "CNTBTCH")                                                        \
+    TILLBOOK_FIELD(PostEntry, ReceiptPost, "CNTITEM")                                                        \
+    TILLBOOK_FIELD(PostAmount, ReceiptPost, "AMTRMIT")                                                       \
+    TILLBOOK_FIELD(PostApply, ReceiptPost, "APPLY")                                                          \
+    TILLBOOK_FIELD(CustomerCity, Customers, "NAMECITY")                                                      \
+    TILLBOOK_FIELD(CustomerState, Customers, "CODESTTE")                                                     \
+    TILLBOOK_FIELD(CustomerPostal, Customers, "CODEPSTL")                                                    \
+    TILLBOOK_FIELD(ProfileName, CompanyProfile, "CONAME")                                                    \
+    TILLBOOK_FIELD(ProfileAddress, CompanyProfile, "ADDR01")                                                 \
+    TILLBOOK_FIELD(ProfileCity, CompanyProfile, "CITY")                                                      \
+    TILLBOOK_FIELD(ProfileState, CompanyProfile, "STATE")                                                    \
+    TILLBOOK_FIELD(ProfilePostal, CompanyProfile, "POSTAL")                                                  \
+    TILLBOOK_FIELD(PostDocument, ReceiptPost, "IDINVC")                                                      \
+    TILLBOOK_FIELD(PostPendingBalance, ReceiptPost, "PENDNGBAL")                                             \
+    TILLBOOK_FIELD(PostAppliedAmount, ReceiptPost, "AMTPAYM")                                                \
+    TILLBOOK_FIELD(PostDiscountAvailable, ReceiptPost, "OBSDISCAMT")                                         \
+    TILLBOOK_FIELD(PostDiscountTaken, ReceiptPost, "DISCAMT")                                                \
+    TILLBOOK_FIELD(PostAdjustment, ReceiptPost, "ADJAMT")                                                    \
+    TILLBOOK_FIELD(PostNetBalance, ReceiptPost, "AMTNET")                                                    \
+    TILLBOOK_FIELD(PostCurrentBalance, ReceiptPost, "AMTDUE")                                                \
+    TILLBOOK_FIELD(PostOriginalAmount, ReceiptPost, "ORGDOCAMT")                                             \
+    TILLBOOK_FIELD(PostPendingPayments, ReceiptPost, "PNDPAYTOT")                                            \
+    TILLBOOK_FIELD(PostPendingDiscounts, ReceiptPost, "PNDDSCTOT")                                           \
+    TILLBOOK_FIELD(PostPendingAdjustments, ReceiptPost, "PNDADJTOT")                                         \
+    TILLBOOK_FIELD(PostPurchaseOrder, ReceiptPost, "CUSTPO")                                                 \
+    TILLBOOK_FIELD(PostSalesOrder, ReceiptPost, "STDOCSTR")                                                  \
+    TILLBOOK_FIELD(PostDocumentDate, ReceiptPost, "DATEINVC")                                                \
+    TILLBOOK_FIELD(PostDueDate, ReceiptPost, "DATEDUE")                                                      \
+    TILLBOOK_FIELD(PostDiscountDate, ReceiptPost, "DATEDISC")                                                \
+    TILLBOOK_FIELD(PostPaymentNumber, ReceiptPost, "CNTPAYM")                                                \
+    TILLBOOK_FIELD(DocumentNumber, Documents, "IDINVC")                                                      \
+    TILLBOOK_FIELD(DocumentReceiptNumber, Documents, "IDRMIT")                                               \
+    TILLBOOK_FIELD(DocumentSalesOrder, Documents, "IDORDERNBR")                                              \
+    TILLBOOK_FIELD(DocumentPurchaseOrder, Documents, "IDCUSTPO")                                             \
+    TILLBOOK_FIELD(DocumentDueDate, Documents, "DATEDUE")                                                    \
+    TILLBOOK_FIELD(DocumentTransactionType, Documents, "TRXTYPEID")                                          \
+    TILLBOOK_FIELD(DocumentTypeText, Documents, "TRXTYPETXT")                                                \
+    TILLBOOK_FIELD(DocumentDate, Documents, "DATEINVC")                                                      \
+    TILLBOOK_FIELD(DocumentDiscountDate, Documents, "DATEDISC")                                              \
+    TILLBOOK_FIELD(DocumentDiscountDue, Documents, "AMTDISCTC")                                              \
+    TILLBOOK_FIELD(DocumentFullyPaid, Documents, "SWPAID")                                                   \
+    TILLBOOK_FIELD(DocumentPrepayment, Documents, "IDPREPAID")                                               \
+    TILLBOOK_FIELD(DetailPaymentNumber, ReceiptDetails, "CNTPAYM")                                           \
+    TILLBOOK_FIELD(DetailNetBalance, ReceiptDetails, "OBSNETBAL")                                            \
+    TILLBOOK_FIELD(DetailCurrentBalance, ReceiptDetails, "OBSPAYMAMT")                                       \
+    TILLBOOK_FIELD(DetailDiscountAvailable, ReceiptDetails, "OBSDISCAMT")                                    \
+    TILLBOOK_FIELD(DetailDiscountTaken, ReceiptDetails, "AMTERNDISC")                                        \
+    TILLBOOK_FIELD(DetailAdjustment, ReceiptDetails, "AMTADJTOT")
 
 namespace names {
 #define TILLBOOK_VIEW(constant, id) inline constexpr ViewName constant{id};

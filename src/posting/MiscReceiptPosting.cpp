@@ -19,35 +19,35 @@ PostingOutcome Post_MiscReceipt(ReceiptViews& views, const ReceiptDraft& draft) 
     PostingSequence steps(*views.LedgerSession);
 
     PositionBatch(steps, views, batch);
-    steps.putUnverified(*views.ReceiptHeaderView, "CNTITEM", QStringLiteral("0"));
+    steps.putUnverified(*views.ReceiptHeaderView, names::ReceiptEntry, QStringLiteral("0"));
     steps.browse(*views.ReceiptHeaderView, QStringLiteral("(CNTBTCH  = ") + batch + QStringLiteral(")"),
                  true);
     steps.fetch(*views.ReceiptHeaderView);
     ResetPostViews(steps, views);
 
-    steps.putUnverified(*views.ReceiptHeaderView, "CNTITEM", QStringLiteral("0"));
+    steps.putUnverified(*views.ReceiptHeaderView, names::ReceiptEntry, QStringLiteral("0"));
     steps.init(*views.ReceiptHeaderView);
     steps.init(*views.ReceiptPostView);
     steps.init(*views.ReceiptPostView);
-    steps.put(*views.ReceiptHeaderView, "RMITTYPE", QStringLiteral("5"));
+    steps.put(*views.ReceiptHeaderView, names::ReceiptType, QStringLiteral("5"));
     steps.order(*views.ReceiptMiscView, 0);
 
     // No customer: IDCUST stays blank.
-    steps.put(*views.ReceiptHeaderView, "TEXTRMIT", draft.description.trimmed());
-    steps.put(*views.ReceiptHeaderView, "DATERMIT", DateValue(draft));
-    steps.put(*views.ReceiptHeaderView, "AMTRMIT", QVariant::fromValue(draft.amount));
-    steps.put(*views.ReceiptHeaderView, "FISCYR", FiscalYearText(draft));
-    steps.put(*views.ReceiptHeaderView, "FISCPER", FiscalPeriodText(draft));
-    steps.put(*views.ReceiptHeaderView, "TEXTPAYOR", draft.payer.trimmed());
-    steps.put(*views.ReceiptHeaderView, "IDRMIT", draft.receiptNumber.trimmed());
+    steps.put(*views.ReceiptHeaderView, names::ReceiptDescription, draft.description.trimmed());
+    steps.put(*views.ReceiptHeaderView, names::ReceiptDate, DateValue(draft));
+    steps.put(*views.ReceiptHeaderView, names::ReceiptAmount, QVariant::fromValue(draft.amount));
+    steps.put(*views.ReceiptHeaderView, names::ReceiptFiscalYear, FiscalYearText(draft));
+    steps.put(*views.ReceiptHeaderView, names::ReceiptFiscalPeriod, FiscalPeriodText(draft));
+    steps.put(*views.ReceiptHeaderView, names::ReceiptPayer, draft.payer.trimmed());
+    steps.put(*views.ReceiptHeaderView, names::ReceiptNumber, draft.receiptNumber.trimmed());
 
     for (const DistributionLine& line : lines) {
         steps.init(*views.ReceiptMiscView);
-        steps.put(*views.ReceiptMiscView, "IDDISTCODE", line.distCode);
-        steps.put(*views.ReceiptMiscView, "IDACCT", line.account);
-        steps.put(*views.ReceiptMiscView, "AMTDIST", QVariant::fromValue(line.amount));
-        steps.put(*views.ReceiptMiscView, "GLREF", line.reference);
-        steps.put(*views.ReceiptMiscView, "GLDESC", line.description);
+        steps.put(*views.ReceiptMiscView, names::MiscDistributionCode, line.distCode);
+        steps.put(*views.ReceiptMiscView, names::MiscAccount, line.account);
+        steps.put(*views.ReceiptMiscView, names::MiscAmount, QVariant::fromValue(line.amount));
+        steps.put(*views.ReceiptMiscView, names::MiscReference, line.reference);
+        steps.put(*views.ReceiptMiscView, names::MiscDescription, line.description);
         steps.insert(*views.ReceiptMiscView);
     }
 

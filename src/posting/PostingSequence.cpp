@@ -6,15 +6,13 @@
 
 namespace tillbook {
 
-void PostingSequence::put(View& view, const char* field, const QVariant& value) {
-    m_statements.emplace_back(
-        [&view, field, value] { return view.fields().item(QString::fromLatin1(field)).setValue(value); });
+void PostingSequence::put(View& view, const FieldName& field, const QVariant& value) {
+    m_statements.emplace_back([&view, field, value] { return view.fields().item(field).setValue(value); });
 }
 
-void PostingSequence::putUnverified(View& view, const char* field, const QVariant& value) {
-    m_statements.emplace_back([&view, field, value] {
-        return view.fields().item(QString::fromLatin1(field)).putWithoutVerification(value);
-    });
+void PostingSequence::putUnverified(View& view, const FieldName& field, const QVariant& value) {
+    m_statements.emplace_back(
+        [&view, field, value] { return view.fields().item(field).putWithoutVerification(value); });
 }
 
 void PostingSequence::order(View& view, int keyNumber) {
@@ -88,7 +86,7 @@ PostingOutcome PostingSequence::run() const {
 }
 
 QString Posted_EntryNumber(const ReceiptViews& views) {
-    return views.ReceiptHeaderView ? views.ReceiptHeaderView->fields().item(QStringLiteral("CNTITEM")).text()
+    return views.ReceiptHeaderView ? views.ReceiptHeaderView->fields().item(names::ReceiptEntry).text()
                                    : QString();
 }
 
@@ -116,8 +114,8 @@ QString FiscalPeriodText(const ReceiptDraft& draft) {
 }
 
 void PositionBatch(PostingSequence& steps, ReceiptViews& views, const QString& batch) {
-    steps.putUnverified(*views.BatchView, "CODEPYMTYP", QStringLiteral("CA"));
-    steps.putUnverified(*views.BatchView, "CNTBTCH", batch);
+    steps.putUnverified(*views.BatchView, names::BatchPaymentType, QStringLiteral("CA"));
+    steps.putUnverified(*views.BatchView, names::BatchNumber, batch);
     steps.read(*views.BatchView);
 }
 

@@ -6,6 +6,7 @@
 // Building the list first keeps each procedure a plain reading of its steps.
 
 #include "fetching/ReceiptViews.h"
+#include "ledger/LedgerNames.h"
 #include "ledger/View.h"
 #include "posting/Posting.h"
 
@@ -21,8 +22,8 @@ public:
     explicit PostingSequence(Session& session) : m_session(session) {}
 
     // Field values: a verified put (the ledger checks the value) or a put without verification.
-    void put(View& view, const char* field, const QVariant& value);
-    void putUnverified(View& view, const char* field, const QVariant& value);
+    void put(View& view, const FieldName& field, const QVariant& value);
+    void putUnverified(View& view, const FieldName& field, const QVariant& value);
 
     void order(View& view, int keyNumber);
     void browse(View& view, const QString& filter, bool ascending);

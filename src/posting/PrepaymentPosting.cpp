@@ -23,33 +23,33 @@ PostingOutcome Post_Prepayment(ReceiptViews& views, const ReceiptDraft& draft) {
     const ReceiptHeader header = Save_ReceiptHeader(draft);
     PostingSequence steps(*views.LedgerSession);
 
-    steps.put(*views.BatchView, "CODEPYMTYP", QStringLiteral("CA"));
-    steps.put(*views.ReceiptDetailSubView, "CODEPAYM", QStringLiteral("CA"));
-    steps.put(*views.ReceiptDetailView, "CODEPAYM", QStringLiteral("CA"));
-    steps.put(*views.ReceiptHeaderView, "CODEPYMTYP", QStringLiteral("CA"));
-    steps.put(*views.ReceiptMiscView, "CODEPAYM", QStringLiteral("CA"));
-    steps.putUnverified(*views.ReceiptHeaderView, "RMITTYPE", QStringLiteral("2"));
+    steps.put(*views.BatchView, names::BatchPaymentType, QStringLiteral("CA"));
+    steps.put(*views.ReceiptDetailSubView, names::DetailSubPaymentCode, QStringLiteral("CA"));
+    steps.put(*views.ReceiptDetailView, names::DetailPaymentCode, QStringLiteral("CA"));
+    steps.put(*views.ReceiptHeaderView, names::ReceiptPaymentType, QStringLiteral("CA"));
+    steps.put(*views.ReceiptMiscView, names::MiscPaymentCode, QStringLiteral("CA"));
+    steps.putUnverified(*views.ReceiptHeaderView, names::ReceiptType, QStringLiteral("2"));
 
     PositionBatch(steps, views, batch);
-    steps.putUnverified(*views.ReceiptHeaderView, "CNTITEM", QStringLiteral("0"));
+    steps.putUnverified(*views.ReceiptHeaderView, names::ReceiptEntry, QStringLiteral("0"));
     steps.browse(*views.ReceiptHeaderView, QStringLiteral("CNTBTCH  =") + batch, true);
     steps.fetch(*views.ReceiptHeaderView);
     ResetPostViews(steps, views);
 
-    steps.put(*views.ReceiptHeaderView, "TEXTRMIT", QString());
-    steps.putUnverified(*views.ReceiptHeaderView, "CNTITEM", QStringLiteral("0"));
+    steps.put(*views.ReceiptHeaderView, names::ReceiptDescription, QString());
+    steps.putUnverified(*views.ReceiptHeaderView, names::ReceiptEntry, QStringLiteral("0"));
     steps.init(*views.ReceiptHeaderView);
     steps.init(*views.ReceiptPostView);
     steps.init(*views.ReceiptPostView);
 
-    steps.put(*views.ReceiptHeaderView, "DATERMIT", DateValue(draft));
-    steps.put(*views.ReceiptHeaderView, "TEXTRMIT", QString());
-    steps.put(*views.ReceiptHeaderView, "IDCUST", customer);
+    steps.put(*views.ReceiptHeaderView, names::ReceiptDate, DateValue(draft));
+    steps.put(*views.ReceiptHeaderView, names::ReceiptDescription, QString());
+    steps.put(*views.ReceiptHeaderView, names::ReceiptCustomer, customer);
     steps.init(*views.ReceiptPostView);
-    steps.put(*views.ReceiptHeaderView, "RMITTYPE", QStringLiteral("2"));
+    steps.put(*views.ReceiptHeaderView, names::ReceiptType, QStringLiteral("2"));
 
     // The detail line takes the grid's row as its number.
-    steps.putUnverified(*views.ReceiptDetailView, "CNTLINE",
+    steps.putUnverified(*views.ReceiptDetailView, names::DetailLine,
                         QVariant::fromValue(std::int16_t(draft.prepaymentLine)));
     steps.browse(*views.ReceiptDetailView,
                  QStringLiteral("CODEPAYM = \"CA\" AND CNTBTCH = ") + batch +
@@ -57,19 +57,19 @@ PostingOutcome Post_Prepayment(ReceiptViews& views, const ReceiptDraft& draft) {
                  true);
     steps.fetch(*views.ReceiptDetailView);
 
-    steps.put(*views.ReceiptHeaderView, "IDRMIT", header.receiptNumber);
-    steps.put(*views.ReceiptHeaderView, "TEXTRMIT", header.description);
-    steps.put(*views.ReceiptHeaderView, "AMTRMIT", QVariant::fromValue(header.amount));
-    steps.put(*views.ReceiptHeaderView, "FISCYR", header.fiscalYear);
-    steps.put(*views.ReceiptHeaderView, "FISCPER", header.fiscalPeriod);
-    steps.put(*views.ReceiptHeaderView, "DOCNBR", header.applyTo);
-    steps.put(*views.ReceiptHeaderView, "TEXTPAYOR", header.payer);
+    steps.put(*views.ReceiptHeaderView, names::ReceiptNumber, header.receiptNumber);
+    steps.put(*views.ReceiptHeaderView, names::ReceiptDescription, header.description);
+    steps.put(*views.ReceiptHeaderView, names::ReceiptAmount, QVariant::fromValue(header.amount));
+    steps.put(*views.ReceiptHeaderView, names::ReceiptFiscalYear, header.fiscalYear);
+    steps.put(*views.ReceiptHeaderView, names::ReceiptFiscalPeriod, header.fiscalPeriod);
+    steps.put(*views.ReceiptHeaderView, names::ReceiptDocumentNumber, header.applyTo);
+    steps.put(*views.ReceiptHeaderView, names::ReceiptPayer, header.payer);
 
     steps.insert(*views.ReceiptHeaderView);
     PostingOutcome outcome = steps.run();
     if (outcome.PostOK)
         outcome.prepaymentNumber =
-            views.ReceiptDetailView->fields().item(QStringLiteral("IDINVC")).value().toString();
+            views.ReceiptDetailView->fields().item(names::DetailDocument).value().toString();
     return outcome;
 }
 

@@ -31,7 +31,7 @@ Money columnTotal(const DataSet& data, const QString& field) {
     if (column < 0)
         return total;
     for (const QStringList& row : data.rows)
-        total += ValMoney(row.value(column));
+        total += Strip_Commas(row.value(column));
     return total;
 }
 
@@ -123,7 +123,7 @@ QString Report::render(const QString& copyLabel) const {
     context.set("copy", utf8(copyLabel));
     context.set("money", mus::lambda2{[](const std::string& text, const mus::renderer& render) {
                     return utf8(
-                        FormatAmount(ValMoney(QString::fromStdString(render(text, false)).trimmed())));
+                        FormatAmount(Strip_Commas(QString::fromStdString(render(text, false)).trimmed())));
                 }});
     context.set("total", mus::lambda{[&data](const std::string& field) {
                     return utf8(FormatAmount(columnTotal(data, QString::fromStdString(field).trimmed())));

@@ -2,6 +2,7 @@
 
 #include "Csv.h"
 #include "ledger/LedgerError.h"
+#include "ledger/LedgerNames.h"
 #include "ledger/Money.h"
 #include "ledger/engine/AuditTrail.h"
 #include "ledger/engine/PostedTotalsRules.h"
@@ -79,7 +80,7 @@ void FileImport::problem(int line, const QString& field, const QString& message,
 bool FileImport::readHeader(const CsvRecord& header) {
     m_view = m_session.openView(m_viewId);
     const QStringList figures =
-        m_viewId == QLatin1String("AR0024") ? engine::customerFigures() : QStringList();
+        m_viewId == names::Customers.text() ? engine::customerFigures() : QStringList();
     for (const QString& rawName : header.fields) {
         const QString name = rawName.trimmed();
         Field* field = m_view->fields().find(name);
@@ -96,7 +97,7 @@ bool FileImport::readHeader(const CsvRecord& header) {
 
 // The company profile is one record: a file may change it, not add a second one.
 bool FileImport::isSecondProfile() {
-    if (m_viewId != QLatin1String("CS0001"))
+    if (m_viewId != names::CompanyProfile.text())
         return false;
     auto profile = m_session.openView(m_viewId);
     profile->browse(QString(), true);
@@ -261,10 +262,10 @@ void FileImport::run(QIODevice& device, std::vector<StatedFigure>& figures) {
 void compareFigures(Session& session, const std::vector<StatedFigure>& figures, ImportResult& result) {
     if (figures.empty())
         return;
-    auto customers = session.openView(QStringLiteral("AR0024"));
+    auto customers = session.openView(names::Customers);
     for (const StatedFigure& figure : figures) {
         customers->clear();
-        customers->fields().item(QStringLiteral("IDCUST")).putWithoutVerification(figure.customer);
+        customers->fields().item(names::CustomerNumber).putWithoutVerification(figure.customer);
         if (!customers->read())
             continue; // the customer's own line was refused, and says so
         Field& field = customers->fields().item(figure.field);
@@ -293,10 +294,10 @@ QString ImportProblem::text() const {
 }
 
 const QStringList& importViews() {
-    static const QStringList views{QStringLiteral("CS0001"), QStringLiteral("CS0002"),
-                                   QStringLiteral("GL0001"), QStringLiteral("BK0001"),
-                                   QStringLiteral("AR0015"), QStringLiteral("AR0024"),
-                                   QStringLiteral("AR0036")};
+    static const QStringList views{names::CompanyProfile.text(),    names::FiscalCalendar.text(),
+                                   names::Accounts.text(),          names::Banks.text(),
+                                   names::DistributionCodes.text(), names::Customers.text(),
+                                   names::Documents.text()};
     return views;
 }
 

@@ -4,6 +4,7 @@
 #include "Commands.h"
 #include "Csv.h"
 #include "SignIn.h"
+#include "ledger/LedgerNames.h"
 
 #include <QDate>
 #include <QTextStream>
@@ -71,23 +72,25 @@ QDate dateOption(const Arguments& args, const QString& name) {
     return date;
 }
 
-QString text(View& view, const char* field) {
-    return view.fields().item(QLatin1String(field)).text().trimmed();
+QString text(View& view, const FieldName& field) {
+    return view.fields().item(field).text().trimmed();
 }
 
 // The lines of one entry in `viewId`, each as the columns from DOCUMENT on.
 std::vector<QStringList> entryLines(Session& session, const QString& batch, const QString& entry, int type) {
     const bool misc = type == 5;
-    auto lines = session.openView(misc ? QStringLiteral("AR0043") : QStringLiteral("AR0044"));
+    auto lines = session.openView(misc ? names::ReceiptMiscLines : names::ReceiptDetails);
     lines->browse(QStringLiteral("CODEPAYM = CA AND CNTBTCH = %1 AND CNTITEM = %2").arg(batch, entry), true);
     std::vector<QStringList> result;
     while (lines->fetch()) {
         if (misc)
-            result.push_back({QString(), text(*lines, "IDDISTCODE"), text(*lines, "IDACCT"),
-                              text(*lines, "AMTDIST"), text(*lines, "GLREF"), text(*lines, "GLDESC")});
+            result.push_back({QString(), text(*lines, names::MiscDistributionCode),
+                              text(*lines, names::MiscAccount), text(*lines, names::MiscAmount),
+                              text(*lines, names::MiscReference), text(*lines, names::MiscDescription)});
         else
-            result.push_back({text(*lines, "IDINVC"), QString(), QString(), text(*lines, "AMTPAYM"),
-                              text(*lines, "IDDOCMTCH"), text(*lines, "DESCINVC")});
+            result.push_back({text(*lines, names::DetailDocument), QString(), QString(),
+                              text(*lines, names::DetailAmount), text(*lines, names::DetailMatchingDocument),
+                              text(*lines, names::DetailDescription)});
     }
     if (result.empty())
         result.push_back({QString(), QString(), QString(), QString(), QString(), QString()});
@@ -111,40 +114,41 @@ int receiptsCommand(const QStringList& words) {
     QTextStream out(stdout);
     out << csvLine(Columns);
 
-    auto batches = session.openView(QStringLiteral("AR0041"));
-    auto entries = session.openView(QStringLiteral("AR0042"));
+    auto batches = session.openView(names::Batches);
+    auto entries = session.openView(names::ReceiptHeaders);
     batches->browse(onlyBatch > 0 ? QStringLiteral("CODEPYMTYP = CA AND CNTBTCH = %1").arg(onlyBatch)
                                   : QStringLiteral("CODEPYMTYP = CA"),
                     true);
     while (batches->fetch()) {
-        const int status = text(*batches, "BATCHSTAT").toInt();
+        const int status = text(*batches, names::BatchStatus).toInt();
         if (status == 4) // deleted
             continue;
-        const QString batch = text(*batches, "CNTBTCH");
-        const QString batchBank = text(*batches, "IDBANK");
+        const QString batch = text(*batches, names::BatchNumber);
+        const QString batchBank = text(*batches, names::BatchBank);
         entries->browse(QStringLiteral("CODEPYMTYP = CA AND CNTBTCH = %1").arg(batch), true);
         while (entries->fetch()) {
-            const QDate date = entries->fields().item(QStringLiteral("DATERMIT")).value().toDate();
+            const QDate date = entries->fields().item(names::ReceiptDate).value().toDate();
             if ((from.isValid() && date < from) || (to.isValid() && date > to))
                 continue;
-            if (postedOnly && text(*entries, "DATEBUS").isEmpty())
+            if (postedOnly && text(*entries, names::ReceiptPostingDate).isEmpty())
                 continue;
-            const int type = text(*entries, "RMITTYPE").toInt();
-            const QString bank = text(*entries, "IDBANK");
+            const int type = text(*entries, names::ReceiptType).toInt();
+            const QString bank = text(*entries, names::ReceiptBank);
             const QStringList head{batch,
-                                   text(*entries, "CNTITEM"),
+                                   text(*entries, names::ReceiptEntry),
                                    kindName(type),
                                    batchStatusName(status),
-                                   text(*entries, "DATERMIT"),
-                                   text(*entries, "FISCYR"),
-                                   text(*entries, "FISCPER"),
+                                   text(*entries, names::ReceiptDate),
+                                   text(*entries, names::ReceiptFiscalYear),
+                                   text(*entries, names::ReceiptFiscalPeriod),
                                    bank.isEmpty() ? batchBank : bank,
-                                   type == 5 ? QString() : text(*entries, "IDCUST"),
-                                   text(*entries, "TEXTPAYOR"),
-                                   text(*entries, "IDRMIT"),
-                                   text(*entries, "AMTRMIT"),
-                                   text(*entries, "REMUNAPLTC")};
-            for (const QStringList& line : entryLines(session, batch, text(*entries, "CNTITEM"), type))
+                                   type == 5 ? QString() : text(*entries, names::ReceiptCustomer),
+                                   text(*entries, names::ReceiptPayer),
+                                   text(*entries, names::ReceiptNumber),
+                                   text(*entries, names::ReceiptAmount),
+                                   text(*entries, names::ReceiptUnapplied)};
+            for (const QStringList& line :
+                 entryLines(session, batch, text(*entries, names::ReceiptEntry), type))
                 out << csvLine(head + line);
         }
     }

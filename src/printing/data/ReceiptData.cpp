@@ -31,8 +31,8 @@ QString quoted(const QString& text) {
     return u'"' + inner + u'"';
 }
 
-QString text(View& view, const char* field) {
-    return view.fields().item(QLatin1String(field)).text();
+QString text(View& view, const FieldName& field) {
+    return view.fields().item(field).text();
 }
 
 // The values printed once per receipt, by field name.
@@ -55,28 +55,29 @@ QStringList headerRow(ReceiptKind kind, const HeaderValues& h) {
 
 // A miscellaneous line's reference, printed after the stated fields.
 QStringList extraLineValues(ReceiptKind kind, View& detail) {
-    return kind == ReceiptKind::Misc ? QStringList{text(detail, "GLREF")} : QStringList();
+    return kind == ReceiptKind::Misc ? QStringList{text(detail, names::MiscReference)} : QStringList();
 }
 
 QStringList lineValues(ReceiptKind kind, View& detail) {
     switch (kind) {
     case ReceiptKind::Receipt:
-        return {text(detail, "IDINVC"), text(detail, "DESCINVC"), text(detail, "AMTPAYM")};
+        return {text(detail, names::DetailDocument), text(detail, names::DetailDescription),
+                text(detail, names::DetailAmount)};
     case ReceiptKind::Prepayment:
-        return {text(detail, "IDDOCMTCH"), text(detail, "DESCINVC"), text(detail, "IDINVC"),
-                text(detail, "AMTPAYM")};
+        return {text(detail, names::DetailMatchingDocument), text(detail, names::DetailDescription),
+                text(detail, names::DetailDocument), text(detail, names::DetailAmount)};
     case ReceiptKind::Misc:
         break;
     }
-    return {text(detail, "IDDISTCODE"), text(detail, "IDACCT"), text(detail, "GLDESC"),
-            text(detail, "AMTDIST")};
+    return {text(detail, names::MiscDistributionCode), text(detail, names::MiscAccount),
+            text(detail, names::MiscDescription), text(detail, names::MiscAmount)};
 }
 
 // The bank code of the entry's batch.
 QString batchBank(Session& session, const QString& batch) {
-    const std::unique_ptr<View> batches = session.openView(QStringLiteral("AR0041"), QStringLiteral("AR"));
+    const std::unique_ptr<View> batches = session.openView(names::Batches);
     batches->browse(QStringLiteral("CNTBTCH = ") + batch, true);
-    return batches->fetch() ? text(*batches, "IDBANK") : QString();
+    return batches->fetch() ? text(*batches, names::BatchBank) : QString();
 }
 
 } // namespace
@@ -109,44 +110,43 @@ DataSet Read_ReceiptData(Session& session, const PrintRequest& request) {
     const QString entry = QString::number(request.entry);
     HeaderValues h;
 
-    const std::unique_ptr<View> company = session.openView(QStringLiteral("CS0001"), QStringLiteral("CS"));
+    const std::unique_ptr<View> company = session.openView(names::CompanyProfile);
     company->browse(QStringLiteral("ORGID = ") + quoted(session.companyId()), true);
     if (company->fetch())
-        h.company = {text(*company, "CONAME"), text(*company, "ADDR01"), text(*company, "CITY"),
-                     text(*company, "STATE"), text(*company, "POSTAL")};
+        h.company = {text(*company, names::ProfileName), text(*company, names::ProfileAddress),
+                     text(*company, names::ProfileCity), text(*company, names::ProfileState),
+                     text(*company, names::ProfilePostal)};
 
-    const std::unique_ptr<View> headers = session.openView(QStringLiteral("AR0042"), QStringLiteral("AR"));
+    const std::unique_ptr<View> headers = session.openView(names::ReceiptHeaders);
     View& header = *headers;
     header.browse(QStringLiteral("CNTBTCH = ") + batch + QStringLiteral(" AND CNTITEM = ") + entry, true);
     if (!header.fetch())
         throw LedgerError(QStringLiteral("Entry %1 of batch %2 is not in the ledger.").arg(entry, batch));
-    h.receiptNumber = text(header, "IDRMIT");
-    h.date = FormatDateLong(header.fields().item(QStringLiteral("DATERMIT")).value().toDate());
-    h.payer = text(header, "TEXTPAYOR");
-    h.customerId = text(header, "IDCUST");
-    const Money received = FieldMoney(header, QStringLiteral("AMTRMIT"));
-    const Money unapplied = FieldMoney(header, QStringLiteral("REMUNAPLTC"));
-    QString saved = text(header, "AUDTTIME");
-    if (const QDate day = header.fields().item(QStringLiteral("AUDTDATE")).value().toDate(); day.isValid())
+    h.receiptNumber = text(header, names::ReceiptNumber);
+    h.date = FormatDateLong(header.fields().item(names::ReceiptDate).value().toDate());
+    h.payer = text(header, names::ReceiptPayer);
+    h.customerId = text(header, names::ReceiptCustomer);
+    const Money received = FieldMoney(header, names::ReceiptAmount);
+    const Money unapplied = FieldMoney(header, names::ReceiptUnapplied);
+    QString saved = text(header, names::ReceiptAuditTime);
+    if (const QDate day = header.fields().item(names::ReceiptAuditDate).value().toDate(); day.isValid())
         saved = FormatDateLong(day) + u' ' + saved;
-    h.payment = {received.toLedgerString(),  (received - unapplied).toLedgerString(),
-                 unapplied.toLedgerString(), batchBank(session, batch),
-                 text(header, "ENTEREDBY"),  saved.trimmed()};
+    h.payment = {
+        received.toLedgerString(), (received - unapplied).toLedgerString(), unapplied.toLedgerString(),
+        batchBank(session, batch), text(header, names::ReceiptEnteredBy),   saved.trimmed()};
 
-    std::unique_ptr<View> detail = session.openView(
-        request.kind == ReceiptKind::Misc ? QStringLiteral("AR0043") : QStringLiteral("AR0044"),
-        QStringLiteral("AR"));
+    std::unique_ptr<View> detail =
+        session.openView(request.kind == ReceiptKind::Misc ? names::ReceiptMiscLines : names::ReceiptDetails);
     QString filter = QStringLiteral("CNTBTCH =") + batch + QStringLiteral(" AND CNTITEM =") + entry;
     if (request.kind != ReceiptKind::Misc) {
         // The customer the ledger holds for the entry, whatever the window shows.
         const QString& customerNumber = h.customerId;
-        const std::unique_ptr<View> customers =
-            session.openView(QStringLiteral("AR0024"), QStringLiteral("AR"));
+        const std::unique_ptr<View> customers = session.openView(names::Customers);
         customers->browse(QStringLiteral("IDCUST = ") + quoted(customerNumber), true);
         if (customers->fetch())
-            h.customer = {text(*customers, "NAMECUST"),  text(*customers, "TEXTSTRE1"),
-                          text(*customers, "TEXTSTRE2"), text(*customers, "NAMECITY"),
-                          text(*customers, "CODESTTE"),  text(*customers, "CODEPSTL")};
+            h.customer = {text(*customers, names::CustomerName),    text(*customers, names::CustomerStreet1),
+                          text(*customers, names::CustomerStreet2), text(*customers, names::CustomerCity),
+                          text(*customers, names::CustomerState),   text(*customers, names::CustomerPostal)};
         filter = QStringLiteral("IDCUST=") + quoted(customerNumber) + QStringLiteral(" AND ") + filter;
     }
 
