@@ -14,6 +14,8 @@
 // Each floor is registered as "<action>:floor". scripts/bench runs this for several sizes and prints the
 // table.
 
+#include "ActionsSupport.h"
+#include "CustomerListActions.h"
 #include "SizedCompany.h"
 #include "SqliteFloor.h"
 #include "entry/ReceiptDesk.h"
@@ -39,35 +41,12 @@
 namespace {
 
 using namespace tillbook;
-using bench::rawConnection;
-using bench::sized;
-
-const QDate Today(2025, 3, 14);
+using namespace bench;
 
 // The fields of the apply grid, as the receipt window reads them from each row.
 const QStringList GridFields = {"APPLY",     "IDINVC", "PENDNGBAL", "AMTPAYM",   "OBSDISCAMT", "DISCAMT",
                                 "ADJAMT",    "AMTNET", "AMTDUE",    "ORGDOCAMT", "PNDPAYTOT",  "PNDDSCTOT",
                                 "PNDADJTOT", "CUSTPO", "STDOCSTR",  "DATEINVC",  "DATEDUE",    "DATEDISC"};
-
-void require(benchmark::State& state, bool ok, const char* what) {
-    if (!ok)
-        state.SkipWithError(what);
-}
-
-QSqlQuery prepared(const QString& sql) {
-    QSqlQuery query(rawConnection(sized().path));
-    query.setForwardOnly(true);
-    if (!query.prepare(sql))
-        qFatal("floor statement refused: %s", qPrintable(query.lastError().text()));
-    return query;
-}
-
-void run(QSqlQuery& query, const QVariantList& values) {
-    for (int i = 0; i < values.size(); ++i)
-        query.bindValue(i, values[i]);
-    if (!query.exec())
-        qFatal("floor statement failed: %s", qPrintable(query.lastError().text()));
-}
 
 // The receipt views of a till, composed as the receipt window composes them.
 struct Till {
@@ -401,137 +380,6 @@ void PostBatchFloor(benchmark::State& state) {
     }
 }
 
-// ---- the customer list ----
-
-void ViewRead(benchmark::State& state) {
-    Session session;
-    session.open(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"), sized().id, Today);
-    qint64 rows = 0;
-    for (auto _ : state) {
-        const CustomerList customers = Read_Customers(session);
-        rows = qint64(customers.size());
-        benchmark::DoNotOptimize(&customers);
-    }
-    state.counters["customers"] = double(rows);
-}
-
-// The same statement the ledger runs for the list, stepped through the C interface, each cell's text copied
-// once into one block: the least a list kept in memory can cost.
-size_t readCustomerRows(bench::CStatement& list) {
-    std::string text;
-    std::vector<std::uint32_t> ends;
-    list.start();
-    sqlite3_bind_int64(list.get(), 1, 0);
-    while (list.step())
-        for (int i = 0; i < 5; ++i) {
-            const auto* cell = reinterpret_cast<const char*>(sqlite3_column_text(list.get(), i));
-            text.append(cell ? cell : "", size_t(sqlite3_column_bytes(list.get(), i)));
-            ends.push_back(std::uint32_t(text.size()));
-        }
-    benchmark::DoNotOptimize(text.data());
-    return ends.size() / 5;
-}
-
-const QString CustomerListSelect = QStringLiteral(
-    "SELECT \"NAMECUST\",\"IDCUST\",\"TEXTSTRE1\",\"TEXTSTRE2\",\"TEXTPHON1\" FROM \"ARCUS\" WHERE "
-    "(\"CNTOPENINV\" > ?) ORDER BY tb_namekey(\"NAMECUST\")");
-
-void ViewReadFloor(benchmark::State& state) {
-    bench::CStatement list(bench::floorConnection(sized().path), CustomerListSelect);
-    size_t rows = 0;
-    for (auto _ : state)
-        rows = readCustomerRows(list);
-    state.counters["customers"] = double(rows);
-}
-
-// ---- finding a customer by typing ----
-
-const CustomerList& signedInList() {
-    static const CustomerList list = [] {
-        Session session;
-        session.open(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"), sized().id, Today);
-        return Read_Customers(session);
-    }();
-    return list;
-}
-
-void FirstKey(benchmark::State& state) {
-    size_t found = 0;
-    for (auto _ : state) {
-        CustomerSearch search(signedInList());
-        found = search.find(QStringLiteral("s")).size();
-    }
-    state.counters["found"] = double(found);
-}
-
-void NextKey(benchmark::State& state) {
-    CustomerSearch search(signedInList());
-    search.find(QStringLiteral("s"));
-    size_t found = 0;
-    bool dairy = false;
-    for (auto _ : state) {
-        dairy = !dairy;
-        found = search.find(dairy ? QStringLiteral("dairy") : QStringLiteral("daisy")).size();
-    }
-    state.counters["found"] = double(found);
-}
-
-// Every name and number looked through once for the text as it stands, with the same library search.
-void SearchFloor(benchmark::State& state) {
-    const CustomerList& list = signedInList();
-    size_t found = 0;
-    for (auto _ : state) {
-        found = 0;
-        for (size_t i = 0; i < list.size(); ++i)
-            for (const CustomerList::Field field : {CustomerList::Name, CustomerList::Id}) {
-                const QByteArrayView text = list.utf8(i, field);
-                found += memmem(text.data(), size_t(text.size()), "Dairy", 5) != nullptr;
-            }
-    }
-    state.counters["found"] = double(found);
-}
-
-// ---- sign-in ----
-
-void SignIn(benchmark::State& state) {
-    Desk().SignInDatabaseID = sized().id;
-    Desk().SignInUser = QStringLiteral("ADMIN");
-    Desk().CurrentDatabase = 1;
-    setMsgBoxResponder([](const MsgBoxRequest& box) {
-        qWarning("message box: %s", qPrintable(box.prompt));
-        return vbOK;
-    });
-    for (auto _ : state) {
-        auto* window = new frmCR();
-        if (!window->Form_Load(QStringLiteral("ADMIN")))
-            state.SkipWithError("the company could not be opened");
-        window->show();
-        QApplication::processEvents();
-        state.PauseTiming();
-        delete window;
-        Close_Ledger(Desk());
-        state.ResumeTiming();
-    }
-}
-
-// The user's password checked against the stored hash (a sign-in cannot do less: the hash's cost is
-// what keeps a stolen company file from giving its passwords away), then the customer list's rows read
-// through the C interface.
-void SignInFloor(benchmark::State& state) {
-    bench::CStatement list(bench::floorConnection(sized().path), CustomerListSelect);
-    QSqlQuery user =
-        prepared(QStringLiteral("SELECT \"SALT\",\"ROUNDS\",\"HASH\" FROM \"TB_USERS\" WHERE \"NAME\" = ?"));
-    for (auto _ : state) {
-        run(user, {QStringLiteral("ADMIN")});
-        require(state, user.next(), "no user ADMIN");
-        const auto stored = engine::PasswordHash::fromStored(user.value(0).toString(), user.value(1).toInt(),
-                                                             user.value(2).toString());
-        user.finish();
-        require(state, stored.matches(QStringLiteral("ADMIN")), "the password of ADMIN is not ADMIN");
-        benchmark::DoNotOptimize(readCustomerRows(list));
-    }
-}
-
 void registerPair(const char* action, void (*measured)(benchmark::State&), void (*floor)(benchmark::State&)) {
     benchmark::RegisterBenchmark(action, measured)->Unit(benchmark::kMillisecond)->MinTime(0.5);
     benchmark::RegisterBenchmark((std::string(action) + ":floor").c_str(), floor)
@@ -550,10 +398,10 @@ int main(int argc, char** argv) {
     registerPair("open_documents", OpenDocuments, OpenDocumentsFloor);
     registerPair("receipt", Receipt, ReceiptFloor);
     registerPair("post_batch", PostBatch, PostBatchFloor);
-    registerPair("view_read", ViewRead, ViewReadFloor);
-    registerPair("first_key", FirstKey, SearchFloor);
-    registerPair("next_key", NextKey, SearchFloor);
-    registerPair("sign_in", SignIn, SignInFloor);
+    registerPair("view_read", customer_list::ViewRead, customer_list::ViewReadFloor);
+    registerPair("first_key", customer_list::FirstKey, customer_list::SearchFloor);
+    registerPair("next_key", customer_list::NextKey, customer_list::SearchFloor);
+    registerPair("sign_in", customer_list::SignIn, customer_list::SignInFloor);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
