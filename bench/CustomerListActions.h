@@ -4,6 +4,7 @@
 // typing, and sign-in to a ready receipt window.
 
 #include "ActionsSupport.h"
+#include "SignInLoop.h"
 #include "SqliteFloor.h"
 #include "entry/ReceiptDesk.h"
 #include "entry/frmCR.h"
@@ -118,17 +119,7 @@ inline void SignIn(benchmark::State& state) {
         qWarning("message box: %s", qPrintable(box.prompt));
         return vbOK;
     });
-    for (auto _ : state) {
-        auto* window = new frmCR();
-        if (!window->Form_Load(QStringLiteral("ADMIN")))
-            state.SkipWithError("the company could not be opened");
-        window->show();
-        QApplication::processEvents();
-        state.PauseTiming();
-        delete window;
-        Close_Ledger(Desk());
-        state.ResumeTiming();
-    }
+    signInLoop(state);
 }
 
 // The user's password checked against the stored hash (a sign-in cannot do less: the hash's cost is

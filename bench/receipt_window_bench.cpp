@@ -4,6 +4,7 @@
 // sorted by their collation keys, in the same run on the same file.
 
 #include "BenchCompany.h"
+#include "SignInLoop.h"
 #include "entry/ReceiptDesk.h"
 #include "entry/frmCR.h"
 #include "fetching/NameCollation.h"
@@ -28,17 +29,7 @@ void SignInToReadyReceiptWindow(benchmark::State& state) {
     Desk().SignInDatabaseID = QStringLiteral("BENCH");
     Desk().SignInUser = QStringLiteral("ADMIN");
     Desk().CurrentDatabase = 1;
-    for (auto _ : state) {
-        auto* window = new frmCR();
-        if (!window->Form_Load(QStringLiteral("ADMIN")))
-            state.SkipWithError("the company could not be opened");
-        window->show();
-        QApplication::processEvents();
-        state.PauseTiming();
-        delete window;
-        Close_Ledger(Desk());
-        state.ResumeTiming();
-    }
+    bench::signInLoop(state);
 }
 
 struct Row {
