@@ -7,22 +7,22 @@
 #include <algorithm>
 #include <netinet/in.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace tillbook::test {
 
 namespace {
 
+// The newest installed server's programs.
 QString findServerBinaries() {
     QDir root(QStringLiteral("/usr/lib/postgresql"));
-    QStringList versions = root.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+    QStringList versions = root.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     std::sort(versions.begin(), versions.end(),
               [](const QString& a, const QString& b) { return a.toInt() > b.toInt(); });
-    for (const QString& version : versions) {
-        const QString bin = root.filePath(version + QStringLiteral("/bin"));
-        if (QFile::exists(bin + QStringLiteral("/initdb")) && QFile::exists(bin + QStringLiteral("/pg_ctl")))
-            return bin;
-    }
+    for (const QString& version : versions)
+        if (QFile::exists(root.filePath(version + QStringLiteral("/bin/initdb"))))
+            return root.filePath(version + QStringLiteral("/bin"));
     return {};
 }
 
@@ -58,10 +58,7 @@ PostgresServer::~PostgresServer() {
     if (!m_running)
         return;
     QString output;
-    runServerTool(QStringLiteral("pg_ctl"),
-                  {QStringLiteral("-D"), m_dir.filePath(QStringLiteral("data")), QStringLiteral("-m"),
-                   QStringLiteral("immediate"), QStringLiteral("-w"), QStringLiteral("stop")},
-                  output);
+    runServerTool("pg_ctl", {"-D", m_dir.filePath("data"), "-m", "immediate", "-w", "stop"}, output);
 }
 
 QString PostgresServer::urlTemplate() const {
@@ -80,9 +77,7 @@ bool PostgresServer::runServerTool(const QString& tool, const QStringList& argum
     process.setProcessChannelMode(QProcess::MergedChannels);
     const QString program = m_binDir + u'/' + tool;
     if (m_asPostgresUser)
-        process.start(QStringLiteral("runuser"), QStringList{QStringLiteral("-u"), QStringLiteral("postgres"),
-                                                             QStringLiteral("--"), program} +
-                                                     arguments);
+        process.start("runuser", QStringList{"-u", "postgres", "--", program} + arguments);
     else
         process.start(program, arguments);
     if (!process.waitForFinished(120000)) {
@@ -94,55 +89,37 @@ bool PostgresServer::runServerTool(const QString& tool, const QStringList& argum
 }
 
 bool PostgresServer::start() {
+    const auto failed = [this](const QString& why) {
+        m_failure = why;
+        return false;
+    };
     m_binDir = findServerBinaries();
-    if (m_binDir.isEmpty()) {
-        m_failure = QStringLiteral("no PostgreSQL server binaries under /usr/lib/postgresql/*/bin");
-        return false;
-    }
-    if (!m_dir.isValid()) {
-        m_failure = QStringLiteral("cannot make a temporary folder for the server");
-        return false;
-    }
+    if (m_binDir.isEmpty())
+        return failed(QStringLiteral("no PostgreSQL server binaries under /usr/lib/postgresql/*/bin"));
     // The server refuses to run as root: run it as postgres, in a folder that user may write.
     m_asPostgresUser = ::geteuid() == 0;
-    if (m_asPostgresUser) {
-        QFile::setPermissions(m_dir.path(),
-                              QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner |
-                                  QFileDevice::ReadOther | QFileDevice::WriteOther | QFileDevice::ExeOther |
-                                  QFileDevice::ReadGroup | QFileDevice::WriteGroup | QFileDevice::ExeGroup);
-    }
+    if (m_asPostgresUser)
+        ::chmod(QFile::encodeName(m_dir.path()).constData(), 0777);
     const QString data = m_dir.filePath(QStringLiteral("data"));
     QString output;
-    if (!runServerTool(QStringLiteral("initdb"),
-                       {QStringLiteral("-D"), data, QStringLiteral("-U"), QStringLiteral("postgres"),
-                        QStringLiteral("-A"), QStringLiteral("trust"), QStringLiteral("-E"),
-                        QStringLiteral("UTF8"), QStringLiteral("--no-sync")},
-                       output)) {
-        m_failure = QStringLiteral("initdb failed: ") + output;
-        return false;
-    }
+    if (!runServerTool("initdb", {"-D", data, "-U", "postgres", "-A", "trust", "-E", "UTF8", "--no-sync"},
+                       output))
+        return failed(QStringLiteral("initdb failed: ") + output);
     // The owner (postgres) is trusted over loopback; every other role, the companies' clerks' logins,
     // signs in with its password, checked by SCRAM as on a real server.
     QFile hba(data + QStringLiteral("/pg_hba.conf"));
     if (!hba.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
         hba.write("local all all trust\nhost all postgres 127.0.0.1/32 trust\n"
-                  "host all all 127.0.0.1/32 scram-sha-256\n") < 0) {
-        m_failure = QStringLiteral("cannot write pg_hba.conf: ") + hba.errorString();
-        return false;
-    }
+                  "host all all 127.0.0.1/32 scram-sha-256\n") < 0)
+        return failed(QStringLiteral("cannot write pg_hba.conf: ") + hba.errorString());
     hba.close();
     m_port = freeLoopbackPort();
     const QString options = QStringLiteral("-p %1 -c listen_addresses=127.0.0.1 -k %2 -c fsync=off")
                                 .arg(m_port)
                                 .arg(m_dir.path());
-    if (!runServerTool(QStringLiteral("pg_ctl"),
-                       {QStringLiteral("-D"), data, QStringLiteral("-o"), options, QStringLiteral("-l"),
-                        m_dir.filePath(QStringLiteral("server.log")), QStringLiteral("-w"),
-                        QStringLiteral("start")},
-                       output)) {
-        m_failure = QStringLiteral("pg_ctl start failed: ") + output;
-        return false;
-    }
+    if (!runServerTool(
+            "pg_ctl", {"-D", data, "-o", options, "-l", m_dir.filePath("server.log"), "-w", "start"}, output))
+        return failed(QStringLiteral("pg_ctl start failed: ") + output);
     return true;
 }
 

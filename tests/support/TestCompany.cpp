@@ -11,17 +11,11 @@ namespace tillbook::test {
 namespace {
 
 std::optional<QByteArray> take(const char* name) {
-    std::optional<QByteArray> saved;
-    if (qEnvironmentVariableIsSet(name))
-        saved = qgetenv(name);
-    return saved;
+    return qEnvironmentVariableIsSet(name) ? std::optional(qgetenv(name)) : std::nullopt;
 }
 
 void restore(const char* name, const std::optional<QByteArray>& value) {
-    if (value)
-        qputenv(name, *value);
-    else
-        qunsetenv(name);
+    value ? qputenv(name, *value) : qunsetenv(name);
 }
 
 } // namespace

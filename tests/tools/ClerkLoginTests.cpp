@@ -68,27 +68,28 @@ protected:
 TEST_F(ClerkLoginTest, AClerksLoginReadsNoSecretAndChangesNothingButWhatTheTillsWrite) {
     QSqlDatabase db = clerk();
     QSqlQuery query(db);
-    for (const char* refused : {
-             "SELECT rolpassword FROM pg_authid",
-             "SELECT \"HASH\" FROM \"TB_USERS\"",
-             "UPDATE \"TB_USERS\" SET \"ADMIN\" = 1",
-             "UPDATE \"TB_AUDIT\" SET \"AMOUNT\" = 0",
-             "DELETE FROM \"TB_AUDIT\"",
-             "TRUNCATE \"TB_AUDIT\"",
-             "UPDATE \"GLAMF\" SET \"ACCTID\" = \"ACCTID\"",
-             "UPDATE \"CSFSC\" SET \"ACTIVE\" = 1",
-             "DROP TABLE \"ARBTA\"",
-             "ALTER TABLE \"ARCUS\" ADD COLUMN \"X\" INTEGER",
-             "CREATE TABLE \"X\" (\"A\" INTEGER)",
-             "DROP DATABASE tillbook_shop1",
-         })
-        EXPECT_FALSE(query.exec(QString::fromLatin1(refused))) << refused;
-    for (const char* allowed :
-         {"SELECT \"NAME\", \"ADMIN\" FROM \"TB_USERS\"", "UPDATE \"ARCUS\" SET \"NAMECUST\" = \"NAMECUST\"",
-          "INSERT INTO \"TB_AUDIT\" VALUES ('2000-01-01', 'ADMIN', 'by hand', '', 0, 0, 0)"})
-        EXPECT_TRUE(query.exec(QString::fromLatin1(allowed)))
-            << allowed << query.lastError().text().toStdString();
-    // A row added by hand is the clerk's, whoever it names.
+    const std::pair<const char*, bool> statements[] = {
+        {"SELECT rolpassword FROM pg_authid", false},
+        {"SELECT \"HASH\" FROM \"TB_USERS\"", false},
+        {"UPDATE \"TB_USERS\" SET \"ADMIN\" = 1", false},
+        {"UPDATE \"TB_AUDIT\" SET \"AMOUNT\" = 0", false},
+        {"DELETE FROM \"TB_AUDIT\"", false},
+        {"TRUNCATE \"TB_AUDIT\"", false},
+        {"UPDATE \"GLAMF\" SET \"ACCTID\" = \"ACCTID\"", false},
+        {"UPDATE \"CSFSC\" SET \"ACTIVE\" = 1", false},
+        {"DROP TABLE \"ARBTA\"", false},
+        {"ALTER TABLE \"ARCUS\" ADD COLUMN \"X\" INTEGER", false},
+        {"CREATE TABLE \"X\" (\"A\" INTEGER)", false},
+        {"DROP DATABASE tillbook_shop1", false},
+        {"SELECT \"NAME\", \"ADMIN\" FROM \"TB_USERS\"", true},
+        {"UPDATE \"ARCUS\" SET \"NAMECUST\" = \"NAMECUST\"", true},
+        {"UPDATE \"ARBTA\" SET \"AMTENTER\" = \"AMTENTER\"", true},
+        {"INSERT INTO \"TB_AUDIT\" VALUES ('2000-01-01', 'ADMIN', 'by hand', '', 0, 0, 0)", true},
+    };
+    for (const auto& [sql, allowed] : statements)
+        EXPECT_EQ(query.exec(QString::fromLatin1(sql)), allowed)
+            << sql << query.lastError().text().toStdString();
+    // A row added by hand is the clerk's, whoever it names, and stamped with the server's time.
     ASSERT_TRUE(query.exec("SELECT \"WHO\", \"AT\" FROM \"TB_AUDIT\" WHERE \"WHAT\" = 'by hand'") &&
                 query.next());
     EXPECT_EQ(query.value(0).toString(), "SHOP1.CLERK");
@@ -118,35 +119,17 @@ TEST_F(ClerkLoginTest, TheServerChecksASignInAndTheLedgerSaysSoInItsOwnWords) {
     Session session;
     session.open(QStringLiteral("clerk"), ClerkPassword, Company, QDate(2025, 3, 14));
     EXPECT_TRUE(session.isOpen());
+    // The clerk's tool writes and posts what a till does, and checks the company.
+    const ToolResult saved =
+        asClerk({"run", Company, "-"}, "open b AR0041\nopen h AR0042\ncompose b h\ncompose h b\n"
+                                       "put-unverified b CODEPYMTYP CA\ninsert b\ninit h\n"
+                                       "put h IDCUST 0001 AMTRMIT 100\ninsert h\n");
+    EXPECT_EQ(saved.exitCode, 0) << saved.out.toStdString();
+    EXPECT_EQ(asClerk({"post-batch", Company, "1"}).exitCode, 0);
+    EXPECT_EQ(asClerk({"check", Company}).exitCode, 0);
     // Another company's login does not reach this one.
     ASSERT_EQ(runTool({"create", "SHOP2", "--force"}).exitCode, 0);
     EXPECT_FALSE(connectAs(QStringLiteral("SHOP2.ADMIN"), QStringLiteral("ADMIN")).open());
-}
-
-TEST_F(ClerkLoginTest, AReceiptAndItsBatchChangedTogetherByAClerkShowInCheck) {
-    const ToolResult saved =
-        asClerk({"run", Company, "-"}, "open b AR0041\nopen h AR0042\ncompose b h\n"
-                                       "compose h b\nput-unverified b CODEPYMTYP CA\n"
-                                       "insert b\ninit h\nput h IDCUST 0001 AMTRMIT 100\n"
-                                       "insert h\n");
-    ASSERT_EQ(saved.exitCode, 0) << saved.out.toStdString();
-    ASSERT_EQ(asClerk({"post-batch", Company, "1"}).exitCode, 0);
-    ASSERT_EQ(asClerk({"check", Company}).exitCode, 0);
-    {
-        QSqlDatabase db = clerk();
-        QSqlQuery query(db);
-        for (const char* sql : {"UPDATE \"ARTCR\" SET \"AMTRMIT\" = 1000000, \"AMTRMITTC\" = 1000000, "
-                                "\"AMTRMITHC\" = 1000000, \"REMUNAPLTC\" = 1000000",
-                                "UPDATE \"ARBTA\" SET \"AMTENTER\" = 1000000"})
-            ASSERT_TRUE(query.exec(sql)) << sql;
-        EXPECT_FALSE(query.exec("UPDATE \"TB_AUDIT\" SET \"AMOUNT\" = 1000000"));
-        ASSERT_TRUE(query.exec("SELECT \"WHO\" FROM \"TB_AUDIT\" WHERE \"WHAT\" = 'batch posted'") &&
-                    query.next());
-        EXPECT_EQ(query.value(0).toString(), "SHOP1.CLERK");
-    }
-    const ToolResult checked = asClerk({"check", Company});
-    EXPECT_EQ(checked.exitCode, 1);
-    EXPECT_TRUE(checked.out.contains("its audit trail saved 1 of 100.000")) << checked.out.toStdString();
 }
 
 TEST_F(ClerkLoginTest, ReplacingACompanyTakesItsOwnerAndEndsTheLoginsOfTheOldOne) {

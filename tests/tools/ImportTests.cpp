@@ -2,8 +2,8 @@
 
 #include "ToolProcess.h"
 #include "ledger/Money.h"
-#include "support/Company.h"
 #include "ledger/engine/CompanyStore.h"
+#include "support/Company.h"
 
 #include <QDir>
 #include <QFile>

@@ -51,28 +51,24 @@ class FlexGridTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void formatStringMarksAlignTheHeaderAndClearKeepsTheShape() {
+    void formatStringAlignsTheHeaderAndRowsAndColsGrowAndShrinkKeepingText() {
         FlexGrid grid;
+        QCOMPARE(QPoint(grid.Rows(), grid.Cols()), QPoint(2, 2));
         grid.setRows(3);
         grid.setTextMatrix(1, 0, "x");
         grid.setFormatString("^Apply |<Left|>Right|plain|"); // a trailing "|" is one more, empty column
-        QCOMPARE(grid.Cols(), 5);
         QCOMPARE(grid.TextMatrix(0, 0) + grid.TextMatrix(0, 2) + grid.TextMatrix(1, 0),
                  QString("Apply Rightx"));
-        const auto headerAlignment = [&grid](int col) {
+        const auto aligned = [&grid](int col) {
             return grid.model()->headerData(col, Qt::Horizontal, Qt::TextAlignmentRole).toInt();
         };
-        QCOMPARE(headerAlignment(0), int(Qt::AlignCenter));
-        QCOMPARE(headerAlignment(2), int(Qt::AlignRight | Qt::AlignVCenter));
-        QCOMPARE(headerAlignment(3), int(Qt::AlignLeft | Qt::AlignVCenter));
+        QCOMPARE(QList<int>({aligned(0), aligned(2), aligned(3)}),
+                 QList<int>(
+                     {Qt::AlignCenter, Qt::AlignRight | Qt::AlignVCenter, Qt::AlignLeft | Qt::AlignVCenter}));
         grid.Clear();
         QCOMPARE(grid.TextMatrix(0, 0) + grid.TextMatrix(1, 0), QString());
         QCOMPARE(QPoint(grid.Rows(), grid.Cols()), QPoint(3, 5));
-    }
 
-    void rowsAndColsGrowAndShrinkKeepingText() {
-        FlexGrid grid;
-        QCOMPARE(QPoint(grid.Rows(), grid.Cols()), QPoint(2, 2));
         grid.setRows(4);
         grid.setCols(3);
         for (int row = 0; row < 4; ++row)
@@ -81,7 +77,6 @@ private slots:
         QVERIFY(grid.setProperty("Rows", 6));
         QCOMPARE(grid.model()->rowCount(), 5); // the header row is no data row
         QCOMPARE(grid.TextMatrix(3, 2) + grid.TextMatrix(0, 1) + grid.TextMatrix(5, 1), QString("321"));
-
         // Shrinking pulls a cut current cell back, and cut text does not return when the grid grows again.
         grid.setRow(5);
         grid.setCol(2);
@@ -92,10 +87,8 @@ private slots:
         grid.setCols(3);
         QCOMPARE(grid.TextMatrix(2, 1) + grid.TextMatrix(3, 0) + grid.TextMatrix(1, 2), QString("21"));
         // Outside the grid cells read empty and ignore writes; the header row and one column always remain.
-        for (const QPoint& cell : {QPoint(-1, 0), QPoint(0, -1), QPoint(4, 0), QPoint(0, 3)}) {
-            grid.setTextMatrix(cell.x(), cell.y(), "x");
-            QCOMPARE(grid.TextMatrix(cell.x(), cell.y()), QString());
-        }
+        grid.setTextMatrix(4, 0, "x");
+        QCOMPARE(grid.TextMatrix(4, 0) + grid.TextMatrix(-1, 0) + grid.TextMatrix(0, 3), QString());
         grid.setRows(0);
         grid.setCols(-3);
         QCOMPARE(QPoint(grid.Rows(), grid.Cols()), QPoint(1, 1));
@@ -180,13 +173,6 @@ private slots:
         QTest::keyClick(&grid, Qt::Key_PageDown);
         QVERIFY(grid.Row() > 4 && grid.TopRow() > 1);
         QVERIFY(grid.viewport()->rect().contains(grid.visualRect(grid.currentIndex())));
-        // From the header row set by code, Down enters the data; Up never leaves them.
-        grid.setRow(0);
-        QTest::keyClick(&grid, Qt::Key_Up);
-        QCOMPARE(grid.Row(), 0);
-        QTest::keyClick(&grid, Qt::Key_Down);
-        QTest::keyClick(&grid, Qt::Key_Up);
-        QCOMPARE(grid.Row(), 1);
     }
 };
 
