@@ -1,5 +1,5 @@
-// Companies as a whole: making them all or nothing, what is no company, who may read their files, and
-// how passwords are kept.
+// Companies as a whole: making them all or nothing, what is no company, who may read their files, how
+// passwords are kept, and numbers taken by several tills at once.
 #include "EngineTestSupport.h"
 #include "ledger/LedgerError.h"
 #include "ledger/engine/CompanyLocation.h"
@@ -10,6 +10,8 @@
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
+#include <QThread>
+#include <set>
 #include <sys/stat.h>
 
 namespace tillbook::test {
@@ -42,7 +44,7 @@ TEST_P(CompanyTest, AFailedCreationLeavesNoCompanyAndTheOldOneAsItWas) {
     EXPECT_EQ(CompanyStore::create(id, false, addAdmin)->location().companyId, id.toUpper());
     EXPECT_THROW(CompanyStore::create(id, false, addAdmin), LedgerError);
     if (GetParam() == StoreKind::Sqlite) {
-        const QStringList files = QDir(m_store->dataFolder()).entryList(QDir::Files | QDir::Hidden);
+        const QStringList files = QDir(m_company->dataFolder()).entryList(QDir::Files | QDir::Hidden);
         EXPECT_TRUE(files.filter(QStringLiteral(".new-")).isEmpty()) << files.join(u' ').toStdString();
     }
 }
@@ -119,7 +121,7 @@ TEST(CompanyIdTest, ABadIdOrLedgerAddressIsToldWithoutItsPassword) {
 }
 
 TEST(CompanyFileTest, AnEmptyOrForeignFileIsNoCompanyAndACompanysFilesAreTheOwnersOnly) {
-    TestStore store;
+    const Company store; // SQLite, in a folder of its own
     const QString path = QDir(store.dataFolder()).filePath(QStringLiteral("EMPTY.sqlite"));
     for (const QByteArray& content : {QByteArray(), QByteArray("id,name\n1,Anna\n")}) {
         QFile file(path);
@@ -151,34 +153,31 @@ TEST_P(CompanyTest, AnOlderCompanyGetsTheColumnsOfNewFields) {
         QStringLiteral("SELECT \"AUDTDATE\", \"AUDTTIME\" FROM \"ARTCR\"")));
 }
 
-// Cells read in one block are the values a prepared statement gives, of the same types, read after read.
-TEST_P(CompanyTest, CellsReadInOneBlockAreWhatAStatementGives) {
-    if (GetParam() != StoreKind::Sqlite)
-        GTEST_SKIP() << "PostgreSQL reads through the statement itself";
-    const auto store = CompanyStore::open(m_id);
-    const QString sql =
-        QStringLiteral("SELECT ?, 2.5, ?, NULL, X'00ff' UNION ALL SELECT -7, 0.0, '', 'x', X''");
-    const QVariantList parameters{qlonglong(1) << 40, QStringLiteral("Caf\u00e9 \u20ac")};
-    QSqlQuery& query = store->statement(sql);
-    store->run(query, parameters);
-    std::vector<QVariant> expected;
-    while (query.next())
-        for (int i = 0; i < 5; ++i)
-            expected.push_back(query.value(i));
-    query.finish();
-    ASSERT_EQ(expected.size(), 10u);
-    for (int read = 0; read < 2; ++read) {
-        const std::vector<QVariant> cells = store->readCells(sql, parameters, 5);
-        ASSERT_EQ(cells.size(), expected.size());
-        for (size_t i = 0; i < cells.size(); ++i) {
-            EXPECT_EQ(cells[i].metaType(), expected[i].metaType()) << i;
-            EXPECT_EQ(cells[i].isNull(), expected[i].isNull()) << i;
-            EXPECT_EQ(cells[i], expected[i]) << i;
-        }
+TEST_P(CompanyTest, TillsTakingNumbersAtOnceNeverShareOne) {
+    constexpr int Tills = 3;
+    constexpr int Each = 40;
+    std::vector<std::vector<qint64>> taken(Tills);
+    std::vector<std::unique_ptr<QThread>> threads;
+    for (int t = 0; t < Tills; ++t) {
+        threads.emplace_back(QThread::create([&, t] {
+            // Each till has its own connection, as separate programs would.
+            auto store = engine::CompanyStore::open(m_id);
+            for (int i = 0; i < Each; ++i)
+                taken[size_t(t)].push_back(store->nextNumber("BATCH"));
+        }));
+        threads.back()->start();
     }
+    for (auto& thread : threads)
+        thread->wait();
+    std::set<qint64> all;
+    for (const auto& numbers : taken)
+        all.insert(numbers.begin(), numbers.end());
+    EXPECT_EQ(all.size(), size_t(Tills * Each));
+    EXPECT_EQ(*all.begin(), 1);
+    EXPECT_EQ(*all.rbegin(), Tills * Each);
 }
 
-TILLBOOK_ON_EACH_STORE(CompanyTest);
+TILLBOOK_EACH_STORE(CompanyTest);
 
 } // namespace
 } // namespace tillbook::test

@@ -37,7 +37,7 @@ void expectPuts(Session& session, std::initializer_list<Put> puts, bool verified
 }
 
 TEST_P(FieldPutTest, VerifiedPutsKeepWhatFitsAndRefuseTheRest) {
-    addCustomers(2);
+    m_company->addRecords(customerRecords(2));
     expectPuts(*m_session,
                {
                    {"AR0024", "IDCUST", "ACME01   ", "ACME01"}, // trailing blanks are not kept
@@ -115,7 +115,7 @@ TEST_P(FieldPutTest, ARefusedCodeIsListedAndPeriodsBelongToTheirYear) {
                   "Fiscal Period \"13\" does not exist in fiscal year 2025.");
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, FieldPutTest, ::testing::Values(StoreKind::Sqlite), storeParamName);
+INSTANTIATE_TEST_SUITE_P(Stores, FieldPutTest, ::testing::Values(StoreKind::Sqlite), storeTestName);
 
 } // namespace
 } // namespace tillbook::test

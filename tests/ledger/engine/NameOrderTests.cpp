@@ -70,7 +70,7 @@ TEST_P(NameOrderTest, TheListComesInNameOrderWithItsFields) {
 }
 
 TEST_P(NameOrderTest, OnlyTextIsReadAndAFailedBrowseReadsNothing) {
-    addCustomers(7);
+    m_company->addRecords(customerRecords(7));
     auto customers = m_session->openView("AR0024", "AR");
     EXPECT_EQ(customers->readAllText({"IDCUST"}).rows(), 7u); // no browse: every record, in key order
     EXPECT_EQ(customers->readAllText({"IDCUST"}).text(6, 0), customerNumber(7));
@@ -80,7 +80,7 @@ TEST_P(NameOrderTest, OnlyTextIsReadAndAFailedBrowseReadsNothing) {
     EXPECT_EQ(customers->readAllText({"IDCUST"}).rows(), 0u);
 }
 
-TILLBOOK_ON_EACH_STORE(NameOrderTest);
+TILLBOOK_EACH_STORE(NameOrderTest);
 
 } // namespace
 } // namespace tillbook::test

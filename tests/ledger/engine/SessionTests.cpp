@@ -1,4 +1,11 @@
+// Signing in, names, and how an operation's failures and warnings reach its caller.
 #include "EngineTestSupport.h"
+#include "ledger/Money.h"
+#include "ledger/engine/Guarded.h"
+#include "ledger/engine/StoreFailure.h"
+
+#include <functional>
+#include <limits>
 
 namespace tillbook::test {
 namespace {
@@ -42,7 +49,7 @@ TEST_P(SessionTest, AFieldConstantServesOnlyItsOwnView) {
 
 // Views and fields are found in any case. A field's spelling seen once is kept per view: asked again, in
 // another view, or after a miss, it finds the same field, and a name that is not there stays not there.
-TEST_P(SessionTest, NamesInAnyCaseFindTheSameFieldEveryTimeAndUnknownOnesAreListed) {
+TEST_P(SessionTest, NamesInAnyCaseFindTheirOwnFieldEveryTimeAndUnknownOnesAreListed) {
     m_session->errors().clear();
     const LedgerError e = expectFailure([&] { m_session->openView("AR9999", "AR"); },
                                         "View \"AR9999\" does not exist in this company.");
@@ -64,13 +71,9 @@ TEST_P(SessionTest, NamesInAnyCaseFindTheSameFieldEveryTimeAndUnknownOnesAreList
     expectFailure([&] { c.item("NOFIELD"); }, "Field \"NOFIELD\" does not exist in view AR0024");
     c.item(" idcust ").setValue("C1");
     EXPECT_EQ(c.item("IDCUST").value().toString(), "C1");
-}
 
-// Names are remembered by the string the caller holds: that string changed in place, or a new one made
-// where a freed one lay, finds its own field, never the one found before.
-TEST_P(SessionTest, ANameChangedOrMadeAnewFindsItsOwnField) {
-    auto customers = m_session->openView("AR0024", "AR");
-    FieldCollection& c = customers->fields();
+    // Names are remembered by the string the caller holds: that string changed in place, or a new one
+    // made where a freed one lay, finds its own field, never the one found before.
     QString name = QStringLiteral("textstre1").toUpper(); // the caller's own text, on the heap
     EXPECT_EQ(c.item(name).name(), "TEXTSTRE1");
     name[8] = u'2'; // the same length, in the same place unless the look-up kept a share of it
@@ -86,7 +89,54 @@ TEST_P(SessionTest, ANameChangedOrMadeAnewFindsItsOwnField) {
     }
 }
 
-TILLBOOK_ON_EACH_STORE(SessionTest);
+TEST(Guarded, EveryFailureIsOneLedgerErrorOnTheListWithItsPriority) {
+    const struct {
+        std::function<void()> operation;
+        ErrorPriority priority;
+        QString listed;
+    } cases[] = {
+        {[] { throw engine::storeFailure(QStringLiteral("disk full")); }, ErrorPriority::Severe, "disk full"},
+        {[] { throw InputError(QStringLiteral("Filter \"X\": no field X")); }, ErrorPriority::Error,
+         "Filter \"X\": no field X"},
+        {[] {
+             (void)(Money::fromThousandths(std::numeric_limits<std::int64_t>::max()) + Money::fromWhole(1));
+         },
+         ErrorPriority::Error, "An amount is too large for the ledger to work with; nothing was written."},
+    };
+    for (const auto& c : cases) {
+        ErrorList errors;
+        try { // an operation inside another: the failure is listed once
+            engine::guarded(errors, [&] { engine::guarded(errors, c.operation); });
+            ADD_FAILURE() << "did not fail: " << c.listed.toStdString();
+        } catch (const LedgerError& e) {
+            EXPECT_TRUE(e.listed());
+            EXPECT_EQ(e.priority(), c.priority);
+        }
+        ASSERT_EQ(errors.count(), 1) << c.listed.toStdString();
+        EXPECT_EQ(errors.at(0).description, c.listed);
+        EXPECT_EQ(errors.at(0).priority, c.priority);
+    }
+}
+
+TEST(Guarded, AnOperationDoneReturnsItsOwnWarningsAndMessages) {
+    ErrorList errors;
+    errors.warn(QStringLiteral("an earlier one"));
+    const Warnings warnings = engine::guarded(errors, [&] {
+        errors.warn(QStringLiteral("outside its period"));
+        errors.append(QStringLiteral("not a warning"), ErrorPriority::Security);
+        errors.note(QStringLiteral("noted"));
+    });
+    ASSERT_EQ(warnings.entries.size(), 2);
+    EXPECT_EQ(warnings.first().description, "outside its period");
+    EXPECT_EQ(warnings.entries[1].priority, ErrorPriority::Message);
+    EXPECT_EQ(errors.count(), 4); // and they stay on the list
+    // A programming error is no ledger error: it passes through, unlisted.
+    EXPECT_THROW(engine::guarded(errors, [] { throw ProgrammingError(QStringLiteral("a bug")); }),
+                 ProgrammingError);
+    EXPECT_EQ(errors.count(), 4);
+}
+
+TILLBOOK_EACH_STORE(SessionTest);
 
 } // namespace
 } // namespace tillbook::test

@@ -11,10 +11,8 @@
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QUrl>
-#include <bitset>
 #include <gtest/gtest.h>
 #include <limits>
-#include <random>
 
 namespace tillbook::filter {
 namespace {
@@ -219,53 +217,6 @@ TEST(FilterNumbers, ReadAsPutsReadThem) {
         const auto read = readNumber(word);
         ASSERT_EQ(read.has_value(), put.has_value()) << word;
         EXPECT_EQ(read ? scaleNumber(*read, 3)->floor : 0, put.value_or(0)) << word;
-    }
-}
-
-// A random filter over the yes/no fields F0..F4, and which of their 32 combinations it selects when
-// read strictly left to right.
-using Selecting = std::pair<QString, std::bitset<32>>;
-
-Selecting randomRun(std::mt19937& random, int depth) {
-    Selecting run;
-    for (int t = 0, terms = int(random() % 5) + 1; t < terms; ++t) {
-        Selecting term;
-        if (depth > 0 && random() % 3 == 0) {
-            term = randomRun(random, depth - 1);
-            term.first = "(" + term.first + ")";
-        } else {
-            const int field = int(random() % 5), value = int(random() % 2);
-            term.first = QString("F%1 = %2").arg(field).arg(value);
-            for (int row = 0; row < 32; ++row)
-                term.second[size_t(row)] = ((row >> field) & 1) == value;
-        }
-        const bool isAnd = random() % 2;
-        run = t == 0 ? term
-                     : Selecting{run.first + (isAnd ? " AND " : " OR ") + term.first,
-                                 isAnd ? run.second & term.second : run.second | term.second};
-    }
-    return run;
-}
-
-TEST(FilterSql, KeepsTheStrictLeftToRightReading) {
-    const QString connection = openStore(test::StoreKind::Sqlite);
-    QSqlQuery q(QSqlDatabase::database(connection));
-    ASSERT_TRUE(q.exec("CREATE TABLE B AS WITH RECURSIVE N(ID) AS (SELECT 0 UNION ALL SELECT ID + 1 FROM N "
-                       "WHERE ID < 31) SELECT ID, ID & 1 F0, ID >> 1 & 1 F1, ID >> 2 & 1 F2, ID >> 3 & 1 F3, "
-                       "ID >> 4 & 1 F4 FROM N"));
-    const FieldResolver flags = [](const QString& name) { return FieldRef{name, FieldType::Boolean}; };
-    std::mt19937 random(14);
-    for (int i = 0; i < 500; ++i) {
-        const auto [filter, expected] = randomRun(random, 3);
-        const SqlFilter sql = compileFilter(filter, flags);
-        ASSERT_TRUE(q.prepare("SELECT ID FROM B WHERE " + sql.where));
-        for (const QVariant& parameter : sql.parameters)
-            q.addBindValue(parameter);
-        ASSERT_TRUE(q.exec());
-        std::bitset<32> selected;
-        while (q.next())
-            selected[size_t(q.value(0).toInt())] = true;
-        ASSERT_EQ(selected, expected) << filter.toStdString() << "\n  as " << sql.where.toStdString();
     }
 }
 

@@ -10,7 +10,7 @@ namespace tillbook::test {
 namespace {
 
 using AmountRangeTest = RulesTest;
-TILLBOOK_ON_EACH_STORE(AmountRangeTest);
+TILLBOOK_EACH_STORE(AmountRangeTest);
 
 const Money Largest = Money::fromThousandths(999'999'999'999'999'999); // BCD*10.3
 

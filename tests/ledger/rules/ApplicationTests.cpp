@@ -7,7 +7,7 @@ namespace tillbook::test {
 namespace {
 
 using ApplicationTest = RulesTest;
-TILLBOOK_ON_EACH_STORE(ApplicationTest);
+TILLBOOK_EACH_STORE(ApplicationTest);
 
 // A read shows the document's own values in every field, whatever the record held before: another
 // document of the list, or values of other types put by the caller.

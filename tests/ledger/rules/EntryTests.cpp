@@ -8,7 +8,7 @@ namespace tillbook::test {
 namespace {
 
 using EntryTest = RulesTest;
-TILLBOOK_ON_EACH_STORE(EntryTest);
+TILLBOOK_EACH_STORE(EntryTest);
 
 QVariantHash batchKey(qint64 batch) {
     return {{"CODEPYMTYP", "CA"}, {"CNTBTCH", batch}};

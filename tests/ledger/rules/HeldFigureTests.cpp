@@ -10,7 +10,7 @@ namespace tillbook::test {
 namespace {
 
 using HeldFigureTest = RulesTest;
-TILLBOOK_ON_EACH_STORE(HeldFigureTest);
+TILLBOOK_EACH_STORE(HeldFigureTest);
 
 TEST_P(HeldFigureTest, FiguresFollowTheDocumentsThroughReadsRefusalsAndRollback) {
     auto session = signIn();

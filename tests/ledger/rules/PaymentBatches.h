@@ -1,12 +1,11 @@
 #pragma once
 
-// Quick set-up for posting under load: customers with many documents, and open batches whose entries
-// each pay one document, written straight into the tables as the views would leave them.
+// Quick set-up for posting under load, as records for the company builder: customers with many documents,
+// and open batches whose entries each pay one document, as the views would leave them.
 
 #include "ledger/Money.h"
-#include "ledger/engine/CompanyStore.h"
+#include "ledger/engine/EngineTestSupport.h"
 
-#include <QString>
 #include <vector>
 
 namespace tillbook::test {
@@ -18,9 +17,9 @@ struct Payment {
 };
 
 // Customer `customer` with documents "<customer>-1".."<customer>-<count>", each invoiced and due `each`.
-void addCustomerWithDocuments(engine::CompanyStore& store, const QString& customer, int count, Money each);
+Records customerWithDocuments(const QString& customer, int count, Money each);
 // Open batch `batch` with one ordinary receipt per payment, numbered from 1 in order.
-void addBatchOfPayments(engine::CompanyStore& store, qint64 batch, const std::vector<Payment>& payments);
+Records batchOfPayments(qint64 batch, const std::vector<Payment>& payments);
 
 QString documentOf(const QString& customer, int n);
 

@@ -16,7 +16,7 @@ namespace tillbook::test {
 namespace {
 
 using PostingUnderLoadTest = RulesTest;
-TILLBOOK_ON_EACH_STORE(PostingUnderLoadTest);
+TILLBOOK_EACH_STORE(PostingUnderLoadTest);
 
 const QDate PostingDate(2025, 3, 15);
 
@@ -52,12 +52,12 @@ void expectLedgerHolds(engine::CompanyStore& store) {
 // Batch 1 pays 10.00 on IN1 first and then 400 other documents; batch 2 pays 20.00 on IN1 and starts
 // while batch 1 is still at work. Both payments must reach the document.
 TEST_P(PostingUnderLoadTest, TwoPostingsPayingOneDocumentAtOnceLoseNoPayment) {
-    addCustomerWithDocuments(store(), "Z", 400, cents(5000));
+    m_company->addRecords(customerWithDocuments("Z", 400, cents(5000)));
     std::vector<Payment> first{{"C1", "IN1", cents(1000)}};
     for (const Payment& p : payingEach("Z", 1, 400, cents(100)))
         first.push_back(p);
-    addBatchOfPayments(store(), 1, first);
-    addBatchOfPayments(store(), 2, {{"C1", "IN1", cents(2000)}});
+    m_company->addRecords(batchOfPayments(1, first));
+    m_company->addRecords(batchOfPayments(2, {{"C1", "IN1", cents(2000)}}));
 
     QString failures[2];
     const auto post = [&](qint64 batch, int startAfterMs) {
@@ -88,8 +88,8 @@ TEST_P(PostingUnderLoadTest, TwoPostingsPayingOneDocumentAtOnceLoseNoPayment) {
 }
 
 TEST_P(PostingUnderLoadTest, StoppedPostingResumesWhereItStoppedAndPostsNoEntryTwice) {
-    addCustomerWithDocuments(store(), "Z", 5, cents(5000));
-    addBatchOfPayments(store(), 1, payingEach("Z", 1, 5, cents(1500)));
+    m_company->addRecords(customerWithDocuments("Z", 5, cents(5000)));
+    m_company->addRecords(batchOfPayments(1, payingEach("Z", 1, 5, cents(1500))));
     auto session = signIn();
     engine::PostingOptions options;
     options.entriesPerStep = 2;
@@ -130,8 +130,8 @@ TEST_P(PostingUnderLoadTest, StoppedPostingResumesWhereItStoppedAndPostsNoEntryT
 // Between two steps nothing is locked: a till's receipt for the very customer being paid goes through
 // even when tills wait only a moment.
 TEST_P(PostingUnderLoadTest, TillsReceiptBetweenStepsOfALongPostingGoesThrough) {
-    addBatchOfPayments(store(), 1,
-                       {{"C1", "IN1", cents(100)}, {"C1", "IN2", cents(100)}, {"C1", "IN1", cents(100)}});
+    m_company->addRecords(batchOfPayments(
+        1, {{"C1", "IN1", cents(100)}, {"C1", "IN2", cents(100)}, {"C1", "IN1", cents(100)}}));
     LockWait shortWait("300");
     auto poster = engine::CompanyStore::open(m_id);
     Till till(signIn());

@@ -7,13 +7,14 @@ namespace tillbook::test {
 namespace {
 
 QVariant amount(const char* text) {
-    return QVariant::fromValue(*Money::parse(QString::fromLatin1(text)));
+    return QVariant::fromValue(amountOf(text));
 }
 
-void addCompany(engine::CompanyStore& s) {
-    using engine::insertRecord;
-    insertRecord(s, QStringLiteral("CS0001"),
-                 {{"ORGID", "RULES"}, {"CONAME", "Rules Inc."}, {"PERDFSC", 12}});
+} // namespace
+
+CompanyBuilder rulesCompany(StoreKind kind) {
+    CompanyBuilder company(kind);
+    company.record("CS0001", {{"ORGID", "RULES"}, {"CONAME", "Rules Inc."}, {"PERDFSC", 12}});
     for (int year : {2023, 2025}) {
         QVariantHash calendar{
             {"FSCYEAR", QString::number(year)}, {"PERIODS", 12}, {"ACTIVE", year == 2025 ? 1 : 0}};
@@ -21,74 +22,51 @@ void addCompany(engine::CompanyStore& s) {
             calendar.insert(QStringLiteral("BGNDATE%1").arg(p), QDate(year, p, 1));
             calendar.insert(QStringLiteral("ENDDATE%1").arg(p), QDate(year, p, 1).addMonths(1).addDays(-1));
         }
-        insertRecord(s, QStringLiteral("CS0002"), calendar);
+        company.record("CS0002", calendar);
     }
-    insertRecord(s, QStringLiteral("GL0001"), {{"ACCTID", "4000"}, {"ACCTFMTTD", "4000"}, {"ACTIVESW", 1}});
-    insertRecord(s, QStringLiteral("GL0001"),
-                 {{"ACCTID", "4100100"}, {"ACCTFMTTD", "4100-100"}, {"ACTIVESW", 1}});
-    insertRecord(s, QStringLiteral("AR0015"), {{"IDDIST", "RETAIL"}, {"IDACCTREV", "4000"}, {"SWACTV", 1}});
-    insertRecord(s, QStringLiteral("BK0001"), {{"BANK", "TDOPER"}, {"NAME", "Operating"}});
-    insertRecord(s, QStringLiteral("AR0024"),
-                 {{"IDCUST", "C1"}, {"NAMECUST", "First"}, {"AMTBALDUET", amount("120")}, {"CNTOPENINV", 3}});
-    insertRecord(s, QStringLiteral("AR0024"),
-                 {{"IDCUST", "C2"}, {"NAMECUST", "Second"}, {"AMTBALDUET", amount("80")}, {"CNTOPENINV", 1}});
+    company.record("GL0001", {{"ACCTID", "4000"}, {"ACCTFMTTD", "4000"}, {"ACTIVESW", 1}})
+        .record("GL0001", {{"ACCTID", "4100100"}, {"ACCTFMTTD", "4100-100"}, {"ACTIVESW", 1}})
+        .record("AR0015", {{"IDDIST", "RETAIL"}, {"IDACCTREV", "4000"}, {"SWACTV", 1}})
+        .record("BK0001", {{"BANK", "TDOPER"}, {"NAME", "Operating"}})
+        .record("AR0024",
+                {{"IDCUST", "C1"}, {"NAMECUST", "First"}, {"AMTBALDUET", amount("120")}, {"CNTOPENINV", 3}})
+        .record("AR0024",
+                {{"IDCUST", "C2"}, {"NAMECUST", "Second"}, {"AMTBALDUET", amount("80")}, {"CNTOPENINV", 1}});
     const auto document = [&](const char* customer, const char* number, int type, const char* due,
                               const char* discount, QDate discountDate) {
-        insertRecord(s, QStringLiteral("AR0036"),
-                     {{"IDCUST", customer},
-                      {"IDINVC", number},
-                      {"TRXTYPETXT", type},
-                      {"TRXTYPEID", type == 3 ? 31 : 11},
-                      {"DESCINVC", QStringLiteral("Document %1").arg(QLatin1String(number))},
-                      {"AMTINVCTC", amount(due)},
-                      {"AMTDUETC", amount(due)},
-                      {"AMTDUEHC", amount(due)},
-                      {"AMTDISCTC", amount(discount)},
-                      {"DATEDISC", discountDate},
-                      {"SWPAID", QString::fromLatin1(due) == QLatin1String("0") ? 1 : 0}});
+        company.record("AR0036", {{"IDCUST", customer},
+                                  {"IDINVC", number},
+                                  {"TRXTYPETXT", type},
+                                  {"TRXTYPEID", type == 3 ? 31 : 11},
+                                  {"DESCINVC", QStringLiteral("Document %1").arg(QLatin1String(number))},
+                                  {"AMTINVCTC", amount(due)},
+                                  {"AMTDUETC", amount(due)},
+                                  {"AMTDUEHC", amount(due)},
+                                  {"AMTDISCTC", amount(discount)},
+                                  {"DATEDISC", discountDate},
+                                  {"SWPAID", QString::fromLatin1(due) == QLatin1String("0") ? 1 : 0}});
     };
     document("C1", "IN1", 1, "100", "2", QDate(2025, 3, 20));
     document("C1", "IN2", 1, "50", "0", QDate());
     document("C1", "CN1", 3, "-30", "0", QDate());
     document("C1", "IN0", 1, "0", "0", QDate());
     document("C2", "IN3", 1, "80", "0", QDate());
+    return company;
 }
-
-} // namespace
 
 Money money(const QVariant& v) {
     return engine::moneyOf(v);
 }
 
-void RulesTest::SetUp() {
-    EngineTest::SetUp();
-    if (IsSkipped())
-        return;
-    m_company = engine::CompanyStore::open(m_id);
-    addCompany(*m_company);
-}
-
-void RulesTest::startAfresh() {
-    m_session.reset();
-    m_company.reset();
-    m_id = TestStore::uniqueId(QStringLiteral("T"));
-    m_store->createEmptyCompany(m_id);
-    m_company = engine::CompanyStore::open(m_id);
-    addCompany(*m_company);
-}
-
-void RulesTest::TearDown() {
-    m_company.reset();
-    EngineTest::TearDown();
-}
-
 engine::CompanyStore& RulesTest::store() {
-    return *m_company;
+    if (!m_open)
+        m_open = m_company->store();
+    return *m_open;
 }
 
 std::optional<QVariantHash> RulesTest::record(const QString& viewId, const QVariantHash& key,
                                               const QStringList& fields) {
-    return engine::readRecord(*m_company, viewId, key, fields);
+    return engine::readRecord(store(), viewId, key, fields);
 }
 
 int RulesTest::count(const QString& viewId, const QVariantHash& equal) {
@@ -96,7 +74,7 @@ int RulesTest::count(const QString& viewId, const QVariantHash& equal) {
     QStringList key;
     for (int field : def.primaryKey().fields)
         key << def.fields[size_t(field)].name;
-    return int(engine::readRecords(*m_company, viewId, equal, key, key).size());
+    return int(engine::readRecords(store(), viewId, equal, key, key).size());
 }
 
 Till::Till(std::unique_ptr<Session> session) {

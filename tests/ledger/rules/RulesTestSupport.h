@@ -4,15 +4,10 @@
 
 #include "fetching/ReceiptViews.h"
 #include "ledger/Money.h"
-#include "ledger/Session.h"
 #include "ledger/engine/CompanyStore.h"
-#include "ledger/engine/EngineTestSupport.h" // storeParamName, TILLBOOK_ON_EACH_STORE
+#include "ledger/engine/EngineTestSupport.h"
 #include "posting/Posting.h"
-#include "support/TestCompany.h"
 
-#include <QVariantHash>
-#include <gtest/gtest.h>
-#include <memory>
 #include <optional>
 
 namespace tillbook::test {
@@ -20,19 +15,24 @@ namespace tillbook::test {
 // Customer C1: IN1 100.00 (discount 2.00 until 2025-03-20), IN2 50.00, CN1 -30.00, IN0 paid.
 // Customer C2: IN3 80.00. Year 2025 active, 2023 inactive; distribution code RETAIL -> 4000;
 // accounts 4000 and 4100100 (4100-100); bank TDOPER. The session date is 2025-03-14.
+CompanyBuilder rulesCompany(StoreKind kind);
+
 class RulesTest : public EngineTest {
 protected:
-    void SetUp() override;
-    void TearDown() override;
+    void SetUp() override { start(rulesCompany(GetParam())); }
     // The same company anew, in a store of its own.
-    void startAfresh();
+    void startAfresh() {
+        m_open.reset();
+        start(rulesCompany(GetParam()));
+    }
 
     engine::CompanyStore& store();
     std::optional<QVariantHash> record(const QString& viewId, const QVariantHash& key,
                                        const QStringList& fields);
     int count(const QString& viewId, const QVariantHash& equal);
 
-    std::unique_ptr<engine::CompanyStore> m_company;
+private:
+    std::unique_ptr<engine::CompanyStore> m_open; // the company's store, once a test asks for it
 };
 
 // A till: the receipt views opened and composed on its own session as the receipt window opens them,
@@ -43,7 +43,6 @@ public:
     ~Till();
 
     Session& session() { return *m_views.LedgerSession; }
-    ReceiptViews& views() { return m_views; }
     View& view(const QString& id);
     Field& field(const QString& viewId, const QString& name) { return view(viewId).fields().item(name); }
     QString text(const QString& viewId, const QString& name) { return field(viewId, name).text(); }

@@ -9,7 +9,7 @@ namespace tillbook::test {
 namespace {
 
 using SavedEntryTest = RulesTest;
-TILLBOOK_ON_EACH_STORE(SavedEntryTest);
+TILLBOOK_EACH_STORE(SavedEntryTest);
 
 // Runs `operation`, which must fail with an error whose text contains `words`.
 template <typename Operation>

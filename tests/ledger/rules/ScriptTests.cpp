@@ -1,7 +1,6 @@
 // The run scripts under scripts/ give their expected output, on the sample company, through the tool.
 
-#include "ledger/engine/EngineTestSupport.h" // storeParamName
-#include "support/TestCompany.h"
+#include "support/Company.h"
 
 #include <QFile>
 #include <QProcess>
@@ -30,7 +29,7 @@ QString expected(const QString& name) {
 }
 
 TEST(RunScripts, ReceiptPrepaymentAndMiscReceiptThenPosting) {
-    TestStore store; // SQLite in a temporary folder
+    const Company store; // SQLite in a temporary folder
     tool({"create", "DEMO", "--sample", "--customers", "20", "--documents", "120"}, 0);
     EXPECT_EQ(tool({"run", "DEMO", Scripts + "receipts.script", "--date", "2025-03-15"}, 1).toStdString(),
               expected("receipts.expected").toStdString());
@@ -44,13 +43,11 @@ TEST(RunScripts, ReceiptPrepaymentAndMiscReceiptThenPosting) {
 // documents changed by hand: the same refusals and the same ledger afterwards on both stores, and a
 // ledger that holds after each.
 class StoreScripts : public ::testing::TestWithParam<StoreKind> {};
-INSTANTIATE_TEST_SUITE_P(Stores, StoreScripts, ::testing::Values(StoreKind::Sqlite, StoreKind::Postgres),
-                         storeParamName);
+TILLBOOK_EACH_STORE(StoreScripts);
 
 TEST_P(StoreScripts, SavedEntriesAndAmountsStayWithinTheRules) {
-    TestStore store(GetParam());
-    if (!store.unavailableReason().isEmpty())
-        GTEST_SKIP() << "PostgreSQL is not available: " << store.unavailableReason().toStdString();
+    const Company store{CompanyBuilder(GetParam())};
+    TILLBOOK_SKIP_UNLESS_READY(store);
     for (const QString name : {"saved-entries", "amounts", "documents", "new-receipts"}) {
         const QString id = TestStore::uniqueId(QStringLiteral("S"));
         tool({"create", id, "--sample", "--customers", "20", "--documents", "120"}, 0);

@@ -14,7 +14,7 @@ namespace tillbook::test {
 namespace {
 
 using SeveralTillsTest = RulesTest;
-TILLBOOK_ON_EACH_STORE(SeveralTillsTest);
+TILLBOOK_EACH_STORE(SeveralTillsTest);
 
 constexpr int Tills = 8;
 constexpr int ReceiptsEach = 100;
@@ -59,20 +59,20 @@ std::unique_ptr<QProcess> startTool(const QStringList& arguments) {
 }
 
 TEST_P(SeveralTillsTest, EightTillsAndTwoPostingsAtOnceKeepTheLedgerWhole) {
-    store().setUser(QStringLiteral("CLERK"), QStringLiteral("Till-Pw1"));
+    m_company->addUser(QStringLiteral("CLERK"), QStringLiteral("Till-Pw1"));
     {
         Till till(signIn());
         ASSERT_EQ(till.newBatch(), 1);
     }
     for (const QString& customer : Customers)
-        addCustomerWithDocuments(store(), customer, 3, Money::fromWhole(100000));
+        m_company->addRecords(customerWithDocuments(customer, 3, Money::fromWhole(100000)));
     for (qint64 batch : {2, 3}) {
         std::vector<Payment> payments;
         for (int n = 0; n < PaymentsPerPostedBatch; ++n) {
             const QString& customer = Customers[n % Customers.size()];
             payments.push_back({customer, documentOf(customer, 1 + n % 3), Money::fromWhole(10)});
         }
-        addBatchOfPayments(store(), batch, payments);
+        m_company->addRecords(batchOfPayments(batch, payments));
     }
 
     Money expectedTotal;

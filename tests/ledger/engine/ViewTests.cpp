@@ -1,9 +1,11 @@
+// Reading and writing records through a view: pages, keys, filters, and writes from two tills.
 #include "EngineTestSupport.h"
+#include "ledger/Money.h"
 
 namespace tillbook::test {
 namespace {
 
-using BrowseTest = EngineTest;
+using ViewTest = EngineTest;
 
 QStringList fetchAll(View& view) {
     QStringList values;
@@ -13,9 +15,9 @@ QStringList fetchAll(View& view) {
 }
 
 // More customers than one page holds, so that pages join.
-TEST_P(BrowseTest, PagesJoinInKeyOrderBothWaysAndFieldsNotReadBeforeAreStillThere) {
+TEST_P(ViewTest, PagesJoinInKeyOrderBothWaysAndFieldsNotReadBeforeAreStillThere) {
     constexpr int Customers = 1100;
-    addCustomers(Customers);
+    m_company->addRecords(customerRecords(Customers));
     auto customers = m_session->openView("AR0024", "AR");
     QStringList open;
     for (int i = 1; i <= Customers; ++i)
@@ -39,8 +41,8 @@ TEST_P(BrowseTest, PagesJoinInKeyOrderBothWaysAndFieldsNotReadBeforeAreStillTher
     EXPECT_EQ(fresh->fields().item("NAMECUST").value().toString(), "Customer 1099");
 }
 
-TEST_P(BrowseTest, FetchWithoutBrowseWalksEverythingReadFindsByKeyAndOtherKeysOrderTheirWay) {
-    addCustomers(3);
+TEST_P(ViewTest, FetchWithoutBrowseWalksEverythingReadFindsByKeyAndOtherKeysOrderTheirWay) {
+    m_company->addRecords(customerRecords(3));
     auto customers = m_session->openView("AR0024", "AR");
     EXPECT_EQ(fetchAll(*customers), QStringList({"C0001", "C0002", "C0003"}));
     customers->fields().item("IDCUST").setValue("C0002");
@@ -54,7 +56,7 @@ TEST_P(BrowseTest, FetchWithoutBrowseWalksEverythingReadFindsByKeyAndOtherKeysOr
     EXPECT_THROW(customers->order(99), LedgerError);
 }
 
-TEST_P(BrowseTest, TextComparesCaseSensitively) {
+TEST_P(ViewTest, TextComparesCaseSensitively) {
     auto customers = m_session->openView("AR0024", "AR");
     for (const char* id : {"abc", "ABC", "Abd"}) {
         customers->init();
@@ -66,8 +68,8 @@ TEST_P(BrowseTest, TextComparesCaseSensitively) {
     EXPECT_EQ(fetchAll(*customers), QStringList({"ABC", "Abd"}));
 }
 
-TEST_P(BrowseTest, AFailedBrowseIsListedAndSelectsNothing) {
-    addCustomers(6);
+TEST_P(ViewTest, AFailedBrowseIsListedAndSelectsNothing) {
+    m_company->addRecords(customerRecords(6));
     auto customers = m_session->openView("AR0024", "AR");
     customers->browse("CNTOPENINV>0", true);
     ASSERT_TRUE(customers->fetch());
@@ -83,7 +85,53 @@ TEST_P(BrowseTest, AFailedBrowseIsListedAndSelectsNothing) {
     EXPECT_EQ(fetchAll(*fresh).size(), 6);
 }
 
-TILLBOOK_ON_EACH_STORE(BrowseTest);
+TEST_P(ViewTest, InsertedAndUpdatedRecordsReadBackExactly) {
+    auto banks = m_session->openView("BK0001", "BK");
+    banks->init();
+    banks->fields().item("BANK").setValue("TDBANK");
+    banks->fields().item("NAME").setValue("Toronto-Dominion");
+    banks->fields().item("ERRSPREAD").setValue("99,999,999.999");
+    banks->fields().item("LSTMNTND").setValue("2025-03-14");
+    banks->insert();
+
+    banks->fields().item("NAME").setValue("TD Canada Trust");
+    banks->update();
+
+    auto again = signIn()->openView("BK0001", "BK");
+    again->fields().item("BANK").setValue("TDBANK");
+    ASSERT_TRUE(again->read());
+    EXPECT_EQ(again->fields().item("NAME").value().toString(), "TD Canada Trust");
+    EXPECT_EQ(again->fields().item("ERRSPREAD").value().value<Money>(), Money::fromThousandths(99999999999));
+    EXPECT_EQ(again->fields().item("LSTMNTND").value().toDate(), QDate(2025, 3, 14));
+}
+
+// Two tills change different fields of one customer; neither undoes the other.
+TEST_P(ViewTest, UpdateWritesOnlyWhatChangedAndDuplicateOrMissingRecordsAreRefused) {
+    m_company->addRecords(customerRecords(1));
+    auto till1 = m_session->openView("AR0024", "AR");
+    auto till2 = signIn()->openView("AR0024", "AR");
+    for (View* view : {till1.get(), till2.get()}) {
+        view->fields().item("IDCUST").setValue(customerNumber(1));
+        ASSERT_TRUE(view->read());
+    }
+    till1->fields().item("NAMECUST").setValue("Renamed");
+    till1->update();
+    till2->fields().item("TEXTPHON1").setValue("5551234");
+    till2->update();
+    ASSERT_TRUE(till1->read());
+    EXPECT_EQ(till1->fields().item("NAMECUST").value().toString(), "Renamed");
+    EXPECT_EQ(till1->fields().item("TEXTPHON1").value().toString(), "5551234");
+
+    till1->init();
+    till1->fields().item("IDCUST").setValue(customerNumber(1));
+    m_session->errors().clear();
+    expectFailure([&] { till1->insert(); }, "Customers record \"C0001\" already exists.");
+    EXPECT_EQ(m_session->errors().count(), 1);
+    till1->init();
+    EXPECT_THROW(till1->update(), LedgerError); // nothing read
+}
+
+TILLBOOK_EACH_STORE(ViewTest);
 
 } // namespace
 } // namespace tillbook::test
