@@ -86,42 +86,38 @@ private:
     qint64 m_batch = 0;
 };
 
-// Keyed on 2025-03-12 in period 03 of 2025, by " Ann Payer " with receipt number " CHQ " and description
-// "  Receipt ": a receipt applied to the customer's documents `keys`, a prepayment on document `applyTo`
-// (picked on line 1), a misc. receipt with its lines.
-ReceiptDraft keyed(ReceiptKind kind, const char* amount) {
-    ReceiptDraft draft;
-    draft.kind = kind;
-    draft.batch = int(Batch);
-    draft.amount = *Money::parse(QString::fromLatin1(amount));
-    draft.receiptDate = QDate(2025, 3, 12);
-    draft.fiscalYear = 2025;
-    draft.fiscalPeriod = 3;
-    draft.receiptNumber = QStringLiteral(" CHQ ");
-    draft.description = QStringLiteral("  Receipt ");
-    draft.payer = QStringLiteral(" Ann Payer ");
-    return draft;
+// A draft keyed on 2025-03-12 in period 03 of 2025 by " Ann Payer ", receipt number " CHQ ", description
+// "  Receipt ": a receipt applied to the customer's documents `keys` (CNTKEYs of its list), a prepayment on
+// document `applyTo` picked on grid line `line`, a misc. receipt with its lines.
+ReceiptDraft keyed(ReceiptKind kind, const char* amount, const char* customer, int entry = 0,
+                   const std::vector<int>& keys = {}, const char* applyTo = "", int line = 0, int period = 3,
+                   const std::vector<DistributionLine>& lines = {}) {
+    return {kind,
+            int(Batch),
+            entry,
+            QString::fromLatin1(customer),
+            *Money::parse(QString::fromLatin1(amount)),
+            QDate(2025, 3, 12),
+            {},
+            2025,
+            period,
+            " CHQ ",
+            " Ann Payer ",
+            "  Receipt ",
+            keys,
+            QString::fromLatin1(applyTo),
+            line,
+            lines};
 }
 ReceiptDraft receipt(int entry, const char* customer, const char* amount, const std::vector<int>& keys = {}) {
-    ReceiptDraft draft = keyed(ReceiptKind::Receipt, amount);
-    draft.entry = entry;
-    draft.customer = QString::fromLatin1(customer);
-    draft.applyKeys = keys;
-    return draft;
+    return keyed(ReceiptKind::Receipt, amount, customer, entry, keys);
 }
 ReceiptDraft prepayment(const char* customer, const char* amount, const char* applyTo, int line = 1,
                         int period = 3) {
-    ReceiptDraft draft = keyed(ReceiptKind::Prepayment, amount);
-    draft.customer = QString::fromLatin1(customer);
-    draft.prepaidDocument = QString::fromLatin1(applyTo);
-    draft.prepaymentLine = line;
-    draft.fiscalPeriod = period;
-    return draft;
+    return keyed(ReceiptKind::Prepayment, amount, customer, 0, {}, applyTo, line, period);
 }
 ReceiptDraft misc(const char* amount, const std::vector<DistributionLine>& lines) {
-    ReceiptDraft draft = keyed(ReceiptKind::Misc, amount);
-    draft.distributions = lines;
-    return draft;
+    return keyed(ReceiptKind::Misc, amount, "", 0, {}, "", 0, 3, lines);
 }
 ReceiptDraft datedAsTyped(ReceiptDraft draft, const char* typed) {
     draft.receiptDate = QDate();
