@@ -2,8 +2,8 @@
 // on leaving the amount; the date mask with real keys, and the fiscal lists and the ledger's date on leaving,
 // impossible dates and a day-first form included.
 #include "support/AnswerMessageBoxes.h"
+#include "support/Company.h"
 #include "support/ReceiptWindow.h"
-#include "support/SampleCompany.h"
 #include "ui/Platform.h"
 
 #include <QAction>
@@ -18,7 +18,7 @@ using namespace tillbook;
 class AmountDateFieldTest : public QObject {
     Q_OBJECT
 
-    std::unique_ptr<test::SampleCompany> company;
+    std::unique_ptr<test::Company> company;
     std::unique_ptr<test::ReceiptWindow> window;
     int beeps = 0;
 
@@ -27,7 +27,7 @@ class AmountDateFieldTest : public QObject {
 private slots:
     void initTestCase() {
         qputenv("TILLBOOK_TODAY", "2026-03-15");
-        company = std::make_unique<test::SampleCompany>();
+        company = std::make_unique<test::Company>(test::CompanyBuilder().sample());
         setBeepRecorder([this] { ++beeps; });
     }
     void cleanupTestCase() {
@@ -36,7 +36,7 @@ private slots:
     }
     void init() {
         qputenv("TILLBOOK_SHORT_DATE", "MM/dd/yyyy");
-        window = std::make_unique<test::ReceiptWindow>();
+        window = std::make_unique<test::ReceiptWindow>(*company);
         QVERIFY(window->open());
         window->form->Parts().entry.Unlock_Entry(); // as a started entry is
         window->form->Parts().entry.Clear_Entry();

@@ -1,9 +1,9 @@
 // Applying a receipt in the grid of the receipt window: the figures of each application, the refusal when
 // nothing is left, unapplying in the middle, what the grid ignores, and the prepayment's pick.
 #include "entry/ReceiptDesk.h"
+#include "support/Company.h"
 #include "support/ExpectBox.h"
 #include "support/ReceiptWindow.h"
-#include "support/SampleCompany.h"
 
 #include <QAction>
 #include <QPushButton>
@@ -15,7 +15,7 @@ using namespace tillbook;
 class ApplicationGridTest : public QObject {
     Q_OBJECT
 
-    std::unique_ptr<test::SampleCompany> company;
+    std::unique_ptr<test::Company> company;
     std::unique_ptr<test::ReceiptWindow> window;
 
     FlexGrid* grid() const { return window->grid(); }
@@ -38,8 +38,8 @@ private slots:
     }
     void init() {
         // Customers with many documents, so that the first one has at least three.
-        company = std::make_unique<test::SampleCompany>(QStringLiteral("SAMINC"), 5, 200);
-        window = std::make_unique<test::ReceiptWindow>();
+        company = std::make_unique<test::Company>(test::CompanyBuilder().sample(5, 200));
+        window = std::make_unique<test::ReceiptWindow>(*company);
     }
     void cleanup() {
         window.reset();

@@ -1,21 +1,16 @@
 // The road of each kind of entry through the receipt window, as a clerk walks it on a sample company: a new
 // batch with its bank code, a new entry, the customer, the amount typed, the documents or the distribution
-// lines, Save; then what the window shows and what the ledger holds.
-#include "entry/ReceiptDesk.h"
-#include "fetching/CustomerList.h"
+// lines, Save; then what the window shows, what the ledger holds, and the receipt printed from it.
 #include "fetching/ReceiptRecall.h"
 #include "ledger/Formats.h"
 #include "ledger/Session.h"
 #include "ledger/View.h"
 #include "ledger/engine/BatchPosting.h"
-#include "support/AnswerMessageBoxes.h"
-#include "support/BankDialog.h"
+#include "support/ExpectBox.h"
 #include "support/FinderAnswers.h"
 #include "support/LedgerRecords.h"
 #include "support/ReceiptWindow.h"
-#include "support/SampleCompany.h"
 
-#include <QAction>
 #include <QPushButton>
 #include <QTest>
 
@@ -24,8 +19,10 @@ using namespace tillbook;
 class ReceiptRoadTest : public QObject {
     Q_OBJECT
 
-    std::unique_ptr<test::SampleCompany> company;
+    std::unique_ptr<test::Company> company;
     std::unique_ptr<test::ReceiptWindow> window;
+    std::unique_ptr<test::ExpectBox>
+        boxes; // answers every box, so that one a fault brings up waits for no one
 
     QPushButton* button(const char* name) const { return test::control<QPushButton>(window->form, name); }
     void newBatchAndEntry() {
@@ -34,8 +31,7 @@ class ReceiptRoadTest : public QObject {
         button("cmdNewBatch")->click();
         QVERIFY(!Desk().BankCode.isEmpty());
         // No entry is started yet: nothing can be keyed.
-        QVERIFY(!window->enabled("txtAmount"));
-        QVERIFY(!window->enabled("cboCustomers"));
+        QVERIFY(!window->enabled("txtAmount") && !window->enabled("cboCustomers"));
         button("cmdNewEntry")->click();
         QVERIFY(window->enabled("txtAmount"));
         QCOMPARE(window->combo("cboEntry")->count(), 1);
@@ -56,14 +52,18 @@ class ReceiptRoadTest : public QObject {
                                    {"CNTENTER", "AMTENTER"})
             .at(0);
     }
+    // Each phrase is printed `times` times (once in each copy of the style).
+    static void expectPrinted(const QString& receipt, const QStringList& phrases, int times) {
+        for (const QString& phrase : phrases)
+            QVERIFY2(receipt.count(phrase) == times, qPrintable(phrase + " in " + receipt));
+    }
 
     // Another till of the company saves a miscellaneous receipt of 10.00 into the current batch.
     void anotherTillSaves() {
-        Session till;
-        till.open("ADMIN", "ADMIN", company->id(), Today(), 0);
-        const auto batch = till.openView("AR0041", "AR");
-        const auto header = till.openView("AR0042", "AR");
-        const auto misc = till.openView("AR0043", "AR");
+        const auto till = company->signIn(Today());
+        const auto batch = till->openView("AR0041", "AR");
+        const auto header = till->openView("AR0042", "AR");
+        const auto misc = till->openView("AR0043", "AR");
         batch->compose({header.get()});
         header->compose({batch.get(), misc.get()});
         misc->compose({header.get()});
@@ -91,60 +91,58 @@ private slots:
         qputenv("TILLBOOK_SHORT_DATE", "MM/dd/yyyy");
     }
     void init() {
-        company = std::make_unique<test::SampleCompany>(QStringLiteral("SAMINC"), 5, 200);
-        window = std::make_unique<test::ReceiptWindow>();
+        company = std::make_unique<test::Company>(test::CompanyBuilder().sample(5, 200));
+        window = std::make_unique<test::ReceiptWindow>(*company);
+        boxes = std::make_unique<test::ExpectBox>();
     }
     void cleanup() {
+        boxes.reset();
         window.reset();
         company.reset();
     }
 
-    void aReceiptAppliedToTwoDocumentsIsSavedReadBackAndLocked() {
+    void aReceiptAppliedToTwoDocumentsIsSavedReadBackLockedAndPrinted() {
         newBatchAndEntry();
         window->combo("cboCustomers")->setListIndex(0);
         const QString customer = Desk().Customers[0].Id;
         window->type("txtAmount", "1,000");
         QCOMPARE(window->text("txtAmount"), QString("1,000.00"));
         QCOMPARE(window->text("txtDate"), QString("03/15/2026"));
-        QVERIFY(button("cmdSearch")->isEnabled());
         button("cmdSearch")->click();
         QCOMPARE(window->text("txtReceiptNum"),
                  QString("%1-001-20260315").arg(Desk().CurrentBatch, 4, 10, QChar('0')));
         const QString first = window->grid()->TextMatrix(1, 2);
         const QString second = window->grid()->TextMatrix(2, 2);
-        const Money firstNet = Strip_Commas(window->grid()->TextMatrix(1, 8));
-        const Money secondNet = Strip_Commas(window->grid()->TextMatrix(2, 8));
+        const Money nets =
+            Strip_Commas(window->grid()->TextMatrix(1, 8)) + Strip_Commas(window->grid()->TextMatrix(2, 8));
         window->dblClick(1, 0);
         window->dblClick(2, 0);
         QCOMPARE(Desk().ApplyCount, 2);
         const Money applied =
             Strip_Commas(window->grid()->TextMatrix(1, 4)) + Strip_Commas(window->grid()->TextMatrix(2, 4));
-        QCOMPARE(applied, std::min(Money::fromWhole(1000), firstNet + secondNet));
+        QCOMPARE(applied, std::min(Money::fromWhole(1000), nets));
 
         window->edit("txtEntDesc")->setText("Cheque for two invoices");
         window->edit("txtPayer")->setText("Paid by cheque");
-        test::AnswerMessageBoxes boxes;
-        QVERIFY(button("cmdSave")->isEnabled());
+        QVERIFY(!button("cmdPrint")->isEnabled());
         button("cmdSave")->click();
-        button("cmdSave")->click(); // a second click writes nothing more
         QVERIFY(window->form->LastPosting().PostOK);
+        window->form->cmdSave_Click(); // a second save of the saved entry writes nothing more
 
         // The window: the batch's figures and the saved entry read back as saved, locked and printable.
         QCOMPARE(window->text("txtBatchEntries"), QString("Entries:  1"));
         QCOMPARE(window->text("txtBatchTotal"), QString("Total:  1,000.00"));
         QCOMPARE(window->combo("cboEntry")->ListIndex(), 0);
-        QCOMPARE(Desk().CurrentEntry, 1);
         QVERIFY(window->form->EntryLocked() && !Desk().EntryDirty);
-        QVERIFY(button("cmdPrint")->isEnabled() && !button("cmdSave")->isEnabled());
-        QVERIFY(window->enabled("cmdNewEntry"));
+        QVERIFY(button("cmdPrint")->isEnabled() && !window->saveEnabled() && window->enabled("cmdNewEntry"));
         for (const char* field :
              {"txtAmount", "txtDate", "txtEntDesc", "cboCustomers", "cboTransType", "txtPayer", "cmdSearch"})
             QVERIFY2(!window->enabled(field), field);
-        QCOMPARE(window->text("txtAmount"), QString("1,000.00"));
         QCOMPARE(window->text("txtEntDesc"), QString("Cheque for two invoices"));
         QCOMPARE(window->text("txtPayer"), QString("Paid by cheque"));
         QCOMPARE(window->combo("cboCustomers")->currentText(), Desk().Customers[0].Name);
-        QCOMPARE(window->text("txtUnapplied"), FormatAmount(Money::fromWhole(1000) - applied));
+        const QString unapplied = FormatAmount(Money::fromWhole(1000) - applied);
+        QCOMPARE(window->text("txtUnapplied"), unapplied);
         QCOMPARE(window->grid()->Cols(), 8);
         for (const auto& [row, document] : {std::pair{1, first}, {2, second}, {3, QString()}})
             QCOMPARE(window->grid()->TextMatrix(row, 0), document);
@@ -159,11 +157,25 @@ private slots:
         QCOMPARE(lines[1][0], second);
         QCOMPARE(Strip_Commas(lines[0][1]) + Strip_Commas(lines[1][1]), applied);
         QCOMPARE(batchFigures(), (QStringList{"1", Money::fromWhole(1000).toLedgerString()}));
-        QVERIFY(boxes.asked.isEmpty());
+
+        // Printed in the three-part style nothing stored chooses: each copy states the money and documents.
+        QVERIFY(window->action("mnuFileReceipt3V")->isChecked());
+        const QString receipt = window->print();
+        expectPrinted(receipt, {"Customer copy", "Office copy", "File copy"}, 1);
+        expectPrinted(receipt,
+                      {"Amount received 1,000.00", "Applied " + FormatAmount(applied),
+                       "Unapplied " + unapplied, first + ' ' + FormatAmount(Strip_Commas(lines[0][1])),
+                       second + ' ' + FormatAmount(Strip_Commas(lines[1][1])), "Received by ADMIN",
+                       "Cheque/Receipt No. " + window->text("txtReceiptNum")},
+                      3);
+        QVERIFY(boxes->none());
+        // A new entry has nothing to print.
+        button("cmdNewEntry")->click();
+        QVERIFY(!button("cmdPrint")->isEnabled() && !window->action("mnuFilePrint")->isEnabled());
     }
 
     // Other tills save into the batch meanwhile: the saved entry is still the one shown, found by its number.
-    void aPrepaymentIsSavedWithItsDocumentAndShownWhateverOtherTillsAdded() {
+    void aPrepaymentIsSavedWithItsDocumentShownWhateverOtherTillsAddedAndPrinted() {
         newBatchAndEntry();
         window->combo("cboTransType")->setListIndex(1);
         window->combo("cboCustomers")->setListIndex(0);
@@ -174,7 +186,6 @@ private slots:
         anotherTillSaves();
         anotherTillSaves();
 
-        test::AnswerMessageBoxes boxes;
         button("cmdSave")->click();
         QVERIFY(window->form->LastPosting().PostOK);
         QCOMPARE(window->text("txtBatchEntries"), QString("Entries:  3"));
@@ -182,8 +193,7 @@ private slots:
         QCOMPARE(window->combo("cboEntry")->count(), 3);
         QCOMPARE(window->combo("cboEntry")->ListIndex(), 2);
         QCOMPARE(Desk().CurrentEntry, 3);
-        QVERIFY(window->form->EntryLocked() && !button("cmdSave")->isEnabled());
-        QVERIFY(!window->grid()->isVisibleTo(window->form));
+        QVERIFY(window->form->EntryLocked() && !window->grid()->isVisibleTo(window->form));
         QCOMPARE(window->combo("cboTransType")->ListIndex(), 1);
         QCOMPARE(window->text("txtAmount"), QString("1,250.00"));
         QCOMPARE(window->text("txtPrePay"), document);
@@ -192,9 +202,23 @@ private slots:
         QCOMPARE(entryRows("AR0042", {"RMITTYPE", "AMTRMIT", "DOCNBR"}),
                  (std::vector<QStringList>{{"2", Money::fromWhole(1250).toLedgerString(), document}}));
         QCOMPARE(batchFigures(), (QStringList{"3", Money::fromWhole(1270).toLedgerString()}));
+
+        // The two styles are a pair: a click ticks its own, also when ticked, and unticks the other.
+        for (int click = 0; click < 2; ++click) {
+            window->action("mnuFileReceipt2V")->trigger();
+            QVERIFY(window->action("mnuFileReceipt2V")->isChecked());
+            QVERIFY(!window->action("mnuFileReceipt3V")->isChecked());
+        }
+        const QString receipt = window->print();
+        expectPrinted(receipt, {"File copy"}, 0);
+        expectPrinted(receipt,
+                      {"Amount received 1,250.00", "Applied 1,250.00", "Unapplied 0.00",
+                       document + " PP0000001 1,250.00"},
+                      2);
+        QVERIFY(boxes->none());
     }
 
-    void aMiscellaneousReceiptFromItsFirstLineToTheLedger() {
+    void aMiscellaneousReceiptFromItsFirstLineToTheLedgerAndItsReceipt() {
         newBatchAndEntry();
         window->form->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(window->form));
@@ -226,7 +250,6 @@ private slots:
         QCOMPARE(window->text("txtAmount"), QString("1,150.00"));
         QCOMPARE(window->grid()->Cols(), 5);
         QCOMPARE(window->grid()->Rows(), 10);
-        QCOMPARE(window->grid()->Col(), 0);
         for (const auto& [row, col, text] :
              {std::tuple{1, 0, "RENTAL"}, {2, 1, "4100-100"}, {2, 2, "150"}, {3, 0, ""}})
             QCOMPARE(window->grid()->TextMatrix(row, col), QString(text));
@@ -238,6 +261,13 @@ private slots:
                  (std::vector<QStringList>{{"RENTAL", "4500", money(1000), "MAR-RENT", "March rent"},
                                            {"MISC", "4100-100", money(150), "", ""}}));
         QCOMPARE(batchFigures(), (QStringList{"1", money(1150)}));
+
+        const QString receipt = window->print();
+        expectPrinted(receipt,
+                      {"RENTAL 4500 MAR-RENT March rent 1,000.00", "MISC 4100-100 150.00",
+                       "Amount received 1,150.00", "Unapplied 0.00"},
+                      3);
+        QVERIFY(boxes->none());
     }
 
     void aFailedSaveUndoesTheApplicationsAndKeepsTheEntryNew() {
@@ -248,19 +278,17 @@ private slots:
         window->dblClick(1, 0);
         // Another till posts the batch meanwhile: the ledger refuses the entry.
         ErrorList elsewhere;
-        engine::postBatch(*engine::CompanyStore::open(company->id()), elsewhere, Desk().CurrentBatch,
-                          Today());
+        engine::postBatch(*company->store(), elsewhere, Desk().CurrentBatch, Today());
 
-        test::AnswerMessageBoxes boxes;
         button("cmdSave")->click();
         QVERIFY(!window->form->LastPosting().PostOK);
-        QVERIFY(!boxes.asked.isEmpty());
+        QVERIFY(!boxes->none());
         QCOMPARE(window->text("txtUnapplied"), window->text("txtAmount"));
         for (int row = 1; row < window->grid()->Rows(); ++row)
             QVERIFY(window->grid()->TextMatrix(row, 0) != "Yes");
-        QVERIFY(!window->form->EntryLocked());
-        QVERIFY(Desk().EntryIsNew.back());
+        QVERIFY(!window->form->EntryLocked() && Desk().EntryIsNew.back());
         QVERIFY(entryRows("AR0042", {"IDCUST"}).empty());
+        QVERIFY(window->print().isEmpty());
     }
 };
 

@@ -1,15 +1,16 @@
-// The receipt window: what it loads after sign-in, its three modes, the grid's column sets, and closing.
+// The receipt window: what it loads after sign-in, its three modes, the grid's column sets, batches with
+// their bank codes, entries, the list menus, the customer shown, and closing.
 #include "support/ReceiptWindow.h"
 
-#include "entry/frmCR.h"
+#include "entry/dialogs/frmBank.h"
+#include "fetching/Batches.h"
+#include "ledger/LedgerError.h"
+#include "support/Company.h"
 #include "support/ExpectBox.h"
-#include "support/SampleCompany.h"
 
-#include <QAction>
 #include <QCollator>
+#include <QPlainTextEdit>
 #include <QPushButton>
-#include <QRegularExpression>
-#include <QTest>
 #include <array>
 #include <tuple>
 
@@ -18,23 +19,32 @@ using namespace tillbook;
 class ReceiptWindowTest : public QObject {
     Q_OBJECT
 
-    std::unique_ptr<test::SampleCompany> company;
+    std::unique_ptr<test::Company> company;
     std::unique_ptr<test::ReceiptWindow> window;
+
+    QStringList batchItems() {
+        QStringList items;
+        for (int i = 0; i < window->combo("cboBatch")->count(); ++i)
+            items << window->combo("cboBatch")->itemText(i);
+        return items;
+    }
 
 private slots:
     void initTestCase() {
         qputenv("TILLBOOK_TODAY", "2026-03-15");
         qputenv("TILLBOOK_SHORT_DATE", "MM/dd/yyyy");
-        company = std::make_unique<test::SampleCompany>();
     }
-    void cleanupTestCase() { company.reset(); }
-
+    // A company of its own for each test: the batches one test adds are not in the next one's lists.
     void init() {
-        window = std::make_unique<test::ReceiptWindow>();
+        company = std::make_unique<test::Company>(test::CompanyBuilder().sample());
+        window = std::make_unique<test::ReceiptWindow>(*company);
         QVERIFY(window->open());
         window->form->Parts().entry.Unlock_Entry(); // as a started entry is
     }
-    void cleanup() { window.reset(); }
+    void cleanup() {
+        window.reset();
+        company.reset();
+    }
 
     void loadsTheSignedInCompanyInReceiptMode() {
         QCOMPARE(window->form->TransType(), 0);
@@ -115,40 +125,14 @@ private slots:
         QCOMPARE(box.asked.size(), 2);
     }
 
-    // Each document shows its own type texts and amounts: the prepayment's list of a customer with documents,
-    // then the receipt's open documents with their amounts right-aligned.
-    void aCustomersDocumentsShowTheirTextsAndAmounts() {
-        const QRegularExpression amount("^-?[0-9,]+\\.[0-9]{2}$");
-        FlexGrid* grid = window->grid();
-        window->combo("cboTransType")->setListIndex(1);
-        for (int i = 0; i < window->combo("cboCustomers")->count() && grid->TextMatrix(1, 0).isEmpty(); ++i) {
-            window->combo("cboCustomers")->setCurrentIndex(i);
-            window->form->Parts().grid.Load_CustomerDocuments();
-        }
-        QVERIFY(!grid->TextMatrix(1, 0).isEmpty());
-        for (int r = 1; r < grid->Rows(); ++r) {
-            const QString type = grid->TextMatrix(r, 5);
-            QVERIFY2(type.contains(" - ") || type == "Interest Charge" || type.toInt() > 0, qPrintable(type));
-            QVERIFY(QStringList({"Invoice", "Debit Note", "Credit Note"}).contains(grid->TextMatrix(r, 6)) ||
-                    grid->TextMatrix(r, 6).toInt() > 0);
-            QVERIFY2(grid->TextMatrix(r, 9).contains(amount), qPrintable(grid->TextMatrix(r, 9)));
-            QVERIFY(QStringList({"No", "Yes"}).contains(grid->TextMatrix(r, 11)));
-        }
-
-        window->combo("cboTransType")->setListIndex(0);
+    void theOpenDocumentsAmountsAreRightAligned() {
         window->combo("cboCustomers")->setListIndex(0);
         window->form->Parts().grid.Load_OpenDocuments();
-        QVERIFY(grid->Rows() > 1);
-        for (int r = 1; r < grid->Rows(); ++r) {
-            QVERIFY(QStringList({"No", "Pend", "Yes"}).contains(grid->TextMatrix(r, 0)));
-            for (int c = 3; c <= 13; ++c)
-                QVERIFY2(grid->TextMatrix(r, c).contains(amount), qPrintable(grid->TextMatrix(r, c)));
-        }
-        grid->setRow(1);
-        grid->setCol(3);
-        QCOMPARE(grid->CellAlignment(), flexAlignRightCenter);
-        grid->setCol(2);
-        QCOMPARE(grid->CellAlignment(), flexAlignLeftCenter);
+        window->grid()->setRow(1);
+        window->grid()->setCol(3);
+        QCOMPARE(window->grid()->CellAlignment(), flexAlignRightCenter);
+        window->grid()->setCol(2);
+        QCOMPARE(window->grid()->CellAlignment(), flexAlignLeftCenter);
     }
 
     void closingRemembersTheBatchAndTheReceiptStyle() {
@@ -161,6 +145,120 @@ private slots:
         QCOMPARE(window->settings.raw("Database1/BatchInfo/Index"), QString("3"));
         QCOMPARE(window->settings.raw("ReceiptStyle/2panel"), QString("True"));
         QCOMPARE(window->settings.raw("ReceiptStyle/3panel"), QString("False"));
+    }
+
+    void aNewBatchGetsItsBankCodeAndIsListedAfterTheEarlierOnesTwiceWithOneNewEntryAtATime() {
+        // A first batch, so that there are earlier batches to list again.
+        QString shown;
+        test::answerBankDialog(0, &shown);
+        window->form->cmdNewBatch_Click();
+        const QString first = QString::number(Desk().CurrentBatch);
+        QCOMPARE(shown, first);
+        QCOMPARE(batchItems(), QStringList{first});
+
+        test::answerBankDialog(1);
+        test::control<QAction>(window->form, "mnuBatchNew")->trigger();
+        const QString second = QString::number(Desk().CurrentBatch);
+        QVERIFY(second.toInt() > first.toInt());
+        QCOMPARE(batchItems(), (QStringList{first, first, second}));
+        QCOMPARE(window->combo("cboBatch")->ListIndex(), 2);
+        QCOMPARE(Desk().BatchListIndex, 2);
+        QCOMPARE(window->text("txtBatchEntries"), QString("Entries:  0"));
+        QCOMPARE(window->text("txtBatchTotal"), QString("Total:  0.00"));
+        QVERIFY(!Desk().BankCode.isEmpty());
+        QCOMPARE(window->text("txtBank"), "Bank Code:  " + Desk().BankCode);
+        QCOMPARE(Get_BatchBank(Desk(), second), Desk().BankCode);
+        QCOMPARE(window->combo("cboEntry")->count(), 0);
+
+        // Only one new entry at a time stands at the end of the list.
+        window->form->cmdNewEntry_Click();
+        QCOMPARE(window->combo("cboEntry")->currentText(), QString("1"));
+        QCOMPARE(Desk().CurrentEntry, 1);
+        QVERIFY(!window->form->EntryLocked() && window->enabled("txtAmount"));
+        QCOMPARE(window->combo("cboTransType")->ListIndex(), 0);
+        test::control<QAction>(window->form, "mnuEntryNew")->trigger();
+        QCOMPARE(window->combo("cboEntry")->count(), 1);
+        QVERIFY(!window->enabled("cmdNewEntry"));
+        QVERIFY(!test::control<QAction>(window->form, "mnuEntryNew")->isEnabled());
+    }
+
+    void theRememberedBatchIsSelectedOnlyWhereItStillStands() {
+        test::answerBankDialog(0);
+        window->form->cmdNewBatch_Click();
+        const QString batch = QString::number(Desk().CurrentBatch);
+        // Where the list position now holds another batch, or lies beyond the list, nothing is selected and
+        // the captions stand bare.
+        for (const auto& [remembered, index, selected] :
+             {std::tuple{batch, "0", 0}, {QString("999"), "0", -1}, {batch, "5", -1}}) {
+            window->close();
+            window->settings.set("Database1/BatchInfo/Batch", remembered);
+            window->settings.set("Database1/BatchInfo/Index", index);
+            QVERIFY(window->open());
+            QCOMPARE(window->combo("cboBatch")->ListIndex(), selected);
+            QCOMPARE(window->text("txtBatchEntries"), QString(selected < 0 ? "Entries:  " : "Entries:  0"));
+            QCOMPARE(window->text("txtBatchTotal"), QString(selected < 0 ? "Total:  " : "Total:  0.00"));
+            QCOMPARE(window->combo("cboEntry")->ListIndex(), -1);
+        }
+        QCOMPARE(window->text("txtBank"), QString("Bank Code:  "));
+    }
+
+    void theMenusMoveOverTheListsAndStopAtTheirEnds() {
+        ComboBox* customers = window->combo("cboCustomers");
+        const int last = customers->count() - 1;
+        QVERIFY(last > 1);
+        for (const auto& [menu, index] :
+             std::vector<std::pair<const char*, int>>{{"mnuCustomerFirst", 0},
+                                                      {"mnuCustomerPrevious", 0},
+                                                      {"mnuCustomerNext", 1},
+                                                      {"mnuCustomerLast", last},
+                                                      {"mnuCustomerNext", last},
+                                                      {"mnuCustomerPrevious", last - 1}}) {
+            test::control<QAction>(window->form, menu)->trigger();
+            QCOMPARE(customers->ListIndex(), index);
+        }
+        // The customer chosen shows its number, address and phone, and is the payer.
+        const QString info = test::control<QPlainTextEdit>(window->form, "txtCustInfo")->toPlainText();
+        QVERIFY(info.startsWith("Customer ID: "));
+        QVERIFY(info.contains("\nAddress: ") && info.contains("\n               ") &&
+                info.contains("\nPhone: "));
+        QCOMPARE(window->text("txtPayer"), customers->currentText());
+        // A saved entry on show keeps its customer.
+        window->form->Parts().entry.Lock_Entry();
+        test::control<QAction>(window->form, "mnuCustomerFirst")->trigger();
+        QCOMPARE(customers->ListIndex(), last - 1);
+        // First on an empty list selects nothing and does no harm.
+        test::control<QAction>(window->form, "mnuEntryFirst")->trigger();
+        QCOMPARE(window->combo("cboEntry")->ListIndex(), -1);
+    }
+
+    void aBankCodeThatCannotBeWrittenIsAskedForAgain() {
+        test::ExpectBox answers;
+        int attempts = 0;
+        frmBank dialog("7", {"TDOPER", "RBCOPER"}, [&](const QString&) {
+            if (++attempts == 1)
+                throw LedgerError("Batch 7 is being changed by another till.");
+        });
+        dialog.show();
+        auto* ok = dialog.findChild<QPushButton*>("cmdOK");
+        auto* banks = dialog.findChild<ComboBox*>("cboBank");
+        QCOMPARE(banks->ListIndex(), -1);
+        QVERIFY(!ok->isEnabled());
+        dialog.reject(); // there is no cancel
+        QVERIFY(dialog.isVisible());
+
+        banks->setListIndex(0);
+        ok->click();
+        QCOMPARE(answers.asked.size(), 1);
+        QVERIFY(answers.asked[0].prompt.startsWith("The bank code TDOPER could not be written to batch 7."));
+        QVERIFY(answers.asked[0].prompt.contains("Batch 7 is being changed by another till."));
+        QVERIFY(dialog.isVisible());
+        QCOMPARE(dialog.BankCode(), QString());
+
+        banks->setListIndex(1);
+        ok->click();
+        QCOMPARE(attempts, 2);
+        QCOMPARE(dialog.result(), int(QDialog::Accepted));
+        QCOMPARE(dialog.BankCode(), QString("RBCOPER"));
     }
 };
 

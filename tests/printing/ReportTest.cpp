@@ -1,4 +1,5 @@
-// The report engine on templates of the test's own: fields, rows, sub-reports and their data sets, copies.
+// The report engine on templates of the test's own: fields, rows, amounts, totals, copies, and templates that
+// cannot be used (sub-reports bound to the receipt's data set are printed by the receipt tests).
 
 #include "printing/Report.h"
 
@@ -50,29 +51,6 @@ TEST_F(ReportEngine, FieldsRowsAmountsAndTotalsRender) {
     const QString none = report->render("File");
     EXPECT_TRUE(none.contains("[Smith &amp; &lt;Sons&gt;]")); // the header still prints
     EXPECT_TRUE(none.contains("none total 0.00 File"));
-}
-
-TEST_F(ReportEngine, EverySubReportPrintsFromTheDataSetItIsBoundTo) {
-    write("Main.html", "{{> Head}}|{{#rows}}{{Invoice Number}};{{/rows}}|{{> Foot}}|{{> Head}}");
-    write("Head.html", "head {{Customer Name}} {{copy}}");
-    write("Foot.html", "foot {{#total}}Amount Paid{{/total}} {{> Sign}}");
-    write("Sign.html", "sign {{Invoice Number}}");
-    auto report = Report::open(dir.filePath("Main.html"));
-    EXPECT_EQ(report->subreportNames(), QStringList({"Head", "Foot"}));
-    EXPECT_EQ(report->subreport("Foot").subreportNames(), QStringList({"Sign"}));
-    EXPECT_THROW(report->subreport("Sign"), InputError);
-
-    // Bound only at the top, the sub-reports have no data.
-    const auto data = lines();
-    report->setDataSource(data);
-    EXPECT_EQ(report->render("Customer"), "head  Customer|IN1;IN2;|foot 0.00 sign |head  Customer");
-
-    report->subreport("Head").setDataSource(data);
-    report->subreport("Foot").setDataSource(data);
-    report->subreport("Foot").subreport("Sign").setDataSource(data);
-    EXPECT_EQ(report->render("Office"),
-              "head Smith &amp; &lt;Sons&gt; Office|IN1;IN2;|foot 1,000.25 sign IN1|"
-              "head Smith &amp; &lt;Sons&gt; Office");
 }
 
 TEST_F(ReportEngine, TemplateThatCannotBeUsedIsNamed) {

@@ -102,4 +102,8 @@ std::string storeTestName(const ::testing::TestParamInfo<StoreKind>& info) {
     return storeName(info.param).toStdString();
 }
 
+void Company::script(const QString& path, const QString& date) const {
+    test::runScript(m_id, path, date);
+}
+
 } // namespace tillbook::test

@@ -71,6 +71,11 @@ public:
 private:
     TestStore m_store; // first: the company is made inside its folder
     QString m_id;
+
+public:
+    // Runs a script of view operations with the ledger tool on the company as it is now, as a builder's
+    // script is run on a made company; for a company made again after the builder's work.
+    void script(const QString& path, const QString& date) const;
 };
 
 // A path under the source tree, for scripts and examples.

@@ -1,19 +1,23 @@
 #pragma once
 
-// The receipt window as the clerk gets it after signing in as ADMIN to company SAMINC (database slot 1), with
-// its settings in a temporary file, and its controls found by name.
+// The receipt window as the clerk gets it after signing in as ADMIN to a builder's company (database slot 1),
+// with its settings in a temporary file, its controls found by name, and its printed receipts as text.
 
 #include "entry/ReceiptDesk.h"
 #include "entry/ReceiptWindowParts.h"
 #include "entry/frmCR.h"
 #include "support/BankDialog.h"
+#include "support/Company.h"
 #include "support/TempSettings.h"
 #include "ui/ComboBox.h"
 #include "ui/FlexGrid.h"
 
 #include <QAction>
+#include <QDir>
 #include <QLineEdit>
 #include <QPointer>
+#include <QProcess>
+#include <QTemporaryDir>
 #include <QTest>
 
 namespace tillbook::test {
@@ -25,15 +29,28 @@ template <typename T> T* control(QWidget* form, const char* name) {
     return found;
 }
 
+// The text of a PDF as pdftotext reads it, every run of blanks and line ends made one blank.
+inline QString pdfText(const QString& file) {
+    QProcess process;
+    process.start(QStringLiteral("pdftotext"), {QStringLiteral("-layout"), file, QStringLiteral("-")});
+    if (!process.waitForFinished(60000))
+        return {};
+    return QString::fromUtf8(process.readAllStandardOutput()).simplified();
+}
+
 class ReceiptWindow {
 public:
-    ReceiptWindow() {
+    explicit ReceiptWindow(const Company& company) {
         ResetDesk(); // every window starts from a fresh desk
-        Desk().SignInDatabaseID = QStringLiteral("SAMINC");
+        Desk().SignInDatabaseID = company.id();
         Desk().SignInUser = QStringLiteral("ADMIN");
         Desk().CurrentDatabase = 1;
+        qputenv("TILLBOOK_PDF_DIR", pdfs.path().toUtf8());
     }
-    ~ReceiptWindow() { close(); }
+    ~ReceiptWindow() {
+        close();
+        qunsetenv("TILLBOOK_PDF_DIR");
+    }
     ReceiptWindow(const ReceiptWindow&) = delete;
     ReceiptWindow& operator=(const ReceiptWindow&) = delete;
 
@@ -52,13 +69,12 @@ public:
 
     ComboBox* combo(const char* name) const { return control<ComboBox>(form, name); }
     QLineEdit* edit(const char* name) const { return control<QLineEdit>(form, name); }
+    QAction* action(const char* name) const { return control<QAction>(form, name); }
     QString text(const char* name) const { return edit(name)->text(); }
     FlexGrid* grid() const { return control<FlexGrid>(form, "MSFlexGrid1"); }
     bool shown(const char* name) const { return control<QWidget>(form, name)->isVisibleTo(form); }
     bool enabled(const char* name) const { return control<QWidget>(form, name)->isEnabled(); }
-    bool saveEnabled() const {
-        return enabled("cmdSave") && control<QAction>(form, "mnuFileSave")->isEnabled();
-    }
+    bool saveEnabled() const { return enabled("cmdSave") && action("mnuFileSave")->isEnabled(); }
 
     // Tabs into a field, which selects its text, types the keys and, when asked, tabs out to the description.
     QLineEdit* type(const char* name, const QString& keys, bool leave = true) {
@@ -84,8 +100,19 @@ public:
         form->cmdNewBatch_Click();
         form->cmdNewEntry_Click();
     }
+    // Runs a print command and returns the text of the receipt it wrote; empty when it wrote none.
+    QString print(const char* command = "mnuFilePrint") {
+        const QDir folder(pdfs.path());
+        const QStringList before = folder.entryList({QStringLiteral("*.pdf")});
+        action(command)->trigger();
+        for (const QString& file : folder.entryList({QStringLiteral("*.pdf")}))
+            if (!before.contains(file))
+                return pdfText(folder.filePath(file));
+        return {};
+    }
 
     TempSettings settings;
+    QTemporaryDir pdfs;
     QPointer<frmCR> form;
 };
 
