@@ -9,6 +9,7 @@
 
 #include <QString>
 #include <functional>
+#include <memory>
 
 namespace tillbook {
 
@@ -21,22 +22,23 @@ struct CustomerRecord {
 };
 
 // The list held as text in one block, a customer's record made when it is asked for: a million customers
-// take some 80 MB instead of an object per field.
+// take some 80 MB instead of an object per field. The block is never changed once read, and copies share it:
+// a search that folds it on a thread of its own keeps it for as long as it needs.
 class CustomerList {
 public:
     enum Field { Name, Id, Street1, Street2, Phone, FieldCount };
 
-    CustomerList() : m_rows(FieldCount) {}
-    explicit CustomerList(TextRows rows) : m_rows(std::move(rows)) {}
+    CustomerList() : m_rows(std::make_shared<const TextRows>(FieldCount)) {}
+    explicit CustomerList(TextRows rows) : m_rows(std::make_shared<const TextRows>(std::move(rows))) {}
 
-    size_t size() const { return m_rows.rows(); }
-    bool empty() const { return m_rows.empty(); }
+    size_t size() const { return m_rows->rows(); }
+    bool empty() const { return m_rows->empty(); }
     CustomerRecord operator[](size_t position) const;
-    QString text(size_t position, Field field) const { return m_rows.text(position, field); }
-    QByteArrayView utf8(size_t position, Field field) const { return m_rows.utf8(position, field); }
+    QString text(size_t position, Field field) const { return m_rows->text(position, field); }
+    QByteArrayView utf8(size_t position, Field field) const { return m_rows->utf8(position, field); }
 
 private:
-    TextRows m_rows; // Name, Id, Street1, Street2, Phone
+    std::shared_ptr<const TextRows> m_rows; // Name, Id, Street1, Street2, Phone
 };
 
 // Told how far a long task has come: `done` of `total` steps; a total of 0 means the end is not known yet.

@@ -48,40 +48,66 @@ QByteArray Fold_SearchText(QStringView text) {
     return out;
 }
 
-void CustomerSearch::fold() {
-    const size_t n = m_customers.size();
-    m_starts.reserve(n + 1);
+CustomerSearch::CustomerSearch(CustomerList customers) : m_customers(std::move(customers)) {
+    m_folding = std::async(std::launch::async, [this] { return Fold_Customers(m_customers); });
+}
+
+CustomerSearch::~CustomerSearch() {
+    if (m_folding.valid())
+        m_folding.wait();
+}
+
+void CustomerSearch::waitUntilFolded() {
+    if (m_folding.valid())
+        m_folded = m_folding.get();
+}
+
+FoldedCustomers Fold_Customers(const CustomerList& customers) {
+    FoldedCustomers folded;
+    std::string& out = folded.text;
+    const size_t n = customers.size();
+    size_t bytes = 0;
+    for (size_t i = 0; i < n; ++i)
+        bytes += size_t(customers.utf8(i, CustomerList::Name).size() +
+                        customers.utf8(i, CustomerList::Id).size()) +
+                 2;
+    out.reserve(bytes + bytes / 16);
+    folded.starts.reserve(n + 1);
     QByteArray cell;
     for (size_t i = 0; i < n; ++i) {
-        m_starts.push_back(std::uint32_t(m_folded.size()));
+        folded.starts.push_back(std::uint32_t(out.size()));
         for (const CustomerList::Field field : {CustomerList::Name, CustomerList::Id}) {
-            const QByteArrayView text = m_customers.utf8(i, field);
+            const QByteArrayView text = customers.utf8(i, field);
             bool ascii = true;
             for (const char c : text)
                 ascii = ascii && (c & 0x80) == 0;
             if (ascii) { // the common case, without decoding
+                const size_t at = out.size();
+                out.resize(at + size_t(text.size()));
+                char* to = out.data() + at;
                 for (const char c : text)
-                    m_folded +=
+                    *to++ =
                         c == '\t' || c == '\n' || c == '\r' ? ' ' : char(c >= 'A' && c <= 'Z' ? c + 32 : c);
             } else {
                 cell = Fold_SearchText(QString::fromUtf8(text));
-                m_folded.append(cell.constData(), size_t(cell.size()));
+                out.append(cell.constData(), size_t(cell.size()));
             }
-            m_folded += field == CustomerList::Name ? '\t' : '\n';
+            out += field == CustomerList::Name ? '\t' : '\n';
         }
     }
-    m_starts.push_back(std::uint32_t(m_folded.size()));
+    folded.starts.push_back(std::uint32_t(out.size()));
+    return folded;
 }
 
 bool CustomerSearch::holds(std::uint32_t position, const QByteArray& folded) const {
-    const char* begin = m_folded.data() + m_starts[position];
-    const size_t length = m_starts[position + 1] - m_starts[position];
+    const std::vector<std::uint32_t>& starts = m_folded.starts;
+    const char* begin = m_folded.text.data() + starts[position];
+    const size_t length = starts[position + 1] - starts[position];
     return memmem(begin, length, folded.constData(), size_t(folded.size())) != nullptr;
 }
 
 const std::vector<std::uint32_t>& CustomerSearch::find(const QString& text) {
-    if (m_starts.empty())
-        fold();
+    waitUntilFolded();
     const QByteArray folded = Fold_SearchText(text);
     const bool narrower = m_lastValid && folded.startsWith(m_lastText);
     m_lastText = folded;
@@ -91,23 +117,24 @@ const std::vector<std::uint32_t>& CustomerSearch::find(const QString& text) {
         return m_found;
     }
     m_found.clear();
-    const size_t customers = m_starts.size() - 1;
+    const std::string& all = m_folded.text;
+    const std::vector<std::uint32_t>& starts = m_folded.starts;
+    const size_t customers = starts.empty() ? 0 : starts.size() - 1;
     if (folded.isEmpty()) {
         m_found.resize(customers);
         std::iota(m_found.begin(), m_found.end(), 0u);
         return m_found;
     }
     // One pass over all the text; after a hit the search goes on at the next customer.
-    const char* base = m_folded.data();
     size_t at = 0;
     std::uint32_t position = 0;
     while (const void* hit =
-               memmem(base + at, m_folded.size() - at, folded.constData(), size_t(folded.size()))) {
-        const size_t offset = size_t(static_cast<const char*>(hit) - base);
-        while (m_starts[position + 1] <= offset)
+               memmem(all.data() + at, all.size() - at, folded.constData(), size_t(folded.size()))) {
+        const size_t offset = size_t(static_cast<const char*>(hit) - all.data());
+        while (starts[position + 1] <= offset)
             ++position;
         m_found.push_back(position);
-        at = m_starts[++position];
+        at = starts[++position];
         if (position >= customers)
             break;
     }

@@ -9,6 +9,7 @@
 #include "ledger/engine/Dialect.h"
 #include "ledger/engine/PasswordHash.h"
 #include "ledger/engine/StoreFailure.h"
+#include "ledger/engine/StoredRow.h"
 
 #include <QHash>
 #include <QSqlDatabase>
@@ -80,6 +81,9 @@ public:
     // Throws LedgerError.
     std::vector<QVariant> readCells(const QString& sql, const QVariantList& values, int width,
                                     bool settle = true);
+    // The rows of a SELECT handed to `each` one by one, to be decoded where they are read; as readCells
+    // otherwise.
+    void readEach(const QString& sql, const QVariantList& values, const RowReader& each, bool settle = true);
 
     // Transactions, counted so that an inner one joins the outer one; an inner one is a savepoint, rolled
     // back alone.
@@ -119,6 +123,7 @@ public:
 private:
     CompanyStore(CompanyLocation location, std::unique_ptr<Dialect> dialect);
     void connect(bool fresh);
+    SqliteStatements* sqliteStatements();
     bool prepareSqliteOpen(const CompanyFileState& file, bool firstConnection);
     void checkIsCompany();
     void addMissingColumns();

@@ -93,17 +93,20 @@ TextRows CompanyStore::readText(const QString& sql, const QVariantList& values, 
     return rows;
 }
 
+// The connection's statements run through SQLite's own interface; nullptr on PostgreSQL.
+SqliteStatements* CompanyStore::sqliteStatements() {
+    if (!m_location.postgres && !m_sqliteStatements)
+        if (sqlite3* handle = sqliteHandle(m_db))
+            m_sqliteStatements = std::make_unique<SqliteStatements>(handle);
+    return m_sqliteStatements.get();
+}
+
 std::vector<QVariant> CompanyStore::readCells(const QString& sql, const QVariantList& values, int width,
                                               bool settle) {
     if (settle && !m_held->empty())
         m_held->write(*this);
-    if (!m_location.postgres) {
-        if (!m_sqliteStatements)
-            if (sqlite3* handle = sqliteHandle(m_db))
-                m_sqliteStatements = std::make_unique<SqliteStatements>(handle);
-        if (m_sqliteStatements)
-            return m_sqliteStatements->readCells(sql, values, width);
-    }
+    if (SqliteStatements* direct = sqliteStatements())
+        return direct->readCells(sql, values, width);
     QSqlQuery& query = statement(sql);
     run(query, values);
     std::vector<QVariant> cells;
@@ -112,6 +115,29 @@ std::vector<QVariant> CompanyStore::readCells(const QString& sql, const QVariant
             cells.push_back(query.value(i));
     query.finish();
     return cells;
+}
+
+void CompanyStore::readEach(const QString& sql, const QVariantList& values, const RowReader& each,
+                            bool settle) {
+    if (settle && !m_held->empty())
+        m_held->write(*this);
+    if (SqliteStatements* direct = sqliteStatements())
+        return direct->readEach(sql, values, each);
+    class QueryRow final : public StoredRow {
+    public:
+        explicit QueryRow(const QSqlQuery& query) : m_query(query) {}
+        qint64 integer(int column) const override { return m_query.value(column).toLongLong(); }
+        QString text(int column) const override { return m_query.value(column).toString(); }
+
+    private:
+        const QSqlQuery& m_query;
+    };
+    QSqlQuery& query = statement(sql);
+    run(query, values);
+    const QueryRow row(query);
+    while (query.next())
+        each(row);
+    query.finish();
 }
 
 void CompanyStore::beginWrite() {

@@ -2,6 +2,7 @@
 
 #include "ledger/engine/PendingApplications.h"
 #include "ledger/engine/RecordAccess.h"
+#include "ledger/engine/StoredRow.h"
 #include "ledger/engine/ValueCodec.h"
 #include "ledger/engine/ViewCore.h"
 
@@ -9,7 +10,7 @@ namespace tillbook::engine {
 
 namespace {
 
-// The AR0036 fields a listed document keeps, and their places in OpenDocument::source.
+// The AR0036 fields a listed document keeps, in the order they are read.
 const QStringList DocumentFields{
     QStringLiteral("IDINVC"),     QStringLiteral("TRXTYPEID"), QStringLiteral("TRXTYPETXT"),
     QStringLiteral("DESCINVC"),   QStringLiteral("DATEINVC"),  QStringLiteral("DATEDUE"),
@@ -56,11 +57,6 @@ qint64 fromListOrComposed(ViewCore& view, const QString& field, const QString& v
 }
 
 } // namespace
-
-QVariant DocumentSource::value(const QString& field) const {
-    const qsizetype place = DocumentFields.indexOf(field);
-    return place < 0 || !rows || size_t(place) >= rows->width ? QVariant() : (*this)[size_t(place)];
-}
 
 bool OpenDocument::hasPending() const {
     return !pendingPayments.isZero() || !pendingDiscounts.isZero() || !pendingAdjustments.isZero();
@@ -111,28 +107,47 @@ void OpenDocumentList::process(ViewCore& view) {
     // What other entries apply is read before what is due: a posting committed in between then counts
     // twice (what is left is shown short, never over), and the entry's insert checks again under lock.
     const auto pending = pendingApplications(view.store(), customer, m_batch, m_entry);
-    // Invoices, debit notes, credit notes and interest with something still due.
-    const auto records = std::make_shared<const Page>(readRows(
-        view.store(), QStringLiteral("AR0036"), {{QStringLiteral("IDCUST"), customer}}, DocumentFields,
-        {QStringLiteral("IDINVC")}, QStringLiteral("\"AMTDUETC\" <> 0 AND \"TRXTYPETXT\" IN (1, 2, 3, 4)")));
-    m_documents.clear();
-    m_documents.reserve(records->rows());
-    for (size_t row = 0; row < records->rows(); ++row) {
-        const QVariant* record = records->row(row);
-        OpenDocument document;
-        document.number = record[SourceNumber].toString();
-        document.amount = moneyOf(record[SourceAmount]);
-        document.due = moneyOf(record[SourceDue]);
-        const QDate discountDate = record[SourceDiscountDate].toDate();
-        if (discountDate.isValid() && date <= discountDate)
-            document.discountAvailable = moneyOf(record[SourceDiscount]);
-        document.source = {records, row};
-        const PendingAmounts others = pending.value(document.number);
-        document.pendingPayments = others.payments;
-        document.pendingDiscounts = others.discounts;
-        document.pendingAdjustments = others.adjustments;
-        m_documents.push_back(std::move(document));
-    }
+    const ViewDef& source = viewDef(QStringLiteral("AR0036"));
+    const auto def = [&source](Source column) -> const FieldDef& {
+        return source.fields[size_t(source.fieldIndex(DocumentFields[column]))];
+    };
+    const FieldDef& amountDef = def(SourceAmount);
+    const FieldDef& dueDef = def(SourceDue);
+    const FieldDef& discountDef = def(SourceDiscount);
+    // Invoices, debit notes, credit notes and interest with something still due, each decoded as it is read
+    // into the spare list (whose room is kept from one list to the next); the list before stays whole
+    // should the read fail.
+    std::vector<OpenDocument>& documents = m_spare;
+    documents.clear();
+    readEachRow(view.store(), QStringLiteral("AR0036"), {{QStringLiteral("IDCUST"), customer}},
+                DocumentFields, {QStringLiteral("IDINVC")},
+                QStringLiteral("\"AMTDUETC\" <> 0 AND \"TRXTYPETXT\" IN (1, 2, 3, 4)"),
+                [&](const StoredRow& row) {
+                    OpenDocument& document = documents.emplace_back();
+                    document.number = row.text(SourceNumber);
+                    document.typeId = int(row.integer(SourceTypeId));
+                    document.type = int(row.integer(SourceType));
+                    document.description = row.text(SourceDescription);
+                    document.date = storedDate(row.integer(SourceDate));
+                    document.dueDate = storedDate(row.integer(SourceDueDate));
+                    document.discountDate = storedDate(row.integer(SourceDiscountDate));
+                    document.purchaseOrder = row.text(SourcePurchaseOrder);
+                    document.order = row.text(SourceOrder);
+                    document.scheduledPayments = row.integer(SourcePayments);
+                    document.remittance = row.text(SourceRemittance);
+                    document.amount = storedMoney(amountDef, row.integer(SourceAmount));
+                    document.due = storedMoney(dueDef, row.integer(SourceDue));
+                    if (document.discountDate.isValid() && date <= document.discountDate)
+                        document.discountAvailable = storedMoney(discountDef, row.integer(SourceDiscount));
+                    const auto others = pending.constFind(document.number);
+                    if (others != pending.constEnd()) {
+                        document.pendingPayments = others->payments;
+                        document.pendingDiscounts = others->discounts;
+                        document.pendingAdjustments = others->adjustments;
+                    }
+                });
+    std::swap(m_documents, m_spare);
+    m_spare.clear();
     view.set(QStringLiteral("PAYMTYPE"), QStringLiteral("CA"));
     view.set(QStringLiteral("CNTBTCH"), qlonglong(m_batch));
     view.set(QStringLiteral("CNTITEM"), qlonglong(m_entry));
@@ -206,17 +221,17 @@ void OpenDocumentList::show(ViewCore& view, int key) {
     view.setAs(f.key, qlonglong(key));
     view.setAs(f.customer, m_customer);
     view.setAs(f.number, d.number);
-    view.set(f.type, d.source[SourceType]);
-    view.set(f.typeId, d.source[SourceTypeId]);
-    view.set(f.date, d.source[SourceDate]);
-    view.set(f.dueDate, d.source[SourceDueDate]);
-    view.set(f.discountDate, d.source[SourceDiscountDate]);
-    view.set(f.purchaseOrder, d.source[SourcePurchaseOrder]);
-    view.set(f.order, d.source[SourceOrder]);
-    view.set(f.documentString, d.source[SourceOrder]);
-    view.set(f.remittance, d.source[SourceRemittance]);
-    view.set(f.description, d.source[SourceDescription]);
-    view.setAs(f.payments, qlonglong(d.source[SourcePayments].toLongLong() + 1));
+    view.setAs(f.type, d.type);
+    view.setAs(f.typeId, d.typeId);
+    view.setAs(f.date, d.date);
+    view.setAs(f.dueDate, d.dueDate);
+    view.setAs(f.discountDate, d.discountDate);
+    view.setAs(f.purchaseOrder, d.purchaseOrder);
+    view.setAs(f.order, d.order);
+    view.setAs(f.documentString, d.order);
+    view.setAs(f.remittance, d.remittance);
+    view.setAs(f.description, d.description);
+    view.setAs(f.payments, qlonglong(d.scheduledPayments + 1));
     amount(f.amount, d.amount);
     amount(f.due, d.due);
     amount(f.pendingPayments, d.pendingPayments);

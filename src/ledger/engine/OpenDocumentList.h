@@ -6,28 +6,29 @@
 // lives in memory for the till that keys the entry; the entry's insert writes what it applies.
 
 #include "ledger/Money.h"
-#include "ledger/engine/TableAccess.h"
 #include "ledger/engine/ViewRules.h"
 
 #include <QDate>
-#include <QVariant>
+#include <QString>
 #include <memory>
 #include <vector>
 
 namespace tillbook::engine {
 
-// The AR0036 fields of a listed document as they are, kept by place in the order the list reads them:
-// one row of the block the list was read into.
-struct DocumentSource {
-    std::shared_ptr<const Page> rows;
-    size_t row = 0;
-    const QVariant& operator[](size_t place) const { return rows->row(row)[place]; }
-    QVariant value(const QString& field) const; // by name: one of the fields the list reads, else null
-};
-
 struct OpenDocument {
-    DocumentSource source;
+    // The document as the ledger holds it (AR0036).
     QString number;
+    int typeId = 0; // TRXTYPEID
+    int type = 0;   // TRXTYPETXT
+    QString description;
+    QDate date;
+    QDate dueDate;
+    QDate discountDate;
+    QString purchaseOrder;
+    QString order;
+    QString remittance;
+    qint64 scheduledPayments = 0; // CNTTOTPAYM
+
     Money amount;            // as issued
     Money due;               // the current balance
     Money discountAvailable; // by the document's discount date
@@ -70,6 +71,7 @@ private:
     qint64 m_batch = 0;
     qint64 m_entry = 0;
     std::vector<OpenDocument> m_documents;
+    std::vector<OpenDocument> m_spare; // see process()
 };
 
 // The documents the entry applies, from the list composed with `header` (none when there is no list).

@@ -110,13 +110,20 @@ std::optional<QVariantHash> readOne(CompanyStore& store, const QString& viewId, 
     return named(def, columns, row->data());
 }
 
-Page readPage(CompanyStore& store, const ViewDef& def, const QVariantHash& equal, const QStringList& fields,
-              const QStringList& orderBy, const QString& where, int limit, PageRequest& request) {
+PageRequest pageRequest(const ViewDef& def, const QVariantHash& equal, const QStringList& fields,
+                        const QStringList& orderBy, const QString& where, int limit) {
+    PageRequest request;
     request.limit = limit;
     request.columns = indexes(def, fields);
     request.order = indexes(def, orderBy);
     request.equal = stored(def, equal);
     request.where = where;
+    return request;
+}
+
+Page readPage(CompanyStore& store, const ViewDef& def, const QVariantHash& equal, const QStringList& fields,
+              const QStringList& orderBy, const QString& where, int limit, PageRequest& request) {
+    request = pageRequest(def, equal, fields, orderBy, where, limit);
     return TableAccess(store, def).page(request);
 }
 
@@ -144,17 +151,11 @@ std::vector<QVariantHash> readRecords(CompanyStore& store, const QString& viewId
     return records;
 }
 
-Page readRows(CompanyStore& store, const QString& viewId, const QVariantHash& equal,
-              const QStringList& fields, const QStringList& orderBy, const QString& where) {
+void readEachRow(CompanyStore& store, const QString& viewId, const QVariantHash& equal,
+                 const QStringList& fields, const QStringList& orderBy, const QString& where,
+                 const RowReader& each) {
     const ViewDef& def = viewDef(viewId);
-    PageRequest request;
-    Page page = readPage(store, def, equal, fields, orderBy, where, 0, request);
-    for (size_t i = 0; i < page.rows(); ++i) {
-        QVariant* row = page.row(i);
-        for (size_t k = 0; k < page.width; ++k)
-            fromStorageInPlace(def.fields[size_t(request.columns[k])], row[k]);
-    }
-    return page;
+    TableAccess(store, def).each(pageRequest(def, equal, fields, orderBy, where, 0), each);
 }
 
 void insertRecord(CompanyStore& store, const QString& viewId, const QVariantHash& values) {

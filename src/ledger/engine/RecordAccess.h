@@ -39,10 +39,11 @@ std::optional<QVariantHash> readRecordForUpdate(CompanyStore& store, const QStri
 std::vector<QVariantHash> readRecords(CompanyStore& store, const QString& viewId, const QVariantHash& equal,
                                       const QStringList& fields, const QStringList& orderBy,
                                       const QString& where = QString(), int limit = 0);
-// As readRecords, each record's values in the order of `fields`, as callers get them (no names kept),
-// record after record in one block.
-Page readRows(CompanyStore& store, const QString& viewId, const QVariantHash& equal,
-              const QStringList& fields, const QStringList& orderBy, const QString& where = QString());
+// As readRecords, each record handed to `each` as the store holds it, its values in the order of `fields`
+// (see ValueCodec: storedMoney, storedDate): for a reader that decodes it straight into its own values.
+void readEachRow(CompanyStore& store, const QString& viewId, const QVariantHash& equal,
+                 const QStringList& fields, const QStringList& orderBy, const QString& where,
+                 const RowReader& each);
 // A new record: the fields given, every other one its default.
 void insertRecord(CompanyStore& store, const QString& viewId, const QVariantHash& values);
 bool updateRecord(CompanyStore& store, const QString& viewId, const QVariantHash& key,

@@ -47,6 +47,15 @@ int bind(sqlite3_stmt* statement, int at, const QVariant& value) {
     }
 }
 
+// Resets a statement however its read ends, so that it holds no read lock after it.
+struct Running {
+    explicit Running(sqlite3_stmt* running) : statement(running) {}
+    ~Running() { sqlite3_reset(statement); }
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+    sqlite3_stmt* statement;
+};
+
 } // namespace
 
 sqlite3* sqliteHandle(const QSqlDatabase& db) {
@@ -83,6 +92,41 @@ SqliteStatements::~SqliteStatements() {
         sqlite3_finalize(statement);
 }
 
+sqlite3_stmt* SqliteStatements::started(const QString& sql, const QVariantList& parameters) {
+    sqlite3_stmt* statement = prepared(sql);
+    for (int i = 0; i < parameters.size(); ++i)
+        if (bind(statement, i + 1, parameters[i]) != SQLITE_OK) {
+            sqlite3_reset(statement);
+            throw failure(m_db);
+        }
+    return statement;
+}
+
+void SqliteStatements::readEach(const QString& sql, const QVariantList& parameters, const RowReader& each) {
+    class StatementRow final : public StoredRow {
+    public:
+        explicit StatementRow(sqlite3_stmt* statement) : m_statement(statement) {}
+        qint64 integer(int column) const override { return sqlite3_column_int64(m_statement, column); }
+        QString text(int column) const override {
+            const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(m_statement, column));
+            if (!text)
+                return QString();
+            return QString::fromUtf8(text, sqlite3_column_bytes(m_statement, column));
+        }
+
+    private:
+        sqlite3_stmt* m_statement;
+    };
+    sqlite3_stmt* statement = started(sql, parameters);
+    const Running running(statement);
+    const StatementRow row(statement);
+    int step;
+    while ((step = sqlite3_step(statement)) == SQLITE_ROW)
+        each(row);
+    if (step != SQLITE_DONE)
+        throw failure(m_db);
+}
+
 sqlite3_stmt* SqliteStatements::prepared(const QString& sql) {
     const auto found = m_statements.constFind(sql);
     if (found != m_statements.constEnd())
@@ -97,13 +141,8 @@ sqlite3_stmt* SqliteStatements::prepared(const QString& sql) {
 
 std::vector<QVariant> SqliteStatements::readCells(const QString& sql, const QVariantList& parameters,
                                                   int width) {
-    sqlite3_stmt* statement = prepared(sql);
-    // Reset however the read ends, so that the statement holds no read lock after it.
-    const auto reset = [](sqlite3_stmt* s) { sqlite3_reset(s); };
-    const std::unique_ptr<sqlite3_stmt, decltype(reset)> running(statement, reset);
-    for (int i = 0; i < parameters.size(); ++i)
-        if (bind(statement, i + 1, parameters[i]) != SQLITE_OK)
-            throw failure(m_db);
+    sqlite3_stmt* statement = started(sql, parameters);
+    const Running running(statement);
     std::vector<QVariant> cells;
     int step;
     while ((step = sqlite3_step(statement)) == SQLITE_ROW) {

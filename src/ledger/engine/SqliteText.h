@@ -4,6 +4,7 @@
 // into the rows' block, with no value object made on the way.
 
 #include "ledger/TextRows.h"
+#include "ledger/engine/StoredRow.h"
 
 #include <QHash>
 #include <QString>
@@ -36,9 +37,13 @@ public:
     // as the Qt driver gives them: whole numbers as qlonglong, real ones as double, text as QString, bytes as
     // QByteArray and NULL as a null QString. Throws LedgerError with SQLite's message.
     std::vector<QVariant> readCells(const QString& sql, const QVariantList& parameters, int width);
+    // The same rows, each handed to `each` as SQLite holds it.
+    void readEach(const QString& sql, const QVariantList& parameters, const RowReader& each);
 
 private:
     sqlite3_stmt* prepared(const QString& sql);
+    // The statement of `sql` with `parameters` bound, ready to step.
+    sqlite3_stmt* started(const QString& sql, const QVariantList& parameters);
 
     sqlite3* m_db;
     QHash<QString, sqlite3_stmt*> m_statements;

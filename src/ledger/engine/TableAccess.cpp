@@ -95,8 +95,7 @@ TextRows TableAccess::text(const PageRequest& request, int collatedBy) {
     return rows.reordered(order32);
 }
 
-Page TableAccess::page(const PageRequest& request) {
-    QVariantList parameters;
+QString TableAccess::pageSelect(const PageRequest& request, QVariantList& parameters) {
     QString where = conditions(request, parameters);
     QStringList order;
     QStringList orderColumns;
@@ -125,10 +124,22 @@ Page TableAccess::page(const PageRequest& request) {
     for (const auto& equal : request.equal)
         named.push_back(equal.first);
     m_store.settleHeld(m_view, named, !request.where.isEmpty());
+    return sql;
+}
+
+Page TableAccess::page(const PageRequest& request) {
+    QVariantList parameters;
+    const QString sql = pageSelect(request, parameters);
     Page result;
     result.width = request.columns.size();
     result.cells = m_store.readCells(sql, parameters, int(result.width), false);
     return result;
+}
+
+void TableAccess::each(const PageRequest& request, const RowReader& each) {
+    QVariantList parameters;
+    const QString sql = pageSelect(request, parameters);
+    m_store.readEach(sql, parameters, each, false);
 }
 
 std::optional<Row> TableAccess::read(const std::vector<int>& fields, const FieldValues& key, bool forUpdate) {

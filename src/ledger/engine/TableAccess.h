@@ -45,6 +45,9 @@ public:
     TableAccess(CompanyStore& store, const ViewDef& view) : m_store(store), m_view(view) {}
 
     Page page(const PageRequest& request);
+    // The rows of page(request), each handed to `each` as it is read (columns in the order of
+    // request.columns, as the store holds them).
+    void each(const PageRequest& request, const RowReader& each);
     // Every row `request` selects (its limit and `after` aside), its columns as text, in key order; or,
     // with `collatedBy` a field, in the order of that field's text as customer names are ordered
     // (NameOrder.h), names that compare equal in no set order.
@@ -62,6 +65,9 @@ public:
 private:
     QString column(int field) const;
     QString conditions(const PageRequest& request, QVariantList& parameters) const;
+    // The SELECT of a page request, its values appended to `parameters`; held additions it may see are
+    // written first.
+    QString pageSelect(const PageRequest& request, QVariantList& parameters);
     QStringList columns(const std::vector<int>& fields) const;
     QStringList equalities(const FieldValues& values, QVariantList& parameters) const;
     QSqlQuery& cached(const QString& sql); // the connection's kept statement

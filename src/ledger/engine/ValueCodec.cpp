@@ -53,8 +53,18 @@ QVariant decimalValue(const FieldDef& field, qint64 scaled) {
     if (field.scale == 0)
         return QVariant(qlonglong(scaled));
     if (field.scale <= 3)
-        return QVariant::fromValue(Money::fromThousandths(scaled * powerOfTen(3 - field.scale)));
+        return QVariant::fromValue(storedMoney(field, scaled));
     return formatScaled(scaled, field.scale);
+}
+
+Money storedMoney(const FieldDef& field, qint64 scaled) {
+    return Money::fromThousandths(scaled * powerOfTen(3 - field.scale));
+}
+
+QDate storedDate(qint64 ymd) {
+    if (ymd <= 0)
+        return QDate();
+    return QDate(int(ymd / 10000), int(ymd / 100 % 100), int(ymd % 100));
 }
 
 QVariant defaultValue(const FieldDef& field) {
@@ -96,12 +106,8 @@ QVariant fromStorage(const FieldDef& field, const QVariant& stored) {
         return int(storedInteger(stored));
     case FieldKind::Decimal:
         return decimalValue(field, storedInteger(stored));
-    case FieldKind::Date: {
-        const qlonglong ymd = storedInteger(stored);
-        if (ymd <= 0)
-            return QDate();
-        return QDate(int(ymd / 10000), int(ymd / 100 % 100), int(ymd % 100));
-    }
+    case FieldKind::Date:
+        return storedDate(storedInteger(stored));
     }
     return {};
 }

@@ -5,8 +5,10 @@
 // (QString, int, qlonglong, Money, exact decimal text, QDate) and what the store holds (TEXT or an
 // INTEGER: scaled decimals, yyyymmdd dates).
 
+#include "ledger/Money.h"
 #include "ledger/engine/Schema.h"
 
+#include <QDate>
 #include <QVariant>
 #include <optional>
 
@@ -56,5 +58,9 @@ qint64 powerOfTen(int n);
 
 // The value callers get of a decimal field holding `scaled` (an integer times 10^scale).
 QVariant decimalValue(const FieldDef& field, qint64 scaled);
+// The amount a decimal field of up to three places holds as `scaled`.
+Money storedMoney(const FieldDef& field, qint64 scaled);
+// The date a date column holds as yyyymmdd; no date for 0.
+QDate storedDate(qint64 ymd);
 
 } // namespace tillbook::engine

@@ -13,6 +13,7 @@
 #include <array>
 #include <map>
 #include <memory>
+#include <type_traits>
 #include <vector>
 
 namespace tillbook::engine {
@@ -50,9 +51,19 @@ public:
     // for rules that show a whole record, record after record.
     template <typename T> void setAs(int field, const T& value) {
         QVariant& held = m_values[size_t(field)];
-        if (held.metaType() == QMetaType::fromType<T>())
-            *static_cast<T*>(held.data()) = value;
-        else
+        if (held.metaType() == QMetaType::fromType<T>()) {
+            // A plain value equal to the one held is left alone: most of a record's amounts are the same
+            // from one record to the next (nothing pending, nothing applied).
+            if constexpr (std::is_trivially_copyable_v<T>) {
+                if (*static_cast<const T*>(held.constData()) != value)
+                    *static_cast<T*>(held.data()) = value;
+            } else if constexpr (std::is_same_v<T, QString>) {
+                if (!static_cast<const QString*>(held.constData())->isSharedWith(value))
+                    *static_cast<QString*>(held.data()) = value;
+            } else {
+                *static_cast<T*>(held.data()) = value;
+            }
+        } else
             held = QVariant::fromValue(value);
         m_loaded[size_t(field)] = 1;
         m_dirty[size_t(field)] = 1;
