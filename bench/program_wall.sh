@@ -23,6 +23,17 @@ if [[ ! -f "$cache/$id.sqlite" ]]; then
     echo "making company $id in $cache (once)" >&2
     build/tools/ledger/tillbook-ledger create "$id" --sample --customers "$size" --documents $((size * 10)) >&2
 fi
+# An open batch for the clerk to key into: without one the receipt window leaves the customer box disabled.
+if [[ $(build/tools/ledger/tillbook-ledger browse "$id" AR0041 --fields CNTBTCH --user ADMIN --password ADMIN |
+    wc -l) -lt 2 ]]; then
+    build/tools/ledger/tillbook-ledger run "$id" - --stop-on-error --user ADMIN --password ADMIN >/dev/null <<'SCRIPT'
+open batch AR0041
+put-unverified batch CODEPYMTYP CA CNTBTCH 0
+put batch BATCHDESC "Timing"
+put-unverified batch IDBANK TDOPER
+insert batch
+SCRIPT
+fi
 
 work="$(mktemp -d)"
 display=":$((90 + RANDOM % 100))"
@@ -35,6 +46,9 @@ export DISPLAY="$display" TILLBOOK_SETTINGS="$work/settings.ini"
 DB1=$id
 Users\User1=ADMIN
 Users\Password1=ADMIN
+
+BatchInfo\Batch=1
+BatchInfo\Index=0
 
 [ConnectInfo]
 Database=1
@@ -67,10 +81,15 @@ open_list() {
     before=$(visible "$1")
     start=$(now)
     xdotool mousemove "$2" "$3" click 1
-    while [[ $(visible "$1") -le $before ]]; do :; done
+    local deadline=$(($(now) + 10000000000))
+    while [[ $(visible "$1") -le $before ]]; do
+        (($(now) < deadline)) || { echo "no list opened on the click at ($2, $3) within 10 s" >&2; exit 1; }
+    done
     echo $((($(now) - start) / 1000000))
     xdotool key Escape
-    while [[ $(visible "$1") -gt $before ]]; do :; done
+    while [[ $(visible "$1") -gt $before ]]; do
+        (($(now) < deadline + 10000000000)) || { echo "the list did not close on Escape" >&2; exit 1; }
+    done
 }
 for run in $(seq "$runs"); do
     build/src/tillbook >"$work/program.log" 2>&1 &
@@ -91,6 +110,9 @@ for run in $(seq "$runs"); do
     # The customer box lies 160 pixels right and 165 down of the window's corner, the transaction type's 85
     # and 60.
     eval "$(xdotool getwindowgeometry --shell "$receipts" | grep -E "^[XY]=")"
+    # A new entry in the open batch (the button 137 right and 113 down) enables the customer box.
+    xdotool mousemove $((X + 137)) $((Y + 113)) click 1
+    sleep 0.5
     for _ in 1 2 3; do
         opens+=($(open_list "$program" $((X + 160)) $((Y + 165))))
         floors+=($(open_list "$program" $((X + 85)) $((Y + 60))))
