@@ -95,6 +95,9 @@ TEST_F(RegistryTest, UsersAndBatchesBelongToTheSlotAndEmptiedSlotsAreOverwritten
         stored({"Database2/Users/User1", "Database2/Users/User2", "Database2/Users/Password10",
                 "Database2/DB2", "Database3/DB3", "Database2/BatchInfo/Batch", "Database2/BatchInfo/Index"}),
         "ANNA||||C|41|3");
+    saved.CurrentBatch = 0; // no batch is written as none, not as batch 0
+    Save_BatchInfo(saved);
+    EXPECT_EQ(stored({"Database2/BatchInfo/Batch"}), "");
     saved.CurrentDatabase = 1; // another slot's batch is not this one's
     Load_BatchInfo(saved);
     EXPECT_EQ(QPoint(saved.CurrentBatch, saved.BatchListIndex), QPoint(0, -1));
