@@ -1,12 +1,57 @@
 #include "Company.h"
 
+#include "PostgresServer.h"
 #include "ledger/engine/RecordAccess.h"
 #include "ledger/engine/SampleCompany.h"
 #include "ledger/engine/Transaction.h"
 
+#include <QAtomicInt>
+#include <QCoreApplication>
 #include <QProcess>
 
 namespace tillbook::test {
+
+namespace {
+
+std::optional<QByteArray> take(const char* name) {
+    return qEnvironmentVariableIsSet(name) ? std::optional(qgetenv(name)) : std::nullopt;
+}
+
+void restore(const char* name, const std::optional<QByteArray>& value) {
+    value ? qputenv(name, *value) : qunsetenv(name);
+}
+
+} // namespace
+
+QString storeName(StoreKind kind) {
+    return kind == StoreKind::Sqlite ? QStringLiteral("SQLite") : QStringLiteral("PostgreSQL");
+}
+
+TestStore::TestStore(StoreKind kind)
+    : m_savedData(take("TILLBOOK_DATA")), m_savedUrl(take("TILLBOOK_LEDGER_URL")) {
+    qputenv("TILLBOOK_DATA", m_dir.path().toUtf8());
+    qunsetenv("TILLBOOK_LEDGER_URL");
+    if (kind == StoreKind::Postgres) {
+        PostgresServer& server = PostgresServer::shared();
+        if (server.isRunning())
+            qputenv("TILLBOOK_LEDGER_URL", server.urlTemplate().toUtf8());
+        else
+            m_unavailable = server.failure();
+    }
+}
+
+TestStore::~TestStore() {
+    restore("TILLBOOK_DATA", m_savedData);
+    restore("TILLBOOK_LEDGER_URL", m_savedUrl);
+}
+
+QString TestStore::uniqueId(const QString& stem) {
+    static QAtomicInt counter;
+    return QStringLiteral("%1%2P%3")
+        .arg(stem)
+        .arg(counter.fetchAndAddRelaxed(1))
+        .arg(QCoreApplication::applicationPid());
+}
 
 CompanyBuilder& CompanyBuilder::id(const QString& databaseId) {
     m_id = databaseId;
@@ -32,6 +77,122 @@ CompanyBuilder& CompanyBuilder::record(const QString& viewId, const QVariantHash
 CompanyBuilder& CompanyBuilder::script(const QString& path, const QString& date) {
     m_scripts.append({path, date});
     return *this;
+}
+
+namespace {
+
+QVariant amount(Money m) {
+    return QVariant::fromValue(m);
+}
+
+QVariant amount(const char* text) {
+    return amount(*Money::parse(QString::fromLatin1(text)));
+}
+
+} // namespace
+
+CompanyBuilder& CompanyBuilder::known() {
+    record("CS0001", {{"ORGID", "RULES"}, {"CONAME", "Rules Inc."}, {"PERDFSC", 12}});
+    for (int year : {2023, 2025}) {
+        QVariantHash calendar{{"FSCYEAR", QString::number(year)}, {"PERIODS", 12}, {"ACTIVE", year == 2025}};
+        for (int p = 1; p <= 12; ++p) {
+            calendar.insert(QStringLiteral("BGNDATE%1").arg(p), QDate(year, p, 1));
+            calendar.insert(QStringLiteral("ENDDATE%1").arg(p), QDate(year, p, 1).addMonths(1).addDays(-1));
+        }
+        record("CS0002", calendar);
+    }
+    record("GL0001", {{"ACCTID", "4000"}, {"ACCTFMTTD", "4000"}, {"ACTIVESW", 1}});
+    record("GL0001", {{"ACCTID", "4100100"}, {"ACCTFMTTD", "4100-100"}, {"ACTIVESW", 1}});
+    record("AR0015", {{"IDDIST", "RETAIL"}, {"IDACCTREV", "4000"}, {"SWACTV", 1}});
+    record("BK0001", {{"BANK", "TDOPER"}, {"NAME", "Operating"}});
+    record("AR0024",
+           {{"IDCUST", "C1"}, {"NAMECUST", "First"}, {"AMTBALDUET", amount("120")}, {"CNTOPENINV", 3}});
+    record("AR0024",
+           {{"IDCUST", "C2"}, {"NAMECUST", "Second"}, {"AMTBALDUET", amount("80")}, {"CNTOPENINV", 1}});
+    for (const auto& [customer, number, due, discount] : {std::tuple{"C1", "IN1", "100", "2"},
+                                                          {"C1", "IN2", "50", "0"},
+                                                          {"C1", "CN1", "-30", "0"},
+                                                          {"C1", "IN0", "0", "0"},
+                                                          {"C2", "IN3", "80", "0"}}) {
+        const bool credit = *due == '-';
+        record("AR0036", {{"IDCUST", customer},
+                          {"IDINVC", number},
+                          {"TRXTYPETXT", credit ? 3 : 1},
+                          {"TRXTYPEID", credit ? 31 : 11},
+                          {"DESCINVC", QStringLiteral("Document %1").arg(QLatin1String(number))},
+                          {"AMTINVCTC", amount(due)},
+                          {"AMTDUETC", amount(due)},
+                          {"AMTDUEHC", amount(due)},
+                          {"AMTDISCTC", amount(discount)},
+                          {"DATEDISC", *discount == '0' ? QDate() : QDate(2025, 3, 20)},
+                          {"SWPAID", *due == '0'}});
+    }
+    return *this;
+}
+
+QString customerNumber(int i) {
+    return QStringLiteral("C%1").arg(i, 4, 10, QLatin1Char('0'));
+}
+
+CompanyBuilder& CompanyBuilder::customers(int count) {
+    for (int i = 1; i <= count; ++i)
+        record("AR0024", {{"IDCUST", customerNumber(i)},
+                          {"NAMECUST", QStringLiteral("Customer %1").arg(i)},
+                          {"TEXTSNAM", QStringLiteral("S%1").arg(count - i, 4, 10, QLatin1Char('0'))},
+                          {"CNTOPENINV", i % 3 == 0 ? 0 : i % 7 + 1},
+                          {"AMTBALDUEH", amount(Money::fromCents(i * 1001))}});
+    return *this;
+}
+
+QString documentOf(const QString& customer, int n) {
+    return QStringLiteral("%1-%2").arg(customer).arg(n);
+}
+
+CompanyBuilder& CompanyBuilder::documents(const QString& customer, int count, Money each) {
+    for (int n = 1; n <= count; ++n)
+        record("AR0036", {{"IDCUST", customer},
+                          {"IDINVC", documentOf(customer, n)},
+                          {"TRXTYPETXT", 1},
+                          {"TRXTYPEID", 11},
+                          {"DATEINVC", QDate(2025, 2, 1)},
+                          {"AMTINVCTC", amount(each)},
+                          {"AMTDUETC", amount(each)},
+                          {"AMTDUEHC", amount(each)}});
+    return record("AR0024", {{"IDCUST", customer},
+                             {"NAMECUST", QStringLiteral("Customer %1").arg(customer)},
+                             {"AMTBALDUET", amount(Money::fromThousandths(each.thousandths() * count))},
+                             {"CNTOPENINV", count}});
+}
+
+CompanyBuilder& CompanyBuilder::batch(qint64 batch, const std::vector<Payment>& payments) {
+    Money total;
+    qint64 item = 0;
+    for (const Payment& p : payments) {
+        total += p.amount;
+        QVariantHash header{{"CODEPYMTYP", "CA"},
+                            {"RMITTYPE", 1},
+                            {"DOCTYPE", 1},
+                            {"DATERMIT", QDate(2025, 3, 14)},
+                            {"AMTRMIT", amount(p.amount)},
+                            {"AMTRMITTC", amount(p.amount)},
+                            {"AMTPAYMTC", amount(p.amount)},
+                            {"CNTLSTLINE", 1}};
+        QVariantHash line{{"CODEPAYM", "CA"}, {"CNTLINE", 1},  {"IDINVC", p.document},
+                          {"RMITTYPE", "1"},  {"TRXTYPE", 51}, {"AMTPAYM", amount(p.amount)}};
+        const QVariantHash key{{"CNTBTCH", batch}, {"CNTITEM", ++item}, {"IDCUST", p.customer}};
+        header.insert(key);
+        line.insert(key);
+        record("AR0042", header);
+        record("AR0044", line);
+    }
+    return record("AR0041", {{"CODEPYMTYP", "CA"},
+                             {"CNTBTCH", batch},
+                             {"DATEBTCH", QDate(2025, 3, 14)},
+                             {"BATCHSTAT", 1},
+                             {"BATCHTYPE", 1},
+                             {"CNTENTER", item},
+                             {"CNTLASTITM", item},
+                             {"AMTENTER", amount(total)}});
 }
 
 namespace {
@@ -64,7 +225,9 @@ Company::Company(const CompanyBuilder& builder)
         options.today = builder.m_sampleToday;
         engine::createSampleCompany(m_id, options, true);
     } else {
-        m_store.createEmptyCompany(m_id);
+        engine::CompanyStore::create(m_id, true, [](engine::CompanyStore& store) {
+            store.setUser(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"), true);
+        });
     }
     for (const auto& [name, password] : builder.m_users)
         addUser(name, password);
@@ -94,6 +257,24 @@ void Company::addRecords(const QList<std::pair<QString, QVariantHash>>& records)
     transaction.commit();
 }
 
+std::optional<QVariantHash> Company::record(const QString& viewId, const QVariantHash& key,
+                                            const QStringList& fields) const {
+    return engine::readRecord(*store(), viewId, key, fields);
+}
+
+int Company::count(const QString& viewId, const QVariantHash& equal) const {
+    const engine::ViewDef& def = engine::viewDef(viewId);
+    QStringList key;
+    for (int field : def.primaryKey().fields)
+        key << def.fields[size_t(field)].name;
+    return int(engine::readRecords(*store(), viewId, equal, key, key).size());
+}
+
+QString Company::value(const QString& viewId, const QVariantHash& key, const QString& field) const {
+    const QVariant v = record(viewId, key, {field}).value_or(QVariantHash()).value(field);
+    return v.metaType() == QMetaType::fromType<Money>() ? v.value<Money>().toLedgerString() : v.toString();
+}
+
 QString sourceFile(const QString& relative) {
     return QStringLiteral(TILLBOOK_SOURCE_DIR "/") + relative;
 }
@@ -104,6 +285,15 @@ std::string storeTestName(const ::testing::TestParamInfo<StoreKind>& info) {
 
 void Company::script(const QString& path, const QString& date) const {
     test::runScript(m_id, path, date);
+}
+
+void StoreTest::start(const CompanyBuilder& builder) {
+    m_session.reset();
+    m_company.reset(); // first: a company points the program at its store while it lives
+    m_company = std::make_unique<Company>(builder);
+    TILLBOOK_SKIP_UNLESS_READY(*m_company);
+    m_id = m_company->id();
+    m_session = signIn();
 }
 
 } // namespace tillbook::test

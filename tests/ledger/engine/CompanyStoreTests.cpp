@@ -1,11 +1,11 @@
 // Companies as a whole: making them all or nothing, what is no company, who may read their files, how
 // passwords are kept, and numbers taken by several tills at once.
-#include "EngineTestSupport.h"
 #include "ledger/LedgerError.h"
 #include "ledger/engine/CompanyLocation.h"
 #include "ledger/engine/CompanyStore.h"
 #include "ledger/engine/PasswordHash.h"
 #include "ledger/engine/StoreFailure.h"
+#include "support/Company.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -24,7 +24,7 @@ void addAdmin(CompanyStore& store) {
     store.setUser(QStringLiteral("ADMIN"), QStringLiteral("ADMIN"));
 }
 
-using CompanyTest = EngineTest;
+using CompanyTest = StoreTest;
 
 TEST_P(CompanyTest, AFailedCreationLeavesNoCompanyAndTheOldOneAsItWas) {
     const auto failHalfway = [](CompanyStore& store) {

@@ -1,8 +1,8 @@
 // The customer list's order kept by the ledger: names ordered as QCollator orders them for English (United
 // States) with case ignored, read in one pass with the list's fields.
-#include "EngineTestSupport.h"
 #include "ledger/LedgerError.h"
 #include "ledger/engine/NameOrder.h"
+#include "support/Company.h"
 
 #include <QCollator>
 #include <map>
@@ -38,7 +38,7 @@ TEST(NameOrderKey, ComparesAsTheCollatorDoes) {
         }
 }
 
-using NameOrderTest = EngineTest;
+using NameOrderTest = StoreTest;
 
 const QStringList ListFields = {"NAMECUST", "IDCUST", "TEXTSTRE1", "TEXTSTRE2", "TEXTPHON1"};
 
@@ -70,7 +70,7 @@ TEST_P(NameOrderTest, TheListComesInNameOrderWithItsFields) {
 }
 
 TEST_P(NameOrderTest, OnlyTextIsReadAndAFailedBrowseReadsNothing) {
-    m_company->addRecords(customerRecords(7));
+    start(CompanyBuilder(GetParam()).customers(7));
     auto customers = m_session->openView("AR0024", "AR");
     EXPECT_EQ(customers->readAllText({"IDCUST"}).rows(), 7u); // no browse: every record, in key order
     EXPECT_EQ(customers->readAllText({"IDCUST"}).text(6, 0), customerNumber(7));

@@ -1,8 +1,8 @@
 // Signing in, names, and how an operation's failures and warnings reach its caller.
-#include "EngineTestSupport.h"
 #include "ledger/Money.h"
 #include "ledger/engine/Guarded.h"
 #include "ledger/engine/StoreFailure.h"
+#include "support/Company.h"
 
 #include <functional>
 #include <limits>
@@ -10,7 +10,7 @@
 namespace tillbook::test {
 namespace {
 
-using SessionTest = EngineTest;
+using SessionTest = StoreTest;
 
 TEST_P(SessionTest, SignInFailuresSayWhatIsWrong) {
     Session session;

@@ -1,14 +1,14 @@
-#include "EngineTestSupport.h"
 #include "ledger/engine/ViewCore.h"
+#include "support/Company.h"
 
 namespace tillbook::test {
 namespace {
 
 // A receipt (header) with miscellaneous lines (detail).
-class StagingTest : public EngineTest {
+class StagingTest : public StoreTest {
 protected:
     void SetUp() override {
-        EngineTest::SetUp();
+        StoreTest::SetUp();
         if (IsSkipped())
             return;
         // The engine's staging on its own, without the receipt rules (entry numbers, the lines' accounts).

@@ -1,11 +1,11 @@
 // Reading and writing records through a view: pages, keys, filters, and writes from two tills.
-#include "EngineTestSupport.h"
 #include "ledger/Money.h"
+#include "support/Company.h"
 
 namespace tillbook::test {
 namespace {
 
-using ViewTest = EngineTest;
+using ViewTest = StoreTest;
 
 QStringList fetchAll(View& view) {
     QStringList values;
@@ -17,7 +17,7 @@ QStringList fetchAll(View& view) {
 // More customers than one page holds, so that pages join.
 TEST_P(ViewTest, PagesJoinInKeyOrderBothWaysAndFieldsNotReadBeforeAreStillThere) {
     constexpr int Customers = 1100;
-    m_company->addRecords(customerRecords(Customers));
+    start(CompanyBuilder(GetParam()).customers(Customers));
     auto customers = m_session->openView("AR0024", "AR");
     QStringList open;
     for (int i = 1; i <= Customers; ++i)
@@ -42,7 +42,7 @@ TEST_P(ViewTest, PagesJoinInKeyOrderBothWaysAndFieldsNotReadBeforeAreStillThere)
 }
 
 TEST_P(ViewTest, FetchWithoutBrowseWalksEverythingReadFindsByKeyAndOtherKeysOrderTheirWay) {
-    m_company->addRecords(customerRecords(3));
+    start(CompanyBuilder(GetParam()).customers(3));
     auto customers = m_session->openView("AR0024", "AR");
     EXPECT_EQ(fetchAll(*customers), QStringList({"C0001", "C0002", "C0003"}));
     customers->fields().item("IDCUST").setValue("C0002");
@@ -69,7 +69,7 @@ TEST_P(ViewTest, TextComparesCaseSensitively) {
 }
 
 TEST_P(ViewTest, AFailedBrowseIsListedAndSelectsNothing) {
-    m_company->addRecords(customerRecords(6));
+    start(CompanyBuilder(GetParam()).customers(6));
     auto customers = m_session->openView("AR0024", "AR");
     customers->browse("CNTOPENINV>0", true);
     ASSERT_TRUE(customers->fetch());
@@ -107,7 +107,7 @@ TEST_P(ViewTest, InsertedAndUpdatedRecordsReadBackExactly) {
 
 // Two tills change different fields of one customer; neither undoes the other.
 TEST_P(ViewTest, UpdateWritesOnlyWhatChangedAndDuplicateOrMissingRecordsAreRefused) {
-    m_company->addRecords(customerRecords(1));
+    start(CompanyBuilder(GetParam()).customers(1));
     auto till1 = m_session->openView("AR0024", "AR");
     auto till2 = signIn()->openView("AR0024", "AR");
     for (View* view : {till1.get(), till2.get()}) {
