@@ -91,6 +91,14 @@ QVariant amount(const char* text) {
 
 } // namespace
 
+CompanyBuilder& CompanyBuilder::record(const QString& viewId, const QStringList& fields,
+                                       const QVariantList& values) {
+    QVariantHash record;
+    for (qsizetype i = 0; i < fields.size(); ++i)
+        record.insert(fields[i], values[i]);
+    return this->record(viewId, record);
+}
+
 CompanyBuilder& CompanyBuilder::known() {
     record("CS0001", {{"ORGID", "RULES"}, {"CONAME", "Rules Inc."}, {"PERDFSC", 12}});
     for (int year : {2023, 2025}) {
@@ -105,27 +113,22 @@ CompanyBuilder& CompanyBuilder::known() {
     record("GL0001", {{"ACCTID", "4100100"}, {"ACCTFMTTD", "4100-100"}, {"ACTIVESW", 1}});
     record("AR0015", {{"IDDIST", "RETAIL"}, {"IDACCTREV", "4000"}, {"SWACTV", 1}});
     record("BK0001", {{"BANK", "TDOPER"}, {"NAME", "Operating"}});
-    record("AR0024",
-           {{"IDCUST", "C1"}, {"NAMECUST", "First"}, {"AMTBALDUET", amount("120")}, {"CNTOPENINV", 3}});
-    record("AR0024",
-           {{"IDCUST", "C2"}, {"NAMECUST", "Second"}, {"AMTBALDUET", amount("80")}, {"CNTOPENINV", 1}});
+    for (const auto& [customer, name, due, open] :
+         {std::tuple{"C1", "First", "120", 3}, {"C2", "Second", "80", 1}})
+        record("AR0024", {"IDCUST", "NAMECUST", "AMTBALDUET", "CNTOPENINV"},
+               {customer, name, amount(due), open});
     for (const auto& [customer, number, due, discount] : {std::tuple{"C1", "IN1", "100", "2"},
                                                           {"C1", "IN2", "50", "0"},
                                                           {"C1", "CN1", "-30", "0"},
                                                           {"C1", "IN0", "0", "0"},
                                                           {"C2", "IN3", "80", "0"}}) {
         const bool credit = *due == '-';
-        record("AR0036", {{"IDCUST", customer},
-                          {"IDINVC", number},
-                          {"TRXTYPETXT", credit ? 3 : 1},
-                          {"TRXTYPEID", credit ? 31 : 11},
-                          {"DESCINVC", QStringLiteral("Document %1").arg(QLatin1String(number))},
-                          {"AMTINVCTC", amount(due)},
-                          {"AMTDUETC", amount(due)},
-                          {"AMTDUEHC", amount(due)},
-                          {"AMTDISCTC", amount(discount)},
-                          {"DATEDISC", *discount == '0' ? QDate() : QDate(2025, 3, 20)},
-                          {"SWPAID", *due == '0'}});
+        record("AR0036",
+               {"IDCUST", "IDINVC", "TRXTYPETXT", "TRXTYPEID", "DESCINVC", "AMTINVCTC", "AMTDUETC",
+                "AMTDUEHC", "AMTDISCTC", "DATEDISC", "SWPAID"},
+               {customer, number, credit ? 3 : 1, credit ? 31 : 11, QStringLiteral("Document %1").arg(number),
+                amount(due), amount(due), amount(due), amount(discount),
+                *discount == '0' ? QDate() : QDate(2025, 3, 20), *due == '0'});
     }
     return *this;
 }
@@ -136,11 +139,10 @@ QString customerNumber(int i) {
 
 CompanyBuilder& CompanyBuilder::customers(int count) {
     for (int i = 1; i <= count; ++i)
-        record("AR0024", {{"IDCUST", customerNumber(i)},
-                          {"NAMECUST", QStringLiteral("Customer %1").arg(i)},
-                          {"TEXTSNAM", QStringLiteral("S%1").arg(count - i, 4, 10, QLatin1Char('0'))},
-                          {"CNTOPENINV", i % 3 == 0 ? 0 : i % 7 + 1},
-                          {"AMTBALDUEH", amount(Money::fromCents(i * 1001))}});
+        record("AR0024", {"IDCUST", "NAMECUST", "TEXTSNAM", "CNTOPENINV", "AMTBALDUEH"},
+               {customerNumber(i), QStringLiteral("Customer %1").arg(i),
+                QStringLiteral("S%1").arg(count - i, 4, 10, QLatin1Char('0')), i % 3 == 0 ? 0 : i % 7 + 1,
+                amount(Money::fromCents(i * 1001))});
     return *this;
 }
 
@@ -150,18 +152,14 @@ QString documentOf(const QString& customer, int n) {
 
 CompanyBuilder& CompanyBuilder::documents(const QString& customer, int count, Money each) {
     for (int n = 1; n <= count; ++n)
-        record("AR0036", {{"IDCUST", customer},
-                          {"IDINVC", documentOf(customer, n)},
-                          {"TRXTYPETXT", 1},
-                          {"TRXTYPEID", 11},
-                          {"DATEINVC", QDate(2025, 2, 1)},
-                          {"AMTINVCTC", amount(each)},
-                          {"AMTDUETC", amount(each)},
-                          {"AMTDUEHC", amount(each)}});
-    return record("AR0024", {{"IDCUST", customer},
-                             {"NAMECUST", QStringLiteral("Customer %1").arg(customer)},
-                             {"AMTBALDUET", amount(Money::fromThousandths(each.thousandths() * count))},
-                             {"CNTOPENINV", count}});
+        record(
+            "AR0036",
+            {"IDCUST", "IDINVC", "TRXTYPETXT", "TRXTYPEID", "DATEINVC", "AMTINVCTC", "AMTDUETC", "AMTDUEHC"},
+            {customer, documentOf(customer, n), 1, 11, QDate(2025, 2, 1), amount(each), amount(each),
+             amount(each)});
+    return record("AR0024", {"IDCUST", "NAMECUST", "AMTBALDUET", "CNTOPENINV"},
+                  {customer, QStringLiteral("Customer %1").arg(customer),
+                   amount(Money::fromThousandths(each.thousandths() * count)), count});
 }
 
 CompanyBuilder& CompanyBuilder::batch(qint64 batch, const std::vector<Payment>& payments) {
@@ -169,30 +167,20 @@ CompanyBuilder& CompanyBuilder::batch(qint64 batch, const std::vector<Payment>& 
     qint64 item = 0;
     for (const Payment& p : payments) {
         total += p.amount;
-        QVariantHash header{{"CODEPYMTYP", "CA"},
-                            {"RMITTYPE", 1},
-                            {"DOCTYPE", 1},
-                            {"DATERMIT", QDate(2025, 3, 14)},
-                            {"AMTRMIT", amount(p.amount)},
-                            {"AMTRMITTC", amount(p.amount)},
-                            {"AMTPAYMTC", amount(p.amount)},
-                            {"CNTLSTLINE", 1}};
-        QVariantHash line{{"CODEPAYM", "CA"}, {"CNTLINE", 1},  {"IDINVC", p.document},
-                          {"RMITTYPE", "1"},  {"TRXTYPE", 51}, {"AMTPAYM", amount(p.amount)}};
-        const QVariantHash key{{"CNTBTCH", batch}, {"CNTITEM", ++item}, {"IDCUST", p.customer}};
-        header.insert(key);
-        line.insert(key);
-        record("AR0042", header);
-        record("AR0044", line);
+        const QVariant paid = amount(p.amount);
+        record("AR0042",
+               {"CODEPYMTYP", "CNTBTCH", "CNTITEM", "IDCUST", "RMITTYPE", "DOCTYPE", "DATERMIT", "AMTRMIT",
+                "AMTRMITTC", "AMTPAYMTC", "CNTLSTLINE"},
+               {"CA", batch, ++item, p.customer, 1, 1, QDate(2025, 3, 14), paid, paid, paid, 1});
+        record("AR0044",
+               {"CODEPAYM", "CNTBTCH", "CNTITEM", "CNTLINE", "IDCUST", "IDINVC", "RMITTYPE", "TRXTYPE",
+                "AMTPAYM"},
+               {"CA", batch, item, 1, p.customer, p.document, "1", 51, paid});
     }
-    return record("AR0041", {{"CODEPYMTYP", "CA"},
-                             {"CNTBTCH", batch},
-                             {"DATEBTCH", QDate(2025, 3, 14)},
-                             {"BATCHSTAT", 1},
-                             {"BATCHTYPE", 1},
-                             {"CNTENTER", item},
-                             {"CNTLASTITM", item},
-                             {"AMTENTER", amount(total)}});
+    return record(
+        "AR0041",
+        {"CODEPYMTYP", "CNTBTCH", "DATEBTCH", "BATCHSTAT", "BATCHTYPE", "CNTENTER", "CNTLASTITM", "AMTENTER"},
+        {"CA", batch, QDate(2025, 3, 14), 1, 1, item, item, amount(total)});
 }
 
 namespace {

@@ -72,6 +72,7 @@ public:
     CompanyBuilder& user(const QString& name, const QString& password);
     // One record written as given, with no rule of its view applied; all of them in one transaction.
     CompanyBuilder& record(const QString& viewId, const QVariantHash& values);
+    CompanyBuilder& record(const QString& viewId, const QStringList& fields, const QVariantList& values);
     // A script of view operations run by tillbook-ledger on the made company, dated yyyy-mm-dd.
     CompanyBuilder& script(const QString& path, const QString& date);
 

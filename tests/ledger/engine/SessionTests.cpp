@@ -101,24 +101,6 @@ TEST(Guarded, EveryFailureIsOneLedgerErrorOnTheListWithItsPriority) {
     }
 }
 
-TEST(Guarded, AnOperationDoneReturnsItsOwnWarningsAndMessages) {
-    ErrorList errors;
-    errors.warn(QStringLiteral("an earlier one"));
-    const Warnings warnings = engine::guarded(errors, [&] {
-        errors.warn(QStringLiteral("outside its period"));
-        errors.append(QStringLiteral("not a warning"), ErrorPriority::Security);
-        errors.note(QStringLiteral("noted"));
-    });
-    ASSERT_EQ(warnings.entries.size(), 2);
-    EXPECT_EQ(warnings.first().description, "outside its period");
-    EXPECT_EQ(warnings.entries[1].priority, ErrorPriority::Message);
-    EXPECT_EQ(errors.count(), 4); // and they stay on the list
-    // A programming error is no ledger error: it passes through, unlisted.
-    EXPECT_THROW(engine::guarded(errors, [] { throw ProgrammingError(QStringLiteral("a bug")); }),
-                 ProgrammingError);
-    EXPECT_EQ(errors.count(), 4);
-}
-
 TILLBOOK_EACH_STORE(SessionTest);
 
 } // namespace

@@ -16,17 +16,6 @@ QVariantHash batchKey(qint64 batch) {
     return {{"CODEPYMTYP", "CA"}, {"CNTBTCH", batch}};
 }
 
-// Runs `operation`, which must fail with an error listed first whose text contains `words`.
-template <typename Operation>
-void expectRefused(Session& session, Operation operation, const QString& words) {
-    session.errors().clear();
-    EXPECT_THROW(operation(), LedgerError) << words.toStdString();
-    ASSERT_GE(session.errors().count(), 1) << words.toStdString();
-    EXPECT_TRUE(session.errors().at(0).description.contains(words))
-        << session.errors().at(0).description.toStdString();
-    session.errors().clear();
-}
-
 TEST_P(EntryTest, BatchesAreNumberedAndStartOpenAndEmptyAndEntriesTakeTheSessionsPeriod) {
     Till till(*m_company);
     EXPECT_EQ(till.newBatch(), 1);
@@ -36,9 +25,8 @@ TEST_P(EntryTest, BatchesAreNumberedAndStartOpenAndEmptyAndEntriesTakeTheSession
     EXPECT_EQ(batch->value("BATCHSTAT").toInt(), 1);
     EXPECT_EQ(batch->value("CNTENTER").toInt(), 0);
     EXPECT_EQ(batch->value("DATEBTCH").toDate(), QDate(2025, 3, 14));
-    expectRefused(
-        till.session(), [&] { till.field("AR0041", "IDBANK").setValue("NOBANK"); },
-        "Bank Code \"NOBANK\" does not exist.");
+    expectFailure([&] { till.field("AR0041", "IDBANK").setValue("NOBANK"); },
+                  "Bank Code \"NOBANK\" does not exist.");
     till.field("AR0041", "IDBANK").putWithoutVerification("TDOPER");
     till.view("AR0041").update();
     EXPECT_EQ(m_company->value("AR0041", batchKey(2), "IDBANK"), "TDOPER");
@@ -76,24 +64,21 @@ TEST_P(EntryTest, EntryOfAPostedBatchChangesNoMoreAndLinesMustBeOfTheEntrysKind)
     till.field("AR0044", "IDINVC").putWithoutVerification("IN2");
     till.field("AR0044", "AMTPAYM").putWithoutVerification(50);
     till.view("AR0044").insert(); // held with the new entry
-    expectRefused(
-        session, [&] { till.view("AR0042").insert(); },
-        "Documents are applied through the open-document list");
+    expectFailure([&] { till.view("AR0042").insert(); },
+                  "Documents are applied through the open-document list");
     till.view("AR0042").init();
     till.view("AR0043").init();
     till.field("AR0043", "IDACCT").setValue("4000");
     till.view("AR0043").insert();
-    expectRefused(
-        session, [&] { till.view("AR0042").insert(); }, "Only a miscellaneous receipt");
+    expectFailure([&] { till.view("AR0042").insert(); }, "Only a miscellaneous receipt");
     EXPECT_EQ(
         m_company->count("AR0042", {}) + m_company->count("AR0043", {}) + m_company->count("AR0044", {}), 0);
 
     ASSERT_TRUE(till.post(receipt(batch, 1, "C1", "120", {2})).PostOK);
     engine::postBatch(*m_company->store(), session.errors(), batch, QDate(2025, 3, 15));
     till.field("AR0042", "TEXTPAYOR").setValue("Later");
-    expectRefused(
-        session, [&] { till.view("AR0042").update(); },
-        "Batch 1 is Posted: entry 1 of batch 1 can no longer be changed.");
+    expectFailure([&] { till.view("AR0042").update(); },
+                  "Batch 1 is Posted: entry 1 of batch 1 can no longer be changed.");
 }
 
 TEST_P(EntryTest, SavedLinesDocumentsAndCustomersKeepTheirFigures) {
@@ -123,8 +108,7 @@ TEST_P(EntryTest, SavedLinesDocumentsAndCustomersKeepTheirFigures) {
          "(entry 1 of batch 1 applies 50.000)."},
     };
     for (const auto& [viewId, filter, field, value, words] : refused)
-        expectRefused(
-            session, [&] { changeFirst(viewId, filter, field, value); }, words);
+        expectFailure([&] { changeFirst(viewId, filter, field, value); }, words);
     changeFirst("AR0043", "CNTBTCH = 1", "GLDESC", "Corrected"); // descriptions may change
     changeFirst("AR0036", "IDINVC = IN2", "AMTDUETC", 50);       // down to what is applied, no further
     changeFirst("AR0036", "IDINVC = IN1", "AMTDUETC", 40);       // paid in the books: the customer follows
