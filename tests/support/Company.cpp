@@ -11,38 +11,34 @@
 
 namespace tillbook::test {
 
-namespace {
-
-std::optional<QByteArray> take(const char* name) {
-    return qEnvironmentVariableIsSet(name) ? std::optional(qgetenv(name)) : std::nullopt;
-}
-
-void restore(const char* name, const std::optional<QByteArray>& value) {
+ScopedEnv::ScopedEnv(const char* name, const std::optional<QByteArray>& value)
+    : m_name(name), m_old(qEnvironmentVariableIsSet(name) ? std::optional(qgetenv(name)) : std::nullopt) {
     value ? qputenv(name, *value) : qunsetenv(name);
 }
 
-} // namespace
+ScopedEnv::~ScopedEnv() {
+    m_old ? qputenv(m_name, *m_old) : qunsetenv(m_name);
+}
 
 QString storeName(StoreKind kind) {
     return kind == StoreKind::Sqlite ? QStringLiteral("SQLite") : QStringLiteral("PostgreSQL");
 }
 
-TestStore::TestStore(StoreKind kind)
-    : m_savedData(take("TILLBOOK_DATA")), m_savedUrl(take("TILLBOOK_LEDGER_URL")) {
-    qputenv("TILLBOOK_DATA", m_dir.path().toUtf8());
-    qunsetenv("TILLBOOK_LEDGER_URL");
-    if (kind == StoreKind::Postgres) {
-        PostgresServer& server = PostgresServer::shared();
-        if (server.isRunning())
-            qputenv("TILLBOOK_LEDGER_URL", server.urlTemplate().toUtf8());
-        else
-            m_unavailable = server.failure();
-    }
+namespace {
+
+// The throwaway server's address for companies on PostgreSQL, once it runs.
+std::optional<QByteArray> ledgerUrl(StoreKind kind) {
+    if (kind != StoreKind::Postgres || !PostgresServer::shared().isRunning())
+        return std::nullopt;
+    return PostgresServer::shared().urlTemplate().toUtf8();
 }
 
-TestStore::~TestStore() {
-    restore("TILLBOOK_DATA", m_savedData);
-    restore("TILLBOOK_LEDGER_URL", m_savedUrl);
+} // namespace
+
+TestStore::TestStore(StoreKind kind)
+    : m_data("TILLBOOK_DATA", m_dir.path().toUtf8()), m_url("TILLBOOK_LEDGER_URL", ledgerUrl(kind)) {
+    if (kind == StoreKind::Postgres && !PostgresServer::shared().isRunning())
+        m_unavailable = PostgresServer::shared().failure();
 }
 
 QString TestStore::uniqueId(const QString& stem) {
@@ -245,22 +241,25 @@ void Company::addRecords(const QList<std::pair<QString, QVariantHash>>& records)
     transaction.commit();
 }
 
-std::optional<QVariantHash> Company::record(const QString& viewId, const QVariantHash& key,
-                                            const QStringList& fields) const {
-    return engine::readRecord(*store(), viewId, key, fields);
-}
-
-int Company::count(const QString& viewId, const QVariantHash& equal) const {
-    const engine::ViewDef& def = engine::viewDef(viewId);
-    QStringList key;
-    for (int field : def.primaryKey().fields)
-        key << def.fields[size_t(field)].name;
-    return int(engine::readRecords(*store(), viewId, equal, key, key).size());
-}
-
-QString Company::value(const QString& viewId, const QVariantHash& key, const QString& field) const {
-    const QVariant v = record(viewId, key, {field}).value_or(QVariantHash()).value(field);
-    return v.metaType() == QMetaType::fromType<Money>() ? v.value<Money>().toLedgerString() : v.toString();
+QStringList Company::records(const QString& viewId, const QVariantHash& equal, const QStringList& fields,
+                             QStringList order) const {
+    if (order.isEmpty()) {
+        const engine::ViewDef& def = engine::viewDef(viewId);
+        for (int field : def.primaryKey().fields)
+            order << def.fields[size_t(field)].name;
+    }
+    QStringList texts;
+    for (const QVariantHash& r :
+         engine::readRecords(*store(), viewId, equal, fields.isEmpty() ? order : fields, order)) {
+        QStringList values;
+        for (const QString& field : fields) {
+            const QVariant& v = r.value(field);
+            values << (v.metaType() == QMetaType::fromType<Money>() ? v.value<Money>().toLedgerString()
+                                                                    : v.toString());
+        }
+        texts << values.join(u' ');
+    }
+    return texts;
 }
 
 QString sourceFile(const QString& relative) {

@@ -30,13 +30,25 @@ enum class StoreKind { Sqlite, Postgres };
 
 QString storeName(StoreKind kind);
 
+// An environment variable set, or unset when given no value, for the life of the object.
+class ScopedEnv {
+public:
+    ScopedEnv(const char* name, const std::optional<QByteArray>& value);
+    ~ScopedEnv();
+    ScopedEnv(const ScopedEnv&) = delete;
+    ScopedEnv& operator=(const ScopedEnv&) = delete;
+
+private:
+    const char* m_name;
+    std::optional<QByteArray> m_old;
+};
+
 // Where a test's companies live: a temporary data folder for SQLite, or the throwaway PostgreSQL server.
 // Either way TILLBOOK_DATA / TILLBOOK_LEDGER_URL point at it while the object lives, and never at the user's
 // own data.
 class TestStore {
 public:
     explicit TestStore(StoreKind kind = StoreKind::Sqlite);
-    ~TestStore();
     TestStore(const TestStore&) = delete;
     TestStore& operator=(const TestStore&) = delete;
 
@@ -49,8 +61,8 @@ public:
 private:
     QTemporaryDir m_dir;
     QString m_unavailable;
-    std::optional<QByteArray> m_savedData;
-    std::optional<QByteArray> m_savedUrl;
+    ScopedEnv m_data;
+    ScopedEnv m_url;
 };
 
 // One ordinary receipt of an open batch, paying one document.
@@ -121,12 +133,17 @@ public:
     std::unique_ptr<engine::CompanyStore> store() const { return engine::CompanyStore::open(m_id); }
     void addUser(const QString& name, const QString& password) const;
     void addRecords(const QList<std::pair<QString, QVariantHash>>& records) const;
-    // What the store holds, read past every view: one record's `fields`, and how many match `equal`.
-    std::optional<QVariantHash> record(const QString& viewId, const QVariantHash& key,
-                                       const QStringList& fields) const;
-    int count(const QString& viewId, const QVariantHash& equal) const;
-    // One field of one record; a Money amount as the ledger's text ("120.000").
-    QString value(const QString& viewId, const QVariantHash& key, const QString& field) const;
+    // What the store holds, read past every view: the records that match `equal`, in the order of `order`
+    // (their key when empty), each as the texts of its `fields` joined by blanks, an amount as the ledger's
+    // text ("120.000"); one record's field; how many match.
+    QStringList records(const QString& viewId, const QVariantHash& equal, const QStringList& fields,
+                        QStringList order = {}) const;
+    QString value(const QString& viewId, const QVariantHash& key, const QString& field) const {
+        return records(viewId, key, {field}).value(0);
+    }
+    int count(const QString& viewId, const QVariantHash& equal) const {
+        return int(records(viewId, equal, {}).size());
+    }
 
 private:
     TestStore m_store; // first: the company is made inside its folder

@@ -107,17 +107,13 @@ TEST(CompanyIdTest, ABadIdOrLedgerAddressIsToldWithoutItsPassword) {
     EXPECT_NO_THROW(engine::locateCompany(longId.left(32)));
     EXPECT_THROW(engine::locateCompany(QStringLiteral("AB-C")), LedgerError);
 
-    const QByteArray saved = qgetenv("TILLBOOK_LEDGER_URL");
     for (const auto& [url, told] :
          {std::pair{"postgresql://clerk:Hush42@db:99999/tillbook_{id}", "port (1 to 65535)"},
           std::pair{"mysql://clerk:Hush42@db/tillbook_{id}", "not a postgresql:// address"}}) {
-        qputenv("TILLBOOK_LEDGER_URL", url);
+        const ScopedEnv ledger("TILLBOOK_LEDGER_URL", url);
         const LedgerError e = expectFailure([] { engine::locateCompany(QStringLiteral("SAMINC")); }, told);
         EXPECT_FALSE(e.description().contains("Hush42")) << e.description().toStdString();
     }
-    qputenv("TILLBOOK_LEDGER_URL", saved);
-    if (saved.isEmpty())
-        qunsetenv("TILLBOOK_LEDGER_URL");
 }
 
 TEST(CompanyFileTest, AnEmptyOrForeignFileIsNoCompanyAndACompanysFilesAreTheOwnersOnly) {

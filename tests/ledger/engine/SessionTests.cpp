@@ -101,6 +101,19 @@ TEST(Guarded, EveryFailureIsOneLedgerErrorOnTheListWithItsPriority) {
     }
 }
 
+// An operation's own warnings and messages, not those listed before it nor its other problems.
+TEST(Guarded, AnOperationDoneReturnsItsOwnWarningsAndMessages) {
+    ErrorList errors;
+    errors.warn(QStringLiteral("an earlier one"));
+    const Warnings warnings = engine::guarded(errors, [&] {
+        errors.warn(QStringLiteral("outside its period"));
+        errors.append(QStringLiteral("not a warning"), ErrorPriority::Security);
+        errors.note(QStringLiteral("noted"));
+    });
+    ASSERT_EQ(warnings.entries.size(), 2);
+    EXPECT_EQ(warnings.entries[1].priority, ErrorPriority::Message);
+}
+
 TILLBOOK_EACH_STORE(SessionTest);
 
 } // namespace
