@@ -1,30 +1,18 @@
 // Reading typed numbers, showing amounts and dates.
 #include "ledger/Formats.h"
 
+#include "support/Company.h"
+
 #include <gtest/gtest.h>
 
 using namespace tillbook;
+using tillbook::test::ScopedEnv;
 
 namespace {
 
 Money m(std::int64_t thousandths) {
     return Money::fromThousandths(thousandths);
 }
-
-// An environment variable set for the life of the object.
-class ScopedEnv {
-public:
-    ScopedEnv(const char* name, const char* value)
-        : m_name(name), m_old(qgetenv(name)), m_had(qEnvironmentVariableIsSet(name)) {
-        qputenv(name, value);
-    }
-    ~ScopedEnv() { m_had ? void(qputenv(m_name, m_old)) : void(qunsetenv(m_name)); }
-
-private:
-    const char* m_name;
-    QByteArray m_old;
-    bool m_had;
-};
 
 } // namespace
 

@@ -7,8 +7,8 @@
 #include "ledger/Session.h"
 #include "ledger/engine/CompanyLocation.h"
 #include "ledger/engine/CompanyStore.h"
+#include "support/Company.h"
 #include "support/PostgresServer.h"
-#include "support/TestCompany.h"
 
 #include <QSqlDatabase>
 #include <QSqlError>

@@ -1,69 +1,52 @@
-#include "EngineTestSupport.h"
+// A new header's lines wait in memory until the header is inserted, numbered from it; the engine's staging on
+// its own, without the receipt rules (entry numbers, the lines' accounts).
 #include "ledger/engine/ViewCore.h"
+#include "support/Company.h"
 
 namespace tillbook::test {
 namespace {
 
-// A receipt (header) with miscellaneous lines (detail).
-class StagingTest : public EngineTest {
-protected:
-    void SetUp() override {
-        EngineTest::SetUp();
-        if (IsSkipped())
-            return;
-        // The engine's staging on its own, without the receipt rules (entry numbers, the lines' accounts).
-        for (const char* view : {"AR0042", "AR0043"})
-            engine::registerViewRules(view, [] { return std::make_unique<engine::ViewRules>(); });
-        receipt = m_session->openView("AR0042", "AR");
-        lines = m_session->openView("AR0043", "AR");
-        receipt->compose({lines.get()});
-    }
+using StagingTest = StoreTest;
 
-    void newReceipt(int entry) {
+TEST_P(StagingTest, LinesWaitForTheirHeaderAndAreNumberedFromIt) {
+    for (const char* view : {"AR0042", "AR0043"})
+        engine::registerViewRules(view, [] { return std::make_unique<engine::ViewRules>(); });
+    auto receipt = m_session->openView("AR0042", "AR"); // a receipt with its miscellaneous lines
+    auto lines = m_session->openView("AR0043", "AR");
+    receipt->compose({lines.get()});
+    const auto newReceipt = [&] {
         receipt->init();
-        receipt->fields().item("CODEPYMTYP").setValue("CA");
-        receipt->fields().item("CNTBTCH").setValue(7);
-        receipt->fields().item("CNTITEM").setValue(entry);
-    }
-
-    void addLine(const QString& description) {
+        for (const auto& [field, value] : {std::pair{"CODEPYMTYP", "CA"}, {"CNTBTCH", "7"}, {"CNTITEM", "1"}})
+            receipt->fields().item(field).setValue(value);
+    };
+    const auto addLine = [&](const char* description) {
         lines->init();
         lines->fields().item("GLDESC").putWithoutVerification(description);
         lines->insert();
-    }
-
-    // Records of the view in the store, as another till sees them.
-    int stored(const char* view) {
-        auto plain = signIn()->openView(view, "AR");
-        int n = 0;
-        while (plain->fetch())
-            ++n;
-        return n;
-    }
-
-    std::unique_ptr<View> receipt;
-    std::unique_ptr<View> lines;
-};
-
-TEST_P(StagingTest, LinesWaitForTheirHeaderAndAreNumberedFromIt) {
-    newReceipt(1);
+    };
+    const auto stored = [&](const char* view) {
+        return m_company->count(view, {});
+    }; // as another till sees them
+    const auto fetched = [&] {
+        EXPECT_TRUE(lines->fetch());
+        return lines->fields().item("GLDESC").value().toString();
+    };
+    newReceipt();
     addLine("dropped"); // a new header's init discards lines held for the one before
-    newReceipt(1);
+    newReceipt();
     addLine("first");
     addLine("second");
     EXPECT_EQ(lines->fields().item("CNTLINE").value().toLongLong(), 2); // numbered in memory
     EXPECT_EQ(lines->fields().item("CNTITEM").value().toLongLong(), 1); // took the header's key
     EXPECT_EQ(stored("AR0043"), 0);
     lines->browse("", true); // the new header's lines, from memory
-    ASSERT_TRUE(lines->fetch());
-    EXPECT_EQ(lines->fields().item("GLDESC").value().toString(), "first");
+    EXPECT_EQ(fetched(), "first");
 
     receipt->insert();
     EXPECT_EQ(stored("AR0042"), 1);
     // Now stored, the header's lines are read from the store, and new ones go there at once.
     lines->browse("", false);
-    ASSERT_TRUE(lines->fetch());
-    EXPECT_EQ(lines->fields().item("GLDESC").value().toString(), "second");
+    EXPECT_EQ(fetched(), "second");
     lines->init();
     lines->fields().item("CNTLINE").setValue(3);
     lines->insert();

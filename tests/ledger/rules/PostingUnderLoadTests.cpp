@@ -1,8 +1,7 @@
 // Posting while other tills work: two postings paying one document at once, a posting stopped half-way
 // and resumed, a till's receipt between the steps of a long posting, and a till that waits too long.
 
-#include "PaymentBatches.h"
-#include "RulesTestSupport.h"
+#include "Till.h"
 #include "ledger/engine/BatchPosting.h"
 #include "ledger/engine/LedgerCheck.h"
 #include "ledger/engine/RecordAccess.h"
@@ -15,17 +14,10 @@
 namespace tillbook::test {
 namespace {
 
-using PostingUnderLoadTest = RulesTest;
+using PostingUnderLoadTest = KnownCompanyTest;
 TILLBOOK_EACH_STORE(PostingUnderLoadTest);
 
 const QDate PostingDate(2025, 3, 15);
-
-// Sets how long a statement waits for another's lock, for the sessions and stores opened meanwhile.
-class LockWait {
-public:
-    explicit LockWait(const char* milliseconds) { qputenv("TILLBOOK_LOCK_WAIT_MS", milliseconds); }
-    ~LockWait() { qunsetenv("TILLBOOK_LOCK_WAIT_MS"); }
-};
 
 Money cents(qint64 c) {
     return Money::fromCents(c);
@@ -38,26 +30,22 @@ std::vector<Payment> payingEach(const QString& customer, int from, int count, Mo
     return payments;
 }
 
-int batchStatus(engine::CompanyStore& store, qint64 batch) {
-    return engine::readRecord(store, "AR0041", {{"CODEPYMTYP", "CA"}, {"CNTBTCH", batch}}, {"BATCHSTAT"})
-        ->value("BATCHSTAT")
-        .toInt();
-}
-
-void expectLedgerHolds(engine::CompanyStore& store) {
-    const auto result = engine::checkLedger(store);
+void expectLedgerHolds(const Company& company) {
+    const auto result = engine::checkLedger(*company.store());
     EXPECT_TRUE(result.violations.isEmpty()) << result.violations.join('\n').toStdString();
 }
 
 // Batch 1 pays 10.00 on IN1 first and then 400 other documents; batch 2 pays 20.00 on IN1 and starts
 // while batch 1 is still at work. Both payments must reach the document.
 TEST_P(PostingUnderLoadTest, TwoPostingsPayingOneDocumentAtOnceLoseNoPayment) {
-    m_company->addRecords(customerWithDocuments("Z", 400, cents(5000)));
     std::vector<Payment> first{{"C1", "IN1", cents(1000)}};
     for (const Payment& p : payingEach("Z", 1, 400, cents(100)))
         first.push_back(p);
-    m_company->addRecords(batchOfPayments(1, first));
-    m_company->addRecords(batchOfPayments(2, {{"C1", "IN1", cents(2000)}}));
+    start(CompanyBuilder(GetParam())
+              .known()
+              .documents("Z", 400, cents(5000))
+              .batch(1, first)
+              .batch(2, {{"C1", "IN1", cents(2000)}}));
 
     QString failures[2];
     const auto post = [&](qint64 batch, int startAfterMs) {
@@ -79,91 +67,85 @@ TEST_P(PostingUnderLoadTest, TwoPostingsPayingOneDocumentAtOnceLoseNoPayment) {
     EXPECT_EQ(failures[0], "");
     EXPECT_EQ(failures[1], "");
 
-    const auto in1 = record("AR0036", {{"IDCUST", "C1"}, {"IDINVC", "IN1"}}, {"AMTDUETC", "CNTTOTPAYM"});
-    EXPECT_EQ(money(in1->value("AMTDUETC")), Money::fromWhole(70));
-    EXPECT_EQ(in1->value("CNTTOTPAYM").toInt(), 2);
-    EXPECT_EQ(money(record("AR0024", {{"IDCUST", "C1"}}, {"AMTBALDUET"})->value("AMTBALDUET")),
-              Money::fromWhole(90));
-    expectLedgerHolds(store());
+    EXPECT_EQ(m_company->records("AR0036", {{"IDCUST", "C1"}, {"IDINVC", "IN1"}}, {"AMTDUETC", "CNTTOTPAYM"}),
+              QStringList("70.000 2"));
+    EXPECT_EQ(m_company->value("AR0024", {{"IDCUST", "C1"}}, "AMTBALDUET"), "90.000");
+    expectLedgerHolds(*m_company);
 }
 
 TEST_P(PostingUnderLoadTest, StoppedPostingResumesWhereItStoppedAndPostsNoEntryTwice) {
-    m_company->addRecords(customerWithDocuments("Z", 5, cents(5000)));
-    m_company->addRecords(batchOfPayments(1, payingEach("Z", 1, 5, cents(1500))));
-    auto session = signIn();
+    start(CompanyBuilder(GetParam())
+              .known()
+              .documents("Z", 5, cents(5000))
+              .batch(1, payingEach("Z", 1, 5, cents(1500))));
+    const auto store = m_company->store();
+    Session* session = m_session.get();
     engine::PostingOptions options;
     options.entriesPerStep = 2;
     options.afterStep = [](const engine::PostingSummary&) { throw std::runtime_error("killed"); };
-    EXPECT_THROW(engine::postBatch(store(), session->errors(), 1, PostingDate, options), LedgerError);
+    EXPECT_THROW(engine::postBatch(*store, session->errors(), 1, PostingDate, options), LedgerError);
 
     // Half-way: "Post In Progress", two entries posted, and the ledger whole.
-    EXPECT_EQ(batchStatus(store(), 1), 5);
-    EXPECT_EQ(money(record("AR0036", {{"IDCUST", "Z"}, {"IDINVC", "Z-2"}}, {"AMTDUETC"})->value("AMTDUETC")),
-              cents(3500));
-    EXPECT_EQ(money(record("AR0036", {{"IDCUST", "Z"}, {"IDINVC", "Z-3"}}, {"AMTDUETC"})->value("AMTDUETC")),
-              cents(5000));
-    expectLedgerHolds(store());
+    EXPECT_EQ(m_company->value("AR0041", {{"CODEPYMTYP", "CA"}, {"CNTBTCH", 1}}, "BATCHSTAT"), "5");
+    EXPECT_EQ(m_company->value("AR0036", {{"IDCUST", "Z"}, {"IDINVC", "Z-2"}}, "AMTDUETC"), "35.000");
+    EXPECT_EQ(m_company->value("AR0036", {{"IDCUST", "Z"}, {"IDINVC", "Z-3"}}, "AMTDUETC"), "50.000");
+    expectLedgerHolds(*m_company);
     // Only the documents not yet paid count what the unposted entries apply to them.
-    Till till(signIn());
+    Till till(*m_company);
     ASSERT_TRUE(till.openDocument("Z", 2));
     EXPECT_EQ(till.text("AR0061", "PNDPAYTOT"), "0.000");
     ASSERT_TRUE(till.openDocument("Z", 3));
     EXPECT_EQ(till.text("AR0061", "PNDPAYTOT"), "15.000");
     // No entry joins a batch being posted.
-    EXPECT_FALSE(till.post(receiptDraft(1, 6, "C2", "5")).PostOK);
+    EXPECT_FALSE(till.post(receipt(1, 6, "C2", "5")).PostOK);
 
     options.afterStep = nullptr;
-    const auto summary = engine::postBatch(store(), session->errors(), 1, PostingDate, options);
+    const auto summary = engine::postBatch(*store, session->errors(), 1, PostingDate, options);
     EXPECT_EQ(summary.entries, 3);
     EXPECT_GT(summary.postingSequence, 0);
-    EXPECT_EQ(batchStatus(store(), 1), 3);
+    EXPECT_EQ(m_company->value("AR0041", {{"CODEPYMTYP", "CA"}, {"CNTBTCH", 1}}, "BATCHSTAT"), "3");
     for (int n = 1; n <= 5; ++n) {
-        const auto d =
-            record("AR0036", {{"IDCUST", "Z"}, {"IDINVC", documentOf("Z", n)}}, {"AMTDUETC", "CNTTOTPAYM"});
-        EXPECT_EQ(money(d->value("AMTDUETC")), cents(3500)) << n;
-        EXPECT_EQ(d->value("CNTTOTPAYM").toInt(), 1) << n;
+        EXPECT_EQ(m_company->records("AR0036", {{"IDCUST", "Z"}, {"IDINVC", documentOf("Z", n)}},
+                                     {"AMTDUETC", "CNTTOTPAYM"}),
+                  QStringList("35.000 1"))
+            << n;
     }
-    expectLedgerHolds(store());
-    EXPECT_THROW(engine::postBatch(store(), session->errors(), 1, PostingDate), LedgerError);
+    expectLedgerHolds(*m_company);
+    EXPECT_THROW(engine::postBatch(*store, session->errors(), 1, PostingDate), LedgerError);
 }
 
 // Between two steps nothing is locked: a till's receipt for the very customer being paid goes through
-// even when tills wait only a moment.
-TEST_P(PostingUnderLoadTest, TillsReceiptBetweenStepsOfALongPostingGoesThrough) {
-    m_company->addRecords(batchOfPayments(
-        1, {{"C1", "IN1", cents(100)}, {"C1", "IN2", cents(100)}, {"C1", "IN1", cents(100)}}));
-    LockWait shortWait("300");
+// even when tills wait only a moment. A till that waits too long for a lock is told the company is busy.
+TEST_P(PostingUnderLoadTest,
+       TillsReceiptBetweenStepsGoesThroughAndOneThatWaitsTooLongIsToldTheCompanyIsBusy) {
+    start(CompanyBuilder(GetParam())
+              .known()
+              .batch(1, {{"C1", "IN1", cents(100)}, {"C1", "IN2", cents(100)}, {"C1", "IN1", cents(100)}}));
+    ScopedEnv shortWait("TILLBOOK_LOCK_WAIT_MS", "300"); // for the stores and sessions opened meanwhile
     auto poster = engine::CompanyStore::open(m_id);
-    Till till(signIn());
+    Till till(*m_company);
     const qint64 other = till.newBatch();
     engine::PostingOptions options;
     options.entriesPerStep = 1;
     int receipts = 0;
     options.afterStep = [&](const engine::PostingSummary&) {
         ++receipts;
-        EXPECT_TRUE(till.post(receiptDraft(other, receipts, "C1", "1", {2})).PostOK); // IN1
+        EXPECT_TRUE(till.post(receipt(other, receipts, "C1", "1", {2})).PostOK); // IN1
     };
     ErrorList errors;
     EXPECT_NO_THROW(engine::postBatch(*poster, errors, 1, PostingDate, options));
     EXPECT_EQ(receipts, 3);
-    EXPECT_EQ(count("AR0042", {{"CODEPYMTYP", "CA"}, {"CNTBTCH", other}}), 3);
-    expectLedgerHolds(store());
-}
-
-TEST_P(PostingUnderLoadTest, TillThatWaitsTooLongIsToldTheCompanyIsBusy) {
-    LockWait shortWait("200");
-    Till till(signIn());
-    const qint64 batch = till.newBatch();
-    auto other = engine::CompanyStore::open(m_id);
+    EXPECT_EQ(m_company->count("AR0042", {{"CODEPYMTYP", "CA"}, {"CNTBTCH", other}}), 3);
+    expectLedgerHolds(*m_company);
     {
-        engine::Transaction holding(*other);
-        engine::addToRecord(*other, "AR0041", {{"CODEPYMTYP", "CA"}, {"CNTBTCH", batch}}, {{"CNTENTER", 0}});
-        const PostingOutcome waited = till.post(receiptDraft(batch, 1, "C2", "5"));
+        engine::Transaction holding(*poster);
+        engine::addToRecord(*poster, "AR0041", {{"CODEPYMTYP", "CA"}, {"CNTBTCH", other}}, {{"CNTENTER", 0}});
+        const PostingOutcome waited = till.post(receipt(other, 4, "C2", "5"));
         EXPECT_FALSE(waited.PostOK) << "the receipt did not wait for the lock";
-        EXPECT_EQ(messages(waited).value(messages(waited).size() - 1),
-                  "The company is busy. Try again in a moment.");
+        ASSERT_FALSE(waited.problems.empty());
+        EXPECT_EQ(waited.problems.back().error.description, "The company is busy. Try again in a moment.");
     }
-    EXPECT_TRUE(till.post(receiptDraft(batch, 1, "C2", "5")).PostOK);
+    EXPECT_TRUE(till.post(receipt(other, 4, "C2", "5")).PostOK);
 }
 
 } // namespace

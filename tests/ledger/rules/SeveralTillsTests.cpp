@@ -2,8 +2,7 @@
 // the documents of customers that two postings running at the same time are paying, and make new
 // batches meanwhile. Afterwards every number is taken once and the ledger holds together.
 
-#include "PaymentBatches.h"
-#include "RulesTestSupport.h"
+#include "Till.h"
 #include "ledger/engine/RecordAccess.h"
 
 #include <QProcess>
@@ -13,7 +12,7 @@
 namespace tillbook::test {
 namespace {
 
-using SeveralTillsTest = RulesTest;
+using SeveralTillsTest = KnownCompanyTest;
 TILLBOOK_EACH_STORE(SeveralTillsTest);
 
 constexpr int Tills = 8;
@@ -59,21 +58,19 @@ std::unique_ptr<QProcess> startTool(const QStringList& arguments) {
 }
 
 TEST_P(SeveralTillsTest, EightTillsAndTwoPostingsAtOnceKeepTheLedgerWhole) {
-    m_company->addUser(QStringLiteral("CLERK"), QStringLiteral("Till-Pw1"));
-    {
-        Till till(signIn());
-        ASSERT_EQ(till.newBatch(), 1);
-    }
+    CompanyBuilder builder = CompanyBuilder(GetParam()).known().user("CLERK", "Till-Pw1");
     for (const QString& customer : Customers)
-        m_company->addRecords(customerWithDocuments(customer, 3, Money::fromWhole(100000)));
+        builder.documents(customer, 3, Money::fromWhole(100000));
     for (qint64 batch : {2, 3}) {
         std::vector<Payment> payments;
         for (int n = 0; n < PaymentsPerPostedBatch; ++n) {
             const QString& customer = Customers[n % Customers.size()];
             payments.push_back({customer, documentOf(customer, 1 + n % 3), Money::fromWhole(10)});
         }
-        m_company->addRecords(batchOfPayments(batch, payments));
+        builder.batch(batch, payments);
     }
+    start(builder);
+    ASSERT_EQ(Till(*m_company).newBatch(), 1);
 
     Money expectedTotal;
     std::vector<std::unique_ptr<QTemporaryFile>> scripts;
@@ -99,20 +96,20 @@ TEST_P(SeveralTillsTest, EightTillsAndTwoPostingsAtOnceKeepTheLedgerWhole) {
     ASSERT_TRUE(check->waitForFinished(60000));
     EXPECT_EQ(check->exitCode(), 0) << check->readAll().left(4000).toStdString();
 
-    const auto batch =
-        record("AR0041", {{"CODEPYMTYP", "CA"}, {"CNTBTCH", 1}}, {"CNTENTER", "AMTENTER", "BATCHSTAT"});
-    EXPECT_EQ(batch->value("CNTENTER").toInt(), Tills * ReceiptsEach);
-    EXPECT_EQ(money(batch->value("AMTENTER")), expectedTotal);
-    const auto batches = engine::readRecords(store(), "AR0041", {}, {"CNTBTCH", "BATCHSTAT"}, {"CNTBTCH"});
+    const QVariantHash first{{"CODEPYMTYP", "CA"}, {"CNTBTCH", 1}};
+    EXPECT_EQ(m_company->value("AR0041", first, "CNTENTER"), QString::number(Tills * ReceiptsEach));
+    EXPECT_EQ(m_company->value("AR0041", first, "AMTENTER"), expectedTotal.toLedgerString());
+    const auto batches =
+        engine::readRecords(*m_company->store(), "AR0041", {}, {"CNTBTCH", "BATCHSTAT"}, {"CNTBTCH"});
     ASSERT_EQ(int(batches.size()), 3 + Tills * BatchesEach);
     for (size_t i = 0; i < batches.size(); ++i) {
         EXPECT_EQ(batches[i].value("CNTBTCH").toLongLong(), qint64(i + 1));
         EXPECT_EQ(batches[i].value("BATCHSTAT").toInt(), i == 1 || i == 2 ? 3 : 1) << i + 1;
     }
     // Each K customer's documents paid 10.00 per posted payment, nothing lost between the two postings.
-    const auto k1 = record("AR0024", {{"IDCUST", "K1"}}, {"AMTBALDUET"});
     const int paymentsToK1 = (PaymentsPerPostedBatch + 3) / 4; // every fourth, from the first
-    EXPECT_EQ(money(k1->value("AMTBALDUET")), Money::fromWhole(300000 - 2 * 10 * paymentsToK1));
+    EXPECT_EQ(m_company->value("AR0024", {{"IDCUST", "K1"}}, "AMTBALDUET"),
+              Money::fromWhole(300000 - 2 * 10 * paymentsToK1).toLedgerString());
 }
 
 } // namespace
