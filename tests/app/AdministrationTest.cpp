@@ -3,7 +3,7 @@
 #include "LoginWindow.h"
 #include "app/frmNew.h"
 #include "entry/ReceiptDesk.h"
-#include "support/AnswerMessageBoxes.h"
+#include "support/ExpectBox.h"
 #include "support/Company.h"
 #include "support/TempSettings.h"
 
@@ -76,7 +76,7 @@ private slots:
 
     void threeDatabasesAndTenUsersAreTheLimits() {
         store({"ALPHA", "BRAVO", "SAMINC"}, 3, {"U1", "U2", "U3", "U4", "U5", "U6", "U7", "U8", "U9", "U10"});
-        test::AnswerMessageBoxes answers;
+        test::ExpectBox answers;
         test::LoginWindow login;
         login.form->mnuAddNewDB_Click();
         login.form->mnuAddNewUser_Click();
@@ -102,7 +102,7 @@ private slots:
 
     void deletingTheMiddleDatabaseClosesTheGapAndWaitsForExit() {
         store({"ALPHA", "BRAVO", "CHARLIE"}, 2, {"U1"});
-        test::AnswerMessageBoxes answers(vbYes);
+        test::ExpectBox answers(vbYes);
         {
             test::LoginWindow login;
             login.form->mnuDeleteDB_Click();
@@ -124,7 +124,7 @@ private slots:
 
     void deletingAUserStoresTheUsersWhateverTheAnswer() {
         store({"SAMINC"}, 1, {"ANN", "BOB", "CAT"});
-        test::AnswerMessageBoxes answers(vbNo);
+        test::ExpectBox answers(vbNo);
         test::LoginWindow login;
         login.cboUser->setListIndex(1);
         settings->set("Database1/Users/User2", "SOMEONE"); // overwritten from memory, even on No
@@ -150,7 +150,7 @@ private slots:
         };
         for (const char* field : {"txtNewDB", "txtNewUser"}) {
             for (const auto& [name, message] : cases) {
-                test::AnswerMessageBoxes answers;
+                test::ExpectBox answers;
                 test::LoginWindow login;
                 login.form->mnuAddNewDB_Click();
                 NewDialog dialog;
@@ -179,7 +179,7 @@ private slots:
         QFETCH(bool, database);
         company->addUser("CLERK", "PW2");
         store({database ? "OTHER" : "SAMINC"}, 1, {"ANN"});
-        test::AnswerMessageBoxes answers;
+        test::ExpectBox answers;
         test::LoginWindow login;
         database ? login.form->mnuAddNewDB_Click() : login.form->mnuAddNewUser_Click();
         NewDialog dialog;

@@ -99,7 +99,7 @@ private slots:
 
     void thePasswordCheckIsExactAndKeysTypeCapitals() {
         storeTwoUsers("secret", true);
-        test::AnswerMessageBoxes answers;
+        test::ExpectBox answers;
         Login login;
         QTest::keyClicks(login.txtPassword, "secret");
         QCOMPARE(login.txtPassword->text(), QString("SECRET"));
@@ -145,7 +145,7 @@ private slots:
     void aCompanyThatCannotBeOpenedKeepsTheClerkHere() {
         storeTwoUsers("PW2", true, "PW2");
         settings->set("Database1/DB1", "NOSUCHCO");
-        test::AnswerMessageBoxes answers;
+        test::ExpectBox answers;
         Login login;
         login.leavePassword();
         login.form->cmdOK_Click();

@@ -1,7 +1,7 @@
 // The receipt window's amount and date fields typed into as a clerk does: the remaining amounts and buttons
 // on leaving the amount; the date mask with real keys, and the fiscal lists and the ledger's date on leaving,
 // impossible dates and a day-first form included.
-#include "support/AnswerMessageBoxes.h"
+#include "support/ExpectBox.h"
 #include "support/Company.h"
 #include "support/ReceiptWindow.h"
 #include "ui/Platform.h"
@@ -121,7 +121,7 @@ private slots:
         QCOMPARE(date->text(), QString("10/22/____"));
 
         // Left half typed, the ledger refuses it; typed over, it is taken.
-        test::AnswerMessageBoxes answers;
+        test::ExpectBox answers;
         window->edit("txtEntDesc")->setFocus(Qt::TabFocusReason);
         QCOMPARE(answers.asked.size(), 1);
         window->type("txtDate", "12022026");
@@ -135,7 +135,7 @@ private slots:
     }
 
     void anImpossibleDateIsRefusedByTheLedgerWithAClearMessage() {
-        test::AnswerMessageBoxes answers;
+        test::ExpectBox answers;
         const QDate before = headerDate();
         for (const QString& keys : {QString("02312026"), QString("00000000")}) {
             window->type("txtDate", keys);

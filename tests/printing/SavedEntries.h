@@ -13,7 +13,7 @@
 #include "ledger/Formats.h"
 #include "ledger/engine/SampleCompany.h"
 #include "printing/data/PrintRequest.h"
-#include "support/AnswerMessageBoxes.h"
+#include "support/ExpectBox.h"
 #include "support/Company.h"
 #include "support/QtPrinters.h"
 #include "support/ReceiptWindow.h"
@@ -60,7 +60,7 @@ protected:
     static inline Company* company = nullptr;
     TempSettings settings;
     QTemporaryDir pdfs;
-    AnswerMessageBoxes boxes;
+    ExpectBox boxes;
 };
 
 } // namespace tillbook::test

@@ -1,15 +1,13 @@
 // The event behaviour that form code relies on: typed characters, key codes, focus, list indexes, activation,
-// message boxes and form sizes.
-#include "support/AnswerMessageBoxes.h"
+// and message boxes.
+#include "support/ExpectBox.h"
 #include "ui/ComboBox.h"
 #include "ui/Events.h"
-#include "ui/Forms.h"
 #include "ui/Platform.h"
 
 #include <QApplication>
 #include <QLineEdit>
 #include <QMainWindow>
-#include <QScreen>
 #include <QTest>
 
 using namespace tillbook;
@@ -136,23 +134,13 @@ private slots:
     }
 
     void messageBoxesSplitButtonsFromIcon() {
-        test::AnswerMessageBoxes answers(vbNo);
+        test::ExpectBox answers(vbNo);
         QCOMPARE(MsgBox("Delete it?", vbYesNo + vbExclamation, "Confirm Delete"), vbNo);
         MsgBox("Plain");
         QCOMPARE(answers.asked[0].buttons, vbYesNo);
         QCOMPARE(answers.asked[0].icon, vbExclamation);
         QCOMPARE(answers.asked[1].buttons + answers.asked[1].icon, vbOKOnly);
         QCOMPARE(answers.asked[1].title, QString("Tillbook"));
-    }
-
-    void formsKeepTheirSizeInTwipsCentred() {
-        QWidget form;
-        FixFormSize(&form, 7920, 3330);
-        form.resize(800, 600);
-        QCOMPARE(form.size(), QSize(528, 222));
-        CentreForm(&form);
-        const QRect screen = QGuiApplication::primaryScreen()->geometry();
-        QCOMPARE(form.frameGeometry().center().x() / 2, screen.center().x() / 2);
     }
 };
 

@@ -47,7 +47,7 @@ private slots:
     }
 
     void withoutAWorkingOpenerTheGuideIsShownInTheProgramsOwnWindow() {
-        test::AnswerMessageBoxes boxes;
+        test::ExpectBox boxes;
         ShowHelp();
         QVERIFY(boxes.asked.isEmpty() && shownHelp());
         const auto* guide = shownHelp()->findChild<QTextBrowser*>("txtGuide");
