@@ -121,10 +121,9 @@ private slots:
         window->action("mnuFileReceipt2V")->setChecked(true);
         window->action("mnuFileReceipt3V")->setChecked(false);
         test::control<QPushButton>(window->form, "cmdClose")->click();
-        QCOMPARE(window->settings.raw("Database1/BatchInfo/Batch"), QString("12"));
-        QCOMPARE(window->settings.raw("Database1/BatchInfo/Index"), QString("3"));
-        QCOMPARE(window->settings.raw("ReceiptStyle/2panel"), QString("True"));
-        QCOMPARE(window->settings.raw("ReceiptStyle/3panel"), QString("False"));
+        QCOMPARE(window->settings.raws({"Database1/BatchInfo/Batch", "Database1/BatchInfo/Index",
+                                        "ReceiptStyle/2panel", "ReceiptStyle/3panel"}),
+                 QString("12|3|True|False"));
     }
 
     void aNewBatchGetsItsBankCodeAndIsListedAfterTheEarlierOnesTwiceWithOneNewEntryAtATime() {
@@ -141,25 +140,21 @@ private slots:
         const QString second = QString::number(Desk().CurrentBatch);
         QVERIFY(second.toInt() > first.toInt());
         QCOMPARE(batchItems(), (QStringList{first, first, second}));
-        QCOMPARE(window->combo("cboBatch")->ListIndex(), 2);
-        QCOMPARE(Desk().BatchListIndex, 2);
-        QCOMPARE(window->text("txtBatchEntries"), QString("Entries:  0"));
-        QCOMPARE(window->text("txtBatchTotal"), QString("Total:  0.00"));
+        QCOMPARE(QPoint(window->combo("cboBatch")->ListIndex(), Desk().BatchListIndex), QPoint(2, 2));
         QVERIFY(!Desk().BankCode.isEmpty());
-        QCOMPARE(window->text("txtBank"), "Bank Code:  " + Desk().BankCode);
+        QCOMPARE(window->texts({"txtBatchEntries", "txtBatchTotal", "txtBank"}),
+                 "Entries:  0|Total:  0.00|Bank Code:  " + Desk().BankCode);
         QCOMPARE(Get_BatchBank(Desk(), second), Desk().BankCode);
         QCOMPARE(window->combo("cboEntry")->count(), 0);
 
         // Only one new entry at a time stands at the end of the list.
         window->form->cmdNewEntry_Click();
         QCOMPARE(window->combo("cboEntry")->currentText(), QString("1"));
-        QCOMPARE(Desk().CurrentEntry, 1);
+        QCOMPARE(QPoint(Desk().CurrentEntry, window->combo("cboTransType")->ListIndex()), QPoint(1, 0));
         QVERIFY(!window->form->EntryLocked() && window->enabled("txtAmount"));
-        QCOMPARE(window->combo("cboTransType")->ListIndex(), 0);
         window->action("mnuEntryNew")->trigger();
         QCOMPARE(window->combo("cboEntry")->count(), 1);
-        QVERIFY(!window->enabled("cmdNewEntry"));
-        QVERIFY(!window->action("mnuEntryNew")->isEnabled());
+        QVERIFY(!window->enabled("cmdNewEntry") && !window->action("mnuEntryNew")->isEnabled());
     }
 
     void theRememberedBatchIsSelectedOnlyWhereItStillStands() {
@@ -175,8 +170,8 @@ private slots:
             window->settings.set("Database1/BatchInfo/Index", index);
             QVERIFY(window->open());
             QCOMPARE(window->combo("cboBatch")->ListIndex(), selected);
-            QCOMPARE(window->text("txtBatchEntries"), QString(selected < 0 ? "Entries:  " : "Entries:  0"));
-            QCOMPARE(window->text("txtBatchTotal"), QString(selected < 0 ? "Total:  " : "Total:  0.00"));
+            QCOMPARE(window->texts({"txtBatchEntries", "txtBatchTotal"}),
+                     QString(selected < 0 ? "Entries:  |Total:  " : "Entries:  0|Total:  0.00"));
             QCOMPARE(window->combo("cboEntry")->ListIndex(), -1);
         }
         QCOMPARE(window->text("txtBank"), QString("Bank Code:  "));
@@ -198,8 +193,7 @@ private slots:
         }
         // The customer chosen shows its number, address and phone, and is the payer.
         const QString info = test::control<QPlainTextEdit>(window->form, "txtCustInfo")->toPlainText();
-        QVERIFY(info.startsWith("Customer ID: "));
-        QVERIFY(info.contains("\nAddress: ") && info.contains("\n               ") &&
+        QVERIFY(info.startsWith("Customer ID: ") && info.contains("\nAddress: ") &&
                 info.contains("\nPhone: "));
         QCOMPARE(window->text("txtPayer"), customers->currentText());
         // A saved entry on show keeps its customer.

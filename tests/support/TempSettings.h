@@ -31,6 +31,13 @@ public:
         const QVariant v = s.value(key);
         return v.isValid() ? v.toString() : QString();
     }
+    // The raw texts of several values, joined by "|".
+    QString raws(const QStringList& keys) const {
+        QStringList values;
+        for (const QString& key : keys)
+            values << raw(key);
+        return values.join(u'|');
+    }
     void set(const QString& key, const QString& value) {
         QSettings s(m_file, QSettings::IniFormat);
         s.setValue(key, value);
