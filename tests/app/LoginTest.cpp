@@ -41,12 +41,7 @@ class LoginTest : public QObject {
         settings->set("ConnectInfo/Save", savedPassword.isEmpty() ? "False" : "True");
         settings->set("ConnectInfo/SavedPWD", savedPassword);
     }
-    QString stored(const QStringList& keys) const {
-        QStringList values;
-        for (const QString& key : keys)
-            values << settings->raw(key);
-        return values.join('|');
-    }
+    QString stored(const QStringList& keys) const { return settings->raws(keys); }
 
 private slots:
     void initTestCase() {
