@@ -8,7 +8,6 @@
 #include "settings/Registry.h"
 
 #include <QCheckBox>
-#include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
 #include <functional>
@@ -85,11 +84,8 @@ TEST_F(CupsPrinting, DialogStoresThePlatformsOwnNamesOfTheChosenPrinter) {
     EXPECT_EQ(dialog([](frmPrinter& form) {
                   EXPECT_EQ(child<QListWidget>(form, "lstNames")->count(), 2);
                   EXPECT_TRUE(child<QCheckBox>(form, "chkDefault")->isChecked());
-                  EXPECT_EQ(child<QLabel>(form, "lblPrinter")->text(), " Windows Default Printer");
                   child<QCheckBox>(form, "chkDefault")->click();
-                  EXPECT_EQ(child<QLabel>(form, "lblPrinter")->text(), "");
                   child<QPushButton>(form, "cmdOK")->click();
-                  EXPECT_TRUE(form.isHidden());
               }),
               (QStringList{"False", "Local Raw Printer", "Receipts", cups->deviceUri("Receipts")}));
     // A printer chosen by the arrow keys, then unticked: stored.
@@ -97,7 +93,6 @@ TEST_F(CupsPrinting, DialogStoresThePlatformsOwnNamesOfTheChosenPrinter) {
     EXPECT_EQ(dialog([](frmPrinter& form) {
                   auto* names = child<QListWidget>(form, "lstNames");
                   names->setCurrentItem(names->findItems("Office", Qt::MatchExactly).value(0));
-                  EXPECT_EQ(child<QLabel>(form, "lblPrinter")->text(), "Office");
                   EXPECT_TRUE(
                       child<QCheckBox>(form, "chkDefault")->isChecked()); // a click does not untick it
                   child<QCheckBox>(form, "chkDefault")->click();
@@ -107,7 +102,6 @@ TEST_F(CupsPrinting, DialogStoresThePlatformsOwnNamesOfTheChosenPrinter) {
     // Opened on the stored printer; ticking the default clears the list's choice and OK stores no names.
     EXPECT_EQ(dialog([](frmPrinter& form) {
                   EXPECT_FALSE(child<QCheckBox>(form, "chkDefault")->isChecked());
-                  EXPECT_EQ(child<QLabel>(form, "lblPrinter")->text(), " Office");
                   auto* names = child<QListWidget>(form, "lstNames");
                   names->setCurrentRow(0);
                   emit names->itemClicked(names->item(0));
@@ -116,12 +110,6 @@ TEST_F(CupsPrinting, DialogStoresThePlatformsOwnNamesOfTheChosenPrinter) {
                   child<QPushButton>(form, "cmdOK")->click();
               }),
               (QStringList{"True", "", "", ""}));
-    // Close stores nothing.
-    EXPECT_EQ(dialog([](frmPrinter& form) {
-                  child<QCheckBox>(form, "chkDefault")->click();
-                  child<QPushButton>(form, "cmdClose")->click();
-              }).value(0),
-              "True");
 }
 
 } // namespace
