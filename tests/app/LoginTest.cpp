@@ -28,18 +28,16 @@ class LoginTest : public QObject {
 
     // SAMINC in slot 1 with ADMIN and CLERK; with `remembered`, CLERK's last sign-in and its saved password.
     void storeTwoUsers(const QString& clerkPassword, bool remembered, const QString& savedPassword = "") {
-        for (const auto& [key, value] : {std::pair<QString, QString>{"Database1/DB1", "SAMINC"},
-                                         {"Database1/Users/User1", "ADMIN"},
-                                         {"Database1/Users/Password1", "ADMIN"},
-                                         {"Database1/Users/User2", "CLERK"},
-                                         {"Database1/Users/Password2", clerkPassword}})
-            settings->set(key, value);
-        if (!remembered)
-            return;
-        settings->set("ConnectInfo/Database", "1");
-        settings->set("ConnectInfo/User", "2");
-        settings->set("ConnectInfo/Save", savedPassword.isEmpty() ? "False" : "True");
-        settings->set("ConnectInfo/SavedPWD", savedPassword);
+        settings->setAll({{"Database1/DB1", "SAMINC"},
+                          {"Database1/Users/User1", "ADMIN"},
+                          {"Database1/Users/Password1", "ADMIN"},
+                          {"Database1/Users/User2", "CLERK"},
+                          {"Database1/Users/Password2", clerkPassword}});
+        if (remembered)
+            settings->setAll({{"ConnectInfo/Database", "1"},
+                              {"ConnectInfo/User", "2"},
+                              {"ConnectInfo/Save", savedPassword.isEmpty() ? "False" : "True"},
+                              {"ConnectInfo/SavedPWD", savedPassword}});
     }
     QString stored(const QStringList& keys) const { return settings->raws(keys); }
 
@@ -63,9 +61,8 @@ private slots:
     void firstStartShowsEmptyListsAndADisabledOK() {
         Login login;
         QCOMPARE(login.cboDatabase->count() + login.cboUser->count(), 0);
-        QVERIFY(!login.cmdOK->isEnabled());
-        QVERIFY(!login.mnuFilePassword->isChecked());
-        QVERIFY(!login.form->Initialised());
+        QVERIFY(!login.cmdOK->isEnabled() && !login.mnuFilePassword->isChecked() &&
+                !login.form->Initialised());
     }
 
     void theRememberedConnectionIsRestoredAndCountsOnceThePasswordIsLeft() {
@@ -114,8 +111,7 @@ private slots:
 
     void pickingADatabaseReadsNoUsersAndAnotherOneResetsTheUser() {
         storeTwoUsers("PW2", false);
-        settings->set("Database2/DB2", "OTHER");
-        settings->set("Database2/Users/User1", "SOLO");
+        settings->setAll({{"Database2/DB2", "OTHER"}, {"Database2/Users/User1", "SOLO"}});
         {
             Login login;
             login.cboDatabase->setListIndex(0);

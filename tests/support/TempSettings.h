@@ -3,6 +3,7 @@
 // Points the program's settings at an INI file in a fresh temporary folder for the life of the object, so
 // that tests never read or write the user's own settings.
 
+#include <QList>
 #include <QSettings>
 #include <QTemporaryDir>
 
@@ -38,9 +39,11 @@ public:
             values << raw(key);
         return values.join(u'|');
     }
-    void set(const QString& key, const QString& value) {
+    void set(const QString& key, const QString& value) { setAll({{key, value}}); }
+    void setAll(const QList<std::pair<QString, QString>>& values) {
         QSettings s(m_file, QSettings::IniFormat);
-        s.setValue(key, value);
+        for (const auto& [key, value] : values)
+            s.setValue(key, value);
     }
     bool contains(const QString& key) const { return QSettings(m_file, QSettings::IniFormat).contains(key); }
 
