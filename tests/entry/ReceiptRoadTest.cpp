@@ -2,10 +2,12 @@
 // batch with its bank code, a new entry, the customer, the amount typed, the documents or the distribution
 // lines, Save; then what the window shows, what the ledger holds, and the receipt printed from it.
 #include "fetching/ReceiptRecall.h"
+#include "fetching/ReceiptViews.h"
 #include "ledger/Formats.h"
 #include "ledger/Session.h"
 #include "ledger/View.h"
 #include "ledger/engine/BatchPosting.h"
+#include "posting/Posting.h"
 #include "support/ExpectBox.h"
 #include "support/FinderAnswers.h"
 #include "support/LedgerRecords.h"
@@ -60,29 +62,19 @@ class ReceiptRoadTest : public QObject {
 
     // Another till of the company saves a miscellaneous receipt of 10.00 into the current batch.
     void anotherTillSaves() {
-        const auto till = company->signIn(Today());
-        const auto batch = till->openView("AR0041", "AR");
-        const auto header = till->openView("AR0042", "AR");
-        const auto misc = till->openView("AR0043", "AR");
-        batch->compose({header.get()});
-        header->compose({batch.get(), misc.get()});
-        misc->compose({header.get()});
-        batch->fields().item("CODEPYMTYP").setValue(QString("CA"));
-        batch->fields().item("CNTBTCH").setValue(Desk().CurrentBatch);
-        QVERIFY(batch->read());
-        header->init();
-        for (const auto& [field, value] : {std::pair{"RMITTYPE", "5"},
-                                           {"AMTRMIT", "10"},
-                                           {"FISCYR", "2026"},
-                                           {"FISCPER", "03"},
-                                           {"TEXTPAYOR", "Another till"}})
-            header->fields().item(field).setValue(QString(value));
-        header->fields().item("DATERMIT").setValue(Today());
-        misc->init();
-        misc->fields().item("IDDISTCODE").setValue(QString("RETAIL"));
-        misc->fields().item("AMTDIST").setValue(QString("10"));
-        misc->insert();
-        header->insert();
+        ReceiptViews till;
+        till.LedgerSession = company->signIn(Today());
+        Open_ReceiptViews(till);
+        ReceiptDraft draft;
+        draft.kind = ReceiptKind::Misc;
+        draft.batch = Desk().CurrentBatch;
+        draft.amount = Money::fromWhole(10);
+        draft.receiptDate = Today();
+        draft.fiscalYear = 2026;
+        draft.fiscalPeriod = 3;
+        draft.payer = "Another till";
+        draft.distributions = {{"RETAIL", "", Money::fromWhole(10), "", ""}};
+        QVERIFY(Post_MiscReceipt(till, draft).PostOK);
     }
 
 private slots:
