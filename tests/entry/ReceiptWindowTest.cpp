@@ -260,8 +260,8 @@ private slots:
     }
 
     void theRemainingAmountsAndButtonsFollowTheAmount() {
-        QCOMPARE(window->type("txtAmount", "12.5.0")->text(), QString("12.50"));
-        QCOMPARE(window->text("txtUnapplied"), QString("12.50"));
+        window->type("txtAmount", "12.5.0");
+        QCOMPARE(window->texts({"txtAmount", "txtUnapplied"}), QString("12.50|12.50"));
         QVERIFY(!window->enabled("cmdSearch")); // no customer yet
 
         // 30.00 applied out of 100.00, changed to 80.00; Save waits for the amount to be applied again.
@@ -269,19 +269,17 @@ private slots:
         window->edit("txtAmount")->setText("100.00");
         window->edit("txtUnapplied")->setText("70.00");
         window->form->findChild<QWidget*>("cmdSave")->setEnabled(true);
-        QLineEdit* amount = window->type("txtAmount", "8", false);
+        window->type("txtAmount", "8", false);
         QVERIFY(!window->saveEnabled());
         QCOMPARE(window->form->Parts().amountDate.AmountOnFocus(), Money::fromWhole(100));
         window->type("txtAmount", "0");
-        QCOMPARE(amount->text(), QString("80.00"));
-        QCOMPARE(window->text("txtUnapplied"), QString("50.00"));
+        QCOMPARE(window->texts({"txtAmount", "txtUnapplied"}), QString("80.00|50.00"));
         QCOMPARE(Desk().ReceiptAmount, Money::fromWhole(80));
         QVERIFY(window->enabled("cmdSearch"));
 
         // Emptied: "0.00", and neither save, search nor a new line.
         window->type("txtAmount", "\b");
-        QCOMPARE(amount->text(), QString("0.00"));
-        QCOMPARE(window->text("txtUnapplied"), QString("-30.00"));
+        QCOMPARE(window->texts({"txtAmount", "txtUnapplied"}), QString("0.00|-30.00"));
         QVERIFY(!window->saveEnabled() && !window->enabled("cmdSearch") && !window->enabled("cmdNewInvoice"));
 
         // A new mode counts from zero again and allows a point.
@@ -303,8 +301,7 @@ private slots:
     void theDateMaskWithRealKeys() {
         beeps = 0;
         QLineEdit* date = window->type("txtDate", "1201", false);
-        QCOMPARE(date->text(), QString("12/01/____"));
-        QCOMPARE(date->cursorPosition(), 6);
+        QCOMPARE(date->text() + QString::number(date->cursorPosition()), QString("12/01/____6"));
         QTest::keyClicks(date, "20009a/");
         QCOMPARE(date->text(), QString("12/01/2000"));
         QCOMPARE(beeps, 2); // the letter and the slash; the ninth digit is dropped quietly
@@ -330,8 +327,8 @@ private slots:
         QCOMPARE(answers.asked.size(), 1);
         window->type("txtDate", "12022026");
         QCOMPARE(answers.asked.size(), 1);
-        QCOMPARE(window->combo("cboYear")->currentText(), QString("2026"));
-        QCOMPARE(window->combo("cboPeriod")->currentText(), QString("12"));
+        QCOMPARE(window->combo("cboYear")->currentText() + window->combo("cboPeriod")->currentText(),
+                 QString("202612"));
         QCOMPARE(headerDate(), QDate(2026, 12, 2));
         // A new entry's date is typed from its first digit again.
         window->form->Parts().entry.Clear_Entry();
