@@ -3,8 +3,8 @@
 #include "LoginWindow.h"
 #include "app/frmNew.h"
 #include "entry/ReceiptDesk.h"
-#include "support/ExpectBox.h"
 #include "support/Company.h"
+#include "support/ExpectBox.h"
 #include "support/TempSettings.h"
 
 #include <QDir>
@@ -37,11 +37,6 @@ struct NewDialog {
         type(txtVerPWD, verify);
     }
 };
-
-// The box asked: its text, title, button set and icon in one line.
-QString box(const MsgBoxRequest& r) {
-    return QString("%1 | %2 | %3 | %4").arg(r.prompt, r.title).arg(r.buttons).arg(r.icon);
-}
 
 } // namespace
 
@@ -79,15 +74,17 @@ private slots:
         test::ExpectBox answers;
         test::LoginWindow login;
         login.form->mnuAddNewDB_Click();
+        QVERIFY(
+            answers(1,
+                    "The Maximun number of databases has been reached.\nYou must first delete an existing "
+                    "database before you can add another.",
+                    vbOKOnly, "Database Limit Reached"));
         login.form->mnuAddNewUser_Click();
-        QCOMPARE(
-            box(answers.asked.value(0)),
-            QString("The Maximun number of databases has been reached.\nYou must first delete an existing "
-                    "database before you can add another. | Database Limit Reached | 0 | 0"));
-        QCOMPARE(
-            box(answers.asked.value(1)),
-            QString("The Maximun number of users has been reached.\nYou must first delete an existing user "
-                    "before you can add another. | User Limit Reached | 0 | 0"));
+        QVERIFY(
+            answers(2,
+                    "The Maximun number of users has been reached.\nYou must first delete an existing user "
+                    "before you can add another.",
+                    vbOKOnly, "User Limit Reached"));
         QVERIFY(!test::shownWindow("frmNew"));
 
         // One user fewer, but no database chosen.
@@ -95,8 +92,7 @@ private slots:
         login.form->Load_UserCombo();
         login.cboDatabase->setListIndex(-1);
         login.form->mnuAddNewUser_Click();
-        QCOMPARE(box(answers.asked.value(2)),
-                 QString("Choose a database before entering a new user. | Input Required | 0 | 0"));
+        QVERIFY(answers(3, "Choose a database before entering a new user.", vbOKOnly, "Input Required"));
         QVERIFY(!test::shownWindow("frmNew"));
     }
 
@@ -106,9 +102,9 @@ private slots:
         {
             test::LoginWindow login;
             login.form->mnuDeleteDB_Click();
-            QCOMPARE(box(answers.asked.value(0)),
-                     QString("Delete Database ID: BRAVO\nAre you sure that you want "
-                             "to remove this database? | Confirm Delete | 4 | 48"));
+            QVERIFY(answers(1,
+                            "Delete Database ID: BRAVO\nAre you sure that you want to remove this database?",
+                            vbYesNo + vbExclamation, "Confirm Delete"));
             QCOMPARE(Desk().DatabaseIDs, (std::array<QString, 3>{"ALPHA", "CHARLIE", ""}));
             QVERIFY(Desk().Users[0].UserName.isEmpty());
             QCOMPARE(QPoint(login.cboDatabase->count(), login.cboDatabase->ListIndex()), QPoint(2, -1));
@@ -129,8 +125,8 @@ private slots:
         login.cboUser->setListIndex(1);
         settings->set("Database1/Users/User2", "SOMEONE"); // overwritten from memory, even on No
         login.form->mnuDeleteUser_Click();
-        QCOMPARE(box(answers.asked.value(0)), QString("Delete User Name: BOB\nAre you sure that you want to "
-                                                      "remove this user? | Confirm Delete | 4 | 48"));
+        QVERIFY(answers(1, "Delete User Name: BOB\nAre you sure that you want to remove this user?",
+                        vbYesNo + vbExclamation, "Confirm Delete"));
         QCOMPARE(stored("Database1/Users/User2"), QString("BOB"));
         answers.answerWith(vbYes);
         login.cboUser->setListIndex(1);
@@ -160,8 +156,8 @@ private slots:
                 QCOMPARE(edit->text(), QString(name)); // typed letters are capitals
                 dialog.txtNewPWD->setFocus(Qt::TabFocusReason);
                 QTest::qWait(20);
-                QCOMPARE(answers.asked.isEmpty() ? QString() : box(answers.asked[0]),
-                         message.isEmpty() ? QString() : message + " | Invalid Input | 0 | 48");
+                QVERIFY(message.isEmpty() ? answers.none()
+                                          : answers(1, message, vbExclamation, "Invalid Input"));
                 QCOMPARE(QApplication::focusWidget(), message.isEmpty() ? dialog.txtNewPWD : edit);
                 if (!message.isEmpty())
                     QCOMPARE(edit->selectedText(), QString(name));
@@ -189,9 +185,10 @@ private slots:
             !dialog.form->findChild<QPushButton*>("cmdOK")->isEnabled()); // only a key in Verify enables OK
         dialog.type(dialog.txtVerPWD, "x"); // which is never compared with the password
         dialog.form->cmdOK_Click();
-        QCOMPARE(box(answers.asked.value(0)),
-                 QString("The information you entered cannot create a valid connection.\nPlease check your "
-                         "values carefully and try again. | Invalid Connection | 0 | 0"));
+        QVERIFY(answers(1,
+                        "The information you entered cannot create a valid connection.\nPlease check your "
+                        "values carefully and try again.",
+                        vbOKOnly, "Invalid Connection"));
         QVERIFY(dialog.form->isVisible() && !Desk().ReturnFromNew);
         QCOMPARE(dialog.txtNewUser->text() + dialog.txtNewPWD->text() + dialog.txtVerPWD->text(), QString());
         QCOMPARE(QApplication::focusWidget(), database ? dialog.txtNewDB : dialog.txtNewUser);
