@@ -1,5 +1,6 @@
-// The sign-in window's Add and Delete commands and the new database/user dialog: the limits, the questions,
-// what is kept in memory and what is stored, the name rules and the test sign-on against a real company.
+// The sign-in window: what it shows at start, which password it checks, and what a sign-in and an exit store;
+// its Add and Delete commands and the new database/user dialog: the limits, the questions, what is kept in
+// memory and what is stored, the name rules and the test sign-on against a real company.
 #include "LoginWindow.h"
 #include "app/frmNew.h"
 #include "entry/ReceiptDesk.h"
@@ -7,12 +8,18 @@
 #include "support/ExpectBox.h"
 #include "support/TempSettings.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QTest>
 
 using namespace tillbook;
 
 namespace {
+using Login = test::LoginWindow;
+
+QWidget* receiptWindow() {
+    return test::shownWindow("frmCR");
+}
 
 // The dialog the Add commands opened, with its controls.
 struct NewDialog {
@@ -40,12 +47,25 @@ struct NewDialog {
 
 } // namespace
 
-class AdministrationTest : public QObject {
+class SignInTest : public QObject {
     Q_OBJECT
 
     std::unique_ptr<test::TempSettings> settings;
     std::unique_ptr<test::Company> company;
 
+    // SAMINC in slot 1 with ADMIN and CLERK; with `remembered`, CLERK's last sign-in and its saved password.
+    void storeTwoUsers(const QString& clerkPassword, bool remembered, const QString& savedPassword = "") {
+        settings->setAll({{"Database1/DB1", "SAMINC"},
+                          {"Database1/Users/User1", "ADMIN"},
+                          {"Database1/Users/Password1", "ADMIN"},
+                          {"Database1/Users/User2", "CLERK"},
+                          {"Database1/Users/Password2", clerkPassword}});
+        if (remembered)
+            settings->setAll({{"ConnectInfo/Database", "1"},
+                              {"ConnectInfo/User", "2"},
+                              {"ConnectInfo/Save", savedPassword.isEmpty() ? "False" : "True"},
+                              {"ConnectInfo/SavedPWD", savedPassword}});
+    }
     // Database IDs in slots 1.., each name of `users` a user of slot `database` whose password is its name;
     // the database is remembered as the last sign-in's.
     void store(const QStringList& ids, int database = 0, const QStringList& users = {}) {
@@ -58,16 +78,131 @@ class AdministrationTest : public QObject {
         if (database)
             settings->set("ConnectInfo/Database", QString::number(database));
     }
-    QString stored(const QString& key) const { return settings->raw(key); }
 
 private slots:
-    void initTestCase() { company = std::make_unique<test::Company>(test::CompanyBuilder().sample(5, 20)); }
+    void initTestCase() {
+        company = std::make_unique<test::Company>(test::CompanyBuilder().sample(5, 20).user("CLERK", "PW2"));
+    }
     void cleanupTestCase() { company.reset(); }
     void init() {
         settings = std::make_unique<test::TempSettings>();
         ResetDesk();
     }
-    void cleanup() { settings.reset(); }
+    void cleanup() {
+        while (QWidget* w = receiptWindow()) {
+            w->close();
+            QApplication::processEvents();
+        }
+        settings.reset();
+    }
+
+    void firstStartShowsEmptyListsAndADisabledOK() {
+        Login login;
+        QCOMPARE(login.cboDatabase->count() + login.cboUser->count(), 0);
+        QVERIFY(!login.cmdOK->isEnabled() && !login.mnuFilePassword->isChecked() &&
+                !login.form->Initialised());
+    }
+
+    void theRememberedConnectionIsRestoredAndCountsOnceThePasswordIsLeft() {
+        storeTwoUsers("PW2", true, "PW2");
+        test::ExpectBox box;
+        Login login;
+        QCOMPARE(login.cboDatabase->currentText() + login.cboUser->currentText(), QString("SAMINCCLERK"));
+        QVERIFY(login.mnuFilePassword->isChecked() && login.form->Initialised() && login.cmdOK->isEnabled());
+        QCOMPARE(QApplication::focusWidget(), login.txtPassword);
+        QCOMPARE(login.txtPassword->selectedText(), QString("PW2"));
+        // The menu does not take the focus, so the password typed "last time" is still the empty one.
+        login.mnuFileOK->trigger();
+        QVERIFY(box(1, "Enter your password again.", vbExclamation, "Invalid Password"));
+        QVERIFY(!login.cmdOK->isEnabled() && !receiptWindow());
+
+        login.leavePassword();
+        login.mnuFileOK->trigger();
+        QCOMPARE(box.asked.size(), 1);
+        QVERIFY(receiptWindow());
+        QVERIFY(login.form.isNull() || !login.form->isVisible());
+        QCOMPARE(Desk().SignInDatabaseID + Desk().SignInUser, QString("SAMINCCLERK"));
+        QVERIFY(Desk().LedgerSession); // opened with the password typed
+        QCOMPARE(settings->raws({"ConnectInfo/Database", "ConnectInfo/User", "ConnectInfo/SavedPWD"}),
+                 QString("1|2|PW2"));
+    }
+
+    void thePasswordCheckIsExactAndKeysTypeCapitals() {
+        storeTwoUsers("secret", true);
+        test::ExpectBox answers;
+        Login login;
+        QTest::keyClicks(login.txtPassword, "secret");
+        QCOMPARE(login.txtPassword->text(), QString("SECRET"));
+        login.leavePassword();
+        QTest::mouseClick(login.cmdOK, Qt::LeftButton);
+        QCOMPARE(answers.asked.size(), 1); // "SECRET" is not "secret"
+        QCOMPARE(QApplication::focusWidget(), login.txtPassword);
+        QCOMPARE(login.txtPassword->selectedText(), QString("SECRET"));
+        // Enter signs in as OK does: the password typed so far is checked.
+        QTest::keyClick(login.txtPassword, Qt::Key_End);
+        QTest::keyClick(login.txtPassword, Qt::Key_Backspace);
+        QVERIFY(login.cmdOK->isEnabled()); // typing again re-enables OK
+        QTest::keyClick(login.txtPassword, Qt::Key_Return);
+        QCOMPARE(answers.asked.size(), 2);
+        QCOMPARE(login.txtPassword->selectedText(), QString("SECRE"));
+    }
+
+    void pickingADatabaseReadsNoUsersAndAnotherOneResetsTheUser() {
+        storeTwoUsers("PW2", false);
+        settings->setAll({{"Database2/DB2", "OTHER"}, {"Database2/Users/User1", "SOLO"}});
+        {
+            Login login;
+            login.cboDatabase->setListIndex(0);
+            QTest::keyClicks(login.txtPassword, "ADMIN");
+            // Not remembered: picking a database only re-evaluates OK, so no user can be chosen.
+            QCOMPARE(Desk().CurrentDatabase, 0);
+            QCOMPARE(login.cboUser->count(), 0);
+            QVERIFY(!login.cmdOK->isEnabled());
+        }
+        ResetDesk();
+        storeTwoUsers("PW2", true, "PW2");
+        Login remembered;
+        remembered.cboDatabase->setListIndex(1);
+        QCOMPARE(QPoint(Desk().CurrentDatabase, Desk().CurrentUser), QPoint(2, 0));
+        QCOMPARE(QPoint(remembered.cboUser->count(), remembered.cboUser->ListIndex()), QPoint(1, -1));
+        QVERIFY(!remembered.cmdOK->isEnabled());
+        remembered.cboUser->setListIndex(0);
+        QCOMPARE(Desk().CurrentUser, 1);
+        QVERIFY(remembered.cmdOK->isEnabled());
+    }
+
+    void aCompanyThatCannotBeOpenedKeepsTheClerkHere() {
+        storeTwoUsers("PW2", true, "PW2");
+        settings->set("Database1/DB1", "NOSUCHCO");
+        test::ExpectBox answers;
+        Login login;
+        login.leavePassword();
+        login.form->cmdOK_Click();
+        QVERIFY(answers.asked.value(0).prompt.startsWith("The company NOSUCHCO could not be opened."));
+        QCOMPARE(answers.asked.value(0).icon, vbCritical);
+        QVERIFY(!receiptWindow() && login.form && login.form->isVisible());
+    }
+
+    void exitSavesTheConnectionTheDatabasesAndTheUsers() {
+        storeTwoUsers("PW2", true, "PW2");
+        Login login;
+        login.form->mnuFilePassword_Click(); // "Save Password" unticked: the saved one goes
+        login.form->cmdExit_Click();
+        QCOMPARE(settings->raws({"ConnectInfo/Database", "ConnectInfo/User", "ConnectInfo/Save",
+                                 "ConnectInfo/SavedPWD", "Database2/DB2", "Database1/Users/User10",
+                                 "Database1/Users/Password1"}),
+                 QString("1|2|False||||ADMIN"));
+    }
+
+    void exitBeforeTheWindowWasEverActiveKeepsWhatIsSaved() {
+        storeTwoUsers("PW2", true);
+        const QStringList keys{"ConnectInfo/Database", "Database1/DB1", "Database1/Users/User1"};
+        const QString before = settings->raws(keys);
+        auto* form = new frmLogin();
+        form->setAttribute(Qt::WA_DeleteOnClose);
+        form->cmdExit_Click();
+        QCOMPARE(settings->raws(keys), before);
+    }
 
     void threeDatabasesAndTenUsersAreTheLimits() {
         store({"ALPHA", "BRAVO", "SAMINC"}, 3, {"U1", "U2", "U3", "U4", "U5", "U6", "U7", "U8", "U9", "U10"});
@@ -108,14 +243,14 @@ private slots:
             QCOMPARE(Desk().DatabaseIDs, (std::array<QString, 3>{"ALPHA", "CHARLIE", ""}));
             QVERIFY(Desk().Users[0].UserName.isEmpty());
             QCOMPARE(QPoint(login.cboDatabase->count(), login.cboDatabase->ListIndex()), QPoint(2, -1));
-            QCOMPARE(stored("Database2/DB2"), QString("BRAVO")); // not stored before Exit
+            QCOMPARE(settings->raw("Database2/DB2"), QString("BRAVO")); // not stored before Exit
         }
         test::LoginWindow again; // left without Exit: the ID is back
         QCOMPARE(again.cboDatabase->count(), 3);
         again.form->mnuDeleteDB_Click();
         again.form->cmdExit_Click();
-        QCOMPARE(stored("Database2/DB2") + stored("Database3/DB3"), QString("CHARLIE"));
-        QCOMPARE(stored("Database2/Users/User1"), QString("U1")); // users stay under their slot
+        QCOMPARE(settings->raw("Database2/DB2") + settings->raw("Database3/DB3"), QString("CHARLIE"));
+        QCOMPARE(settings->raw("Database2/Users/User1"), QString("U1")); // users stay under their slot
     }
 
     void deletingAUserStoresTheUsersWhateverTheAnswer() {
@@ -127,13 +262,15 @@ private slots:
         login.form->mnuDeleteUser_Click();
         QVERIFY(answers(1, "Delete User Name: BOB\nAre you sure that you want to remove this user?",
                         vbYesNo + vbExclamation, "Confirm Delete"));
-        QCOMPARE(stored("Database1/Users/User2"), QString("BOB"));
+        QCOMPARE(settings->raw("Database1/Users/User2"), QString("BOB"));
         answers.answerWith(vbYes);
         login.cboUser->setListIndex(1);
         login.form->mnuDeleteUser_Click();
         QCOMPARE(QPoint(login.cboUser->count(), login.cboUser->ListIndex()), QPoint(2, -1));
-        QCOMPARE(stored("Database1/Users/User2") + stored("Database1/Users/Password2"), QString("CATCAT"));
-        QCOMPARE(stored("Database1/Users/User3") + stored("Database1/Users/Password3"), QString(""));
+        QCOMPARE(settings->raw("Database1/Users/User2") + settings->raw("Database1/Users/Password2"),
+                 QString("CATCAT"));
+        QCOMPARE(settings->raw("Database1/Users/User3") + settings->raw("Database1/Users/Password3"),
+                 QString(""));
         login.form->mnuDeleteUser_Click(); // no user chosen: the clerk is told so
         QCOMPARE(answers.asked.value(2).title, QString("Input Required"));
     }
@@ -173,7 +310,6 @@ private slots:
     }
     void anAddedDatabaseOrUserIsProvedOnTheCompanyAndStored() {
         QFETCH(bool, database);
-        company->addUser("CLERK", "PW2");
         store({database ? "OTHER" : "SAMINC"}, 1, {"ANN"});
         test::ExpectBox answers;
         test::LoginWindow login;
@@ -199,8 +335,8 @@ private slots:
         QCOMPARE(Desk().CurrentUser, database ? 1 : 2);
         const QString slot = database ? "Database2/%1%2" : "Database1/%1%2";
         const QString row = database ? "1" : "2";
-        QCOMPARE(stored(slot.arg("DB", database ? "2" : "1")), QString("SAMINC"));
-        QCOMPARE(stored(slot.arg("Users/User", row)) + stored(slot.arg("Users/Password", row)),
+        QCOMPARE(settings->raw(slot.arg("DB", database ? "2" : "1")), QString("SAMINC"));
+        QCOMPARE(settings->raw(slot.arg("Users/User", row)) + settings->raw(slot.arg("Users/Password", row)),
                  QString("CLERKPW2"));
         // Back on the sign-in window the lists are rebuilt: the database chosen, the new user listed.
         login.form->activateWindow();
@@ -225,5 +361,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(AdministrationTest)
-#include "AdministrationTest.moc"
+QTEST_MAIN(SignInTest)
+#include "SignInTest.moc"
