@@ -36,10 +36,10 @@ protected:
 
     // Prints entry 1 with the stored printer settings and returns the text of the job that reached `queue`.
     QString printEntryOne(const QString& queue, const QString& name, const QString& port) {
-        settings.set("Printer/Default", name.isEmpty() ? "True" : "False");
-        settings.set("Printer/Driver", "Local Raw Printer");
-        settings.set("Printer/Name", name);
-        settings.set("Printer/Port", port);
+        settings.setAll({{"Printer/Default", name.isEmpty() ? "True" : "False"},
+                         {"Printer/Driver", "Local Raw Printer"},
+                         {"Printer/Name", name},
+                         {"Printer/Port", port}});
         const int before = int(cups->jobFiles(queue).size());
         const PrintOutcome outcome =
             Print_Receipt(Desk().LedgerSession.get(), requestFor(1, ReceiptKind::Receipt, true));
@@ -57,10 +57,8 @@ protected:
             frmPrinter form;
             act(form);
         }
-        QStringList stored;
-        for (const char* key : {"Printer/Default", "Printer/Driver", "Printer/Name", "Printer/Port"})
-            stored << settings.raw(key);
-        return stored;
+        return settings.raws({"Printer/Default", "Printer/Driver", "Printer/Name", "Printer/Port"})
+            .split(u'|');
     }
 
     QStringList problems; // of every print, in order

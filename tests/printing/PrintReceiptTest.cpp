@@ -106,9 +106,8 @@ TEST_F(PrintReceipt, AReprintIsTheNextCopyAndAStoredPrinterNeedsAllItsNames) {
     EXPECT_EQ(pdfText(first), pdfText(second));
 
     EXPECT_TRUE(Uses_DefaultPrinter(Load_PrinterSettings())); // nothing stored
-    settings.set("Printer/Default", "False");
-    settings.set("Printer/Driver", "HP LaserJet 4");
-    settings.set("Printer/Name", "Office");
+    settings.setAll(
+        {{"Printer/Default", "False"}, {"Printer/Driver", "HP LaserJet 4"}, {"Printer/Name", "Office"}});
     EXPECT_TRUE(Uses_DefaultPrinter(Load_PrinterSettings())); // no port
     settings.set("Printer/Port", "socket://10.0.0.5");
     EXPECT_FALSE(Uses_DefaultPrinter(Load_PrinterSettings()));
