@@ -205,12 +205,10 @@ TEST(Finder, SelectHandsBackTheCodeOfTheRowAndItsRevenueAccount) {
     // A click anywhere on a row chooses the row: its code cell becomes the current one.
     QTest::mouseClick(grid->viewport(), Qt::LeftButton, {},
                       grid->visualRect(grid->model()->index(1, 1)).center());
-    EXPECT_EQ(grid->Row(), 2);
-    EXPECT_EQ(grid->Col(), 0);
+    EXPECT_EQ(std::pair(grid->Row(), grid->Col()), std::pair(2, 0));
     test::control<QPushButton>(&finder, "cmdSelect")->click();
     EXPECT_EQ(finder.result(), QDialog::Accepted);
-    EXPECT_EQ(finder.ChosenCode(), "WHSALE");
-    EXPECT_EQ(finder.ChosenAccount(), "410020");
+    EXPECT_EQ(finder.ChosenCode() + ' ' + finder.ChosenAccount(), "WHSALE 410020");
 }
 
 TEST(Finder, AnEmptyListHandsBackNothing) {

@@ -29,13 +29,6 @@ class HelpAndWorkingTest : public QObject {
                 return help;
         return nullptr;
     }
-    void install(const QString& name, const QByteArray& text) {
-        QFile program(bin.filePath(name));
-        QVERIFY(program.open(QIODevice::WriteOnly));
-        program.write(text);
-        program.close();
-        program.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
-    }
 
 private slots:
     void init() {
@@ -57,7 +50,11 @@ private slots:
         QVERIFY(guide->toPlainText().contains("Tillbook"));
         shownHelp()->close();
         // An opener that cannot start says so, and the guide is shown all the same.
-        install("xdg-open", "#!/no/such/interpreter\n");
+        QFile opener(bin.filePath("xdg-open"));
+        QVERIFY(opener.open(QIODevice::WriteOnly));
+        opener.write("#!/no/such/interpreter\n");
+        opener.close();
+        opener.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
         ShowHelp();
         QCOMPARE(boxes.asked.size(), 1);
         QVERIFY(boxes.asked[0].prompt.contains("xdg-open"));
