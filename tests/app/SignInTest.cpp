@@ -119,8 +119,7 @@ private slots:
         login.leavePassword();
         login.mnuFileOK->trigger();
         QCOMPARE(box.asked.size(), 1);
-        QVERIFY(receiptWindow());
-        QVERIFY(login.form.isNull() || !login.form->isVisible());
+        QVERIFY(receiptWindow() && (login.form.isNull() || !login.form->isVisible()));
         QCOMPARE(Desk().SignInDatabaseID + Desk().SignInUser, QString("SAMINCCLERK"));
         QVERIFY(Desk().LedgerSession); // opened with the password typed
         QCOMPARE(settings->raws({"ConnectInfo/Database", "ConnectInfo/User", "ConnectInfo/SavedPWD"}),
@@ -354,8 +353,7 @@ private slots:
         // Escape cancels and stores nothing.
         QTest::keyClick(dialog.form, Qt::Key_Escape);
         QTRY_VERIFY(dialog.form.isNull());
-        QVERIFY(Desk().ReturnFromNew);
-        QVERIFY(!settings->contains("Database1/DB1"));
+        QVERIFY(Desk().ReturnFromNew && !settings->contains("Database1/DB1"));
     }
 };
 
