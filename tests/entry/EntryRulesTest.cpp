@@ -194,6 +194,9 @@ TEST(FinderTexts, StatusComparedWithZeroAsTextAndAccountsHyphenatedByLength) {
     for (const QString c : {"1000=1000", "12=12", "41001=4100-1", "4100100=4100-100", "41001001=4100-100-1",
                             " 420010010 =4200-100-10", "4200100100=4200100100", "420010010099=420010010099"})
         EXPECT_EQ(HyphenatedAccount(c.section(u'=', 0, 0)), c.section(u'=', 1)) << c.toStdString();
+    EXPECT_EQ(FinderDisplayRow(FinderAccounts, {"4100100", "Sales", "7", "I", "A", "", "1", "0", "2", "EA"}),
+              QStringList({"4100-100", "Sales", "7", "Income", "A", "", "Yes", "No", "2", "EA"}));
+    EXPECT_EQ(FinderDisplayRow(FinderDistCodes, {"OLD", "Closed", "0", "4700"}).value(2), "Inactive");
 }
 
 TEST(Finder, SelectHandsBackTheCodeOfTheRowAndItsRevenueAccount) {
