@@ -31,7 +31,9 @@ class ApplicationGridTest : public QObject {
     // A new entry in a new batch with the first customer chosen in the given mode and the documents searched.
     void startEntry(int mode) {
         QVERIFY(window->open());
-        window->newBatchAndEntry();
+        test::answerBankDialog(0);
+        window->form->cmdNewBatch_Click();
+        window->form->cmdNewEntry_Click();
         window->combo("cboTransType")->setListIndex(mode);
         window->combo("cboCustomers")->setListIndex(0);
         if (mode == 0)
@@ -106,9 +108,8 @@ private slots:
         QCOMPARE(grid()->TextMatrix(1, 0), QString("Yes"));
         grid()->horizontalScrollBar()->setValue(grid()->horizontalScrollBar()->maximum());
         window->combo("cboCustomers")->setListIndex(1);
-        QCOMPARE(Desk().ApplyCount, 0);
+        QVERIFY(Desk().ApplyCount == 0 && !window->saveEnabled());
         QCOMPARE(window->text("txtUnapplied"), QString("1,000.00"));
-        QVERIFY(!window->saveEnabled());
         // The next customer's documents are shown from their first column.
         window->form->cmdSearch_Click();
         QCOMPARE(grid()->horizontalScrollBar()->value(), 0);
@@ -143,7 +144,7 @@ private slots:
         QCOMPARE(window->texts({"txtBatchEntries", "txtAmount"}), QString("Entries:  2|100.00"));
         QCOMPARE(QPoint(window->combo("cboEntry")->ListIndex(), window->combo("cboTransType")->ListIndex()),
                  QPoint(0, 0));
-        QVERIFY(window->form->EntryLocked());
+        QVERIFY(window->form->EntryLocked() && window->enabled("cmdPrint")); // a saved entry recalled prints
     }
 
     void aPrepaymentPicksTheDocumentOnlyWithAnAmount() {

@@ -58,8 +58,7 @@ private slots:
 
     void init() {
         window = std::make_unique<test::ReceiptWindow>(*company);
-        QVERIFY(window->open());
-        QVERIFY(QTest::qWaitForWindowActive(window->form));
+        QVERIFY(window->open() && QTest::qWaitForWindowActive(window->form));
         Desk().CurrentBatch = 12;
         Desk().CurrentEntry = 3;
         window->form->Parts().entry.Unlock_Entry(); // as a started entry is

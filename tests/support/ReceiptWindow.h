@@ -101,12 +101,6 @@ public:
         grid()->setCol(col);
         form->MSFlexGrid1_DblClick();
     }
-    // A new batch with the first bank code, and a new entry in it.
-    void newBatchAndEntry() {
-        answerBankDialog(0);
-        form->cmdNewBatch_Click();
-        form->cmdNewEntry_Click();
-    }
     // Runs a print command and returns the text of the receipt it wrote; empty when it wrote none.
     QString print(const char* command = "mnuFilePrint") {
         const QDir folder(pdfs.path());

@@ -288,8 +288,8 @@ private slots:
         QCOMPARE(grid.TopRow(), 1);
         // Paging moves by a screenful and keeps the current cell in view.
         QTest::keyClick(&grid, Qt::Key_PageDown);
-        QVERIFY(grid.Row() > 4 && grid.TopRow() > 1);
-        QVERIFY(grid.viewport()->rect().contains(grid.visualRect(grid.currentIndex())));
+        QVERIFY(grid.Row() > 4 && grid.TopRow() > 1 &&
+                grid.viewport()->rect().contains(grid.visualRect(grid.currentIndex())));
     }
 };
 
