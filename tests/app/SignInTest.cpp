@@ -15,7 +15,6 @@
 using namespace tillbook;
 
 namespace {
-using Login = test::LoginWindow;
 
 QWidget* receiptWindow() {
     return test::shownWindow("frmCR");
@@ -97,7 +96,7 @@ private slots:
     }
 
     void firstStartShowsEmptyListsAndADisabledOK() {
-        Login login;
+        test::LoginWindow login;
         QCOMPARE(login.cboDatabase->count() + login.cboUser->count(), 0);
         QVERIFY(!login.cmdOK->isEnabled() && !login.mnuFilePassword->isChecked() &&
                 !login.form->Initialised());
@@ -106,7 +105,7 @@ private slots:
     void theRememberedConnectionIsRestoredAndCountsOnceThePasswordIsLeft() {
         storeTwoUsers("PW2", true, "PW2");
         test::ExpectBox box;
-        Login login;
+        test::LoginWindow login;
         QCOMPARE(login.cboDatabase->currentText() + login.cboUser->currentText(), QString("SAMINCCLERK"));
         QVERIFY(login.mnuFilePassword->isChecked() && login.form->Initialised() && login.cmdOK->isEnabled());
         QCOMPARE(QApplication::focusWidget(), login.txtPassword);
@@ -129,7 +128,7 @@ private slots:
     void thePasswordCheckIsExactAndKeysTypeCapitals() {
         storeTwoUsers("secret", true);
         test::ExpectBox answers;
-        Login login;
+        test::LoginWindow login;
         QTest::keyClicks(login.txtPassword, "secret");
         QCOMPARE(login.txtPassword->text(), QString("SECRET"));
         login.leavePassword();
@@ -150,7 +149,7 @@ private slots:
         storeTwoUsers("PW2", false);
         settings->setAll({{"Database2/DB2", "OTHER"}, {"Database2/Users/User1", "SOLO"}});
         {
-            Login login;
+            test::LoginWindow login;
             login.cboDatabase->setListIndex(0);
             QTest::keyClicks(login.txtPassword, "ADMIN");
             // Not remembered: picking a database only re-evaluates OK, so no user can be chosen.
@@ -159,7 +158,7 @@ private slots:
         }
         ResetDesk();
         storeTwoUsers("PW2", true, "PW2");
-        Login remembered;
+        test::LoginWindow remembered;
         remembered.cboDatabase->setListIndex(1);
         QCOMPARE(QPoint(Desk().CurrentDatabase, Desk().CurrentUser), QPoint(2, 0));
         QCOMPARE(QPoint(remembered.cboUser->count(), remembered.cboUser->ListIndex()), QPoint(1, -1));
@@ -172,7 +171,7 @@ private slots:
         storeTwoUsers("PW2", true, "PW2");
         settings->set("Database1/DB1", "NOSUCHCO");
         test::ExpectBox answers;
-        Login login;
+        test::LoginWindow login;
         login.leavePassword();
         login.form->cmdOK_Click();
         QVERIFY(answers.asked.value(0).prompt.startsWith("The company NOSUCHCO could not be opened."));
@@ -182,7 +181,7 @@ private slots:
 
     void exitSavesTheConnectionTheDatabasesAndTheUsers() {
         storeTwoUsers("PW2", true, "PW2");
-        Login login;
+        test::LoginWindow login;
         login.form->mnuFilePassword_Click(); // "Save Password" unticked: the saved one goes
         login.form->cmdExit_Click();
         QCOMPARE(settings->raws({"ConnectInfo/Database", "ConnectInfo/User", "ConnectInfo/Save",

@@ -1,9 +1,10 @@
-// The controls' behaviour that form code relies on: typed characters, key codes, focus, list indexes and
-// activation; and the data grid: growing and shrinking, cells by row and column, the current cell and its
-// events under code, the clerk's mouse and keys.
+// The controls' behaviour that form code relies on: typed characters, key codes, focus, list indexes, form
+// sizes and activation; and the data grid: growing and shrinking, cells by row and column, the current cell
+// and its events under code, the clerk's mouse and keys.
 #include "ui/ComboBox.h"
 #include "ui/Events.h"
 #include "ui/FlexGrid.h"
+#include "ui/Forms.h"
 #include "ui/Platform.h"
 
 #include <QApplication>
@@ -153,6 +154,13 @@ private slots:
         fresh.addItems({"X", "Y"});
         QCOMPARE(fresh.ListIndex(), -1);
         QCOMPARE(clicks.size(), 5);
+    }
+
+    void formsKeepTheirSizeInTwips() {
+        QWidget form;
+        FixFormSize(&form, 7920, 3330);
+        form.resize(800, 600);
+        QCOMPARE(form.size(), QSize(528, 222));
     }
 
     void activateRunsOnlyWhenComingFromAnotherForm() {
