@@ -1,9 +1,8 @@
 // The receipt window's rules that need no window, as tables: applying and unapplying, the receipt number, the
-// amount's key filter, the date mask's keys and caret, distribution amounts, the finder's texts and what it
-// hands back, and what is shown of a customer.
+// amount's key filter, the date mask's keys and caret, distribution amounts and keys, the finder's texts and
+// what it hands back.
 #include "entry/AmountKeys.h"
 #include "entry/ApplyRules.h"
-#include "entry/CustomerInfo.h"
 #include "entry/DateMask.h"
 #include "entry/DistributionRules.h"
 #include "entry/dialogs/FinderTexts.h"
@@ -12,17 +11,22 @@
 #include "ledger/Formats.h"
 #include "support/QtPrinters.h"
 #include "support/ReceiptWindow.h"
+#include "ui/Events.h"
 
 #include <QDate>
 #include <QPushButton>
 #include <QTest>
 #include <gtest/gtest.h>
+#include <tuple>
 
 using namespace tillbook;
 
 namespace {
 Money m(const char* text) {
     return Strip_Commas(QString::fromLatin1(text));
+}
+Money cents(std::int64_t c) {
+    return Money::fromCents(c);
 }
 // What is left of the receipt, what the document gets and what is left of it, as text.
 QStringList figures(const Application& a) {
@@ -46,23 +50,19 @@ TEST(ApplyRules, WholeAndPartialApplicationsAndTheirUndoing) {
     EXPECT_EQ(ApplyToDocument(m("0.30"), m("0.10")).unapplied, m("0.2"));
 }
 
-TEST(ApplyRules, TheRecordGrowsKeepsItsOrderAndGivesBackEachRowsMark) {
+TEST(ApplyRules, TheRecordKeepsItsOrderAndGivesBackEachRowsMark) {
     std::vector<int> keys;
     std::vector<QString> marks;
     AppliedRows rows{keys, marks};
     rows.add(0, 3, "");
     rows.add(1, 5, "Pend");
     rows.add(2, 7, "");
-    EXPECT_EQ(keys, (std::vector<int>{3, 5, 7}));
-
     // The middle one of three goes; the others keep their order and marks.
     EXPECT_EQ(rows.remove(3, 5), "Pend");
     EXPECT_EQ(keys, (std::vector<int>{3, 7}));
     EXPECT_EQ(marks, (std::vector<QString>{"", ""}));
-    EXPECT_EQ(rows.remove(2, 7), "");
-    EXPECT_EQ(keys, (std::vector<int>{3}));
-
     // The last one resets both arrays to one empty element, and still gives back its own mark.
+    EXPECT_EQ(rows.remove(2, 7), "");
     marks[0] = "Pend";
     EXPECT_EQ(rows.remove(1, 3), "Pend");
     EXPECT_EQ(keys, (std::vector<int>{0}));
@@ -158,14 +158,6 @@ TEST(DateMask, EditsAroundTheKeysAreLaidBackIntoTheMask) {
     EXPECT_EQ(ReshapeDate("12", mask).pos, 3);
 }
 
-namespace {
-
-Money cents(std::int64_t c) {
-    return Money::fromCents(c);
-}
-
-} // namespace
-
 TEST(DistributionAmounts, WhatIsLeftLeavesOutTheLineItself) {
     EXPECT_EQ(DistLineAmount("10.545"), cents(1055)); // the cell's figure: to cents, half away from zero
     EXPECT_EQ(DistLineAmount("-2.005"), cents(-201));
@@ -180,55 +172,31 @@ TEST(DistributionAmounts, WhatIsLeftLeavesOutTheLineItself) {
     EXPECT_EQ(Undistributed(cents(5000), amounts, 3), cents(-3149));
 }
 
-// The window shows the other three refusals as they are keyed.
-TEST(DistributionLines, AnAccountLeftByAClickIsRefusedWithTheFinderSpelledRight) {
-    EXPECT_EQ(InvalidAccountText(RefusedBy::Click), "The Account number you entered is invalid.\nEnter the "
-                                                    "Account number again, or select one using the finder.");
+TEST(DistributionLines, TabIsLeftTheArrowsStopAtTheEndsAndALineFollowsOnlyAnAmount) {
+    int tab = vbKeyTab;
+    TabToLeft(tab);
+    EXPECT_EQ(tab, vbKeyLeft);
+    for (const auto& [key, col, to] : std::vector<std::tuple<int, int, int>>{{vbKeyLeft, 0, -1},
+                                                                             {vbKeyLeft, 4, 3},
+                                                                             {vbKeyRight, 3, 4},
+                                                                             {vbKeyRight, 4, -1},
+                                                                             {vbKeyUp, 2, -1}})
+        EXPECT_EQ(DistKeyTarget(key, col), to) << key << ' ' << col;
+    EXPECT_TRUE(CanAddDistLine(0, ""));
+    EXPECT_FALSE(CanAddDistLine(1, "0.00"));
+    EXPECT_TRUE(CanAddDistLine(2, "0.01"));
 }
 
+// Each case reads "given=shown".
 TEST(FinderTexts, StatusComparedWithZeroAsTextAndAccountsHyphenatedByLength) {
-    for (const auto& [status, text] : std::vector<std::pair<QString, QString>>{{"1", "Active"},
-                                                                               {"0", "Inactive"},
-                                                                               {"", "Inactive"},
-                                                                               {"-1", "Inactive"},
-                                                                               {"00", "00"},
-                                                                               {"2", "2"}})
-        EXPECT_EQ(AccountStatusText(status), text) << status.toStdString();
-    for (const auto& [account, text] :
-         std::vector<std::pair<QString, QString>>{{"1000", "1000"},
-                                                  {"12", "12"},
-                                                  {"41001", "4100-1"},
-                                                  {"4100100", "4100-100"},
-                                                  {"41001001", "4100-100-1"},
-                                                  {" 420010010 ", "4200-100-10"},
-                                                  {"4200100100", "4200100100"},
-                                                  {"420010010099", "420010010099"}})
-        EXPECT_EQ(HyphenatedAccount(account), text) << account.toStdString();
-}
-
-TEST(Finder, ShowsTheListWithItsTexts) {
-    frmFinder accounts(FinderAccounts,
-                       {{"4100100", "Sales - East", "1", "I", "ACCT", "GL", "1", "0", "1", "EA"},
-                        {"1000", "Petty Cash", "", "B", "", "", "0", "1", "0", ""},
-                        {"4200100100", "Long", "7", "R", "", "", "2", "", "", ""}});
-    const FlexGrid* grid = test::control<FlexGrid>(&accounts, "MSFlexFinder");
-    const std::vector<QStringList> shown = {
-        {"4100-100", "Sales - East", "Active", "Income", "ACCT", "GL", "Yes", "No", "Yes", "EA", ""},
-        {"1000", "Petty Cash", "Inactive", "Balance Sheet", "", "", "No", "Yes", "No", "", ""},
-        {"4200100100", "Long", "7", "Retained Earnings", "", "", "2", "", "", "", ""}};
-    ASSERT_EQ(grid->Rows(), 4);
-    for (int r = 1; r < 4; ++r)
-        for (int c = 0; c < 11; ++c)
-            EXPECT_EQ(grid->TextMatrix(r, c), shown[r - 1][c]) << r << "," << c;
-    EXPECT_EQ(grid->Row(), 1);
-
-    frmFinder codes(FinderDistCodes, {{"RETAIL", "Retail revenue", "1", "410010", "1200", "5000"},
-                                      {"OLD", "Closed", "0", "4700", "", ""},
-                                      {"ODD", "Odd status", "9", "4700", "", ""}});
-    const FlexGrid* codeGrid = test::control<FlexGrid>(&codes, "MSFlexFinder");
-    for (const auto& [row, status] : {std::pair{1, "Active"}, {2, "Inactive"}, {3, "9"}})
-        EXPECT_EQ(codeGrid->TextMatrix(row, 2), status);
-    EXPECT_EQ(codeGrid->TextMatrix(1, 3), "410010");
+    for (const QString c : {"1=Active", "0=Inactive", "=Inactive", "-1=Inactive", "00=00", "2=2"})
+        EXPECT_EQ(AccountStatusText(c.section(u'=', 0, 0)), c.section(u'=', 1)) << c.toStdString();
+    for (const QString c : {"1000=1000", "12=12", "41001=4100-1", "4100100=4100-100", "41001001=4100-100-1",
+                            " 420010010 =4200-100-10", "4200100100=4200100100", "420010010099=420010010099"})
+        EXPECT_EQ(HyphenatedAccount(c.section(u'=', 0, 0)), c.section(u'=', 1)) << c.toStdString();
+    EXPECT_EQ(FinderDisplayRow(FinderAccounts, {"4100100", "Sales", "7", "I", "A", "", "1", "0", "2", "EA"}),
+              QStringList({"4100-100", "Sales", "7", "Income", "A", "", "Yes", "No", "2", "EA"}));
+    EXPECT_EQ(FinderDisplayRow(FinderDistCodes, {"OLD", "Closed", "0", "4700"}).value(2), "Inactive");
 }
 
 TEST(Finder, SelectHandsBackTheCodeOfTheRowAndItsRevenueAccount) {
@@ -240,22 +208,16 @@ TEST(Finder, SelectHandsBackTheCodeOfTheRowAndItsRevenueAccount) {
     // A click anywhere on a row chooses the row: its code cell becomes the current one.
     QTest::mouseClick(grid->viewport(), Qt::LeftButton, {},
                       grid->visualRect(grid->model()->index(1, 1)).center());
-    EXPECT_EQ(grid->Row(), 2);
-    EXPECT_EQ(grid->Col(), 0);
+    EXPECT_EQ(std::pair(grid->Row(), grid->Col()), std::pair(2, 0));
     test::control<QPushButton>(&finder, "cmdSelect")->click();
     EXPECT_EQ(finder.result(), QDialog::Accepted);
-    EXPECT_EQ(finder.ChosenCode(), "WHSALE");
-    EXPECT_EQ(finder.ChosenAccount(), "410020");
+    EXPECT_EQ(finder.ChosenCode() + ' ' + finder.ChosenAccount(), "WHSALE 410020");
 }
 
-TEST(Finder, AnEmptyListOrCancelHandsBackNothing) {
+TEST(Finder, AnEmptyListHandsBackNothing) {
     frmFinder empty(FinderDistCodes, {});
     EXPECT_EQ(test::control<FlexGrid>(&empty, "MSFlexFinder")->Rows(), 1);
     EXPECT_FALSE(test::control<QPushButton>(&empty, "cmdSelect")->isEnabled());
     empty.cmdSelect_Click();
     EXPECT_EQ(empty.ChosenCode(), "");
-    frmFinder finder(FinderAccounts, {{"1000", "Petty Cash", "1", "B", "", "", "0", "0", "0", ""}});
-    test::control<QPushButton>(&finder, "cmdCancel")->click();
-    EXPECT_EQ(finder.result(), QDialog::Rejected);
-    EXPECT_EQ(finder.ChosenCode(), "");
 }

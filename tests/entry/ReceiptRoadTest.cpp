@@ -2,10 +2,12 @@
 // batch with its bank code, a new entry, the customer, the amount typed, the documents or the distribution
 // lines, Save; then what the window shows, what the ledger holds, and the receipt printed from it.
 #include "fetching/ReceiptRecall.h"
+#include "fetching/ReceiptViews.h"
 #include "ledger/Formats.h"
 #include "ledger/Session.h"
 #include "ledger/View.h"
 #include "ledger/engine/BatchPosting.h"
+#include "posting/Posting.h"
 #include "support/ExpectBox.h"
 #include "support/FinderAnswers.h"
 #include "support/LedgerRecords.h"
@@ -60,29 +62,19 @@ class ReceiptRoadTest : public QObject {
 
     // Another till of the company saves a miscellaneous receipt of 10.00 into the current batch.
     void anotherTillSaves() {
-        const auto till = company->signIn(Today());
-        const auto batch = till->openView("AR0041", "AR");
-        const auto header = till->openView("AR0042", "AR");
-        const auto misc = till->openView("AR0043", "AR");
-        batch->compose({header.get()});
-        header->compose({batch.get(), misc.get()});
-        misc->compose({header.get()});
-        batch->fields().item("CODEPYMTYP").setValue(QString("CA"));
-        batch->fields().item("CNTBTCH").setValue(Desk().CurrentBatch);
-        QVERIFY(batch->read());
-        header->init();
-        for (const auto& [field, value] : {std::pair{"RMITTYPE", "5"},
-                                           {"AMTRMIT", "10"},
-                                           {"FISCYR", "2026"},
-                                           {"FISCPER", "03"},
-                                           {"TEXTPAYOR", "Another till"}})
-            header->fields().item(field).setValue(QString(value));
-        header->fields().item("DATERMIT").setValue(Today());
-        misc->init();
-        misc->fields().item("IDDISTCODE").setValue(QString("RETAIL"));
-        misc->fields().item("AMTDIST").setValue(QString("10"));
-        misc->insert();
-        header->insert();
+        ReceiptViews till;
+        till.LedgerSession = company->signIn(Today());
+        Open_ReceiptViews(till);
+        ReceiptDraft draft;
+        draft.kind = ReceiptKind::Misc;
+        draft.batch = Desk().CurrentBatch;
+        draft.amount = Money::fromWhole(10);
+        draft.receiptDate = Today();
+        draft.fiscalYear = 2026;
+        draft.fiscalPeriod = 3;
+        draft.payer = "Another till";
+        draft.distributions = {{"RETAIL", "", Money::fromWhole(10), "", ""}};
+        QVERIFY(Post_MiscReceipt(till, draft).PostOK);
     }
 
 private slots:
@@ -106,8 +98,7 @@ private slots:
         window->combo("cboCustomers")->setListIndex(0);
         const QString customer = Desk().Customers[0].Id;
         window->type("txtAmount", "1,000");
-        QCOMPARE(window->text("txtAmount"), QString("1,000.00"));
-        QCOMPARE(window->text("txtDate"), QString("03/15/2026"));
+        QCOMPARE(window->texts({"txtAmount", "txtDate"}), QString("1,000.00|03/15/2026"));
         button("cmdSearch")->click();
         QCOMPARE(window->text("txtReceiptNum"),
                  QString("%1-001-20260315").arg(Desk().CurrentBatch, 4, 10, QChar('0')));
@@ -130,19 +121,17 @@ private slots:
         window->form->cmdSave_Click(); // a second save of the saved entry writes nothing more
 
         // The window: the batch's figures and the saved entry read back as saved, locked and printable.
-        QCOMPARE(window->text("txtBatchEntries"), QString("Entries:  1"));
-        QCOMPARE(window->text("txtBatchTotal"), QString("Total:  1,000.00"));
+        const QString unapplied = FormatAmount(Money::fromWhole(1000) - applied);
+        QCOMPARE(
+            window->texts({"txtBatchEntries", "txtBatchTotal", "txtEntDesc", "txtPayer", "txtUnapplied"}),
+            "Entries:  1|Total:  1,000.00|Cheque for two invoices|Paid by cheque|" + unapplied);
         QCOMPARE(window->combo("cboEntry")->ListIndex(), 0);
         QVERIFY(window->form->EntryLocked() && !Desk().EntryDirty);
         QVERIFY(button("cmdPrint")->isEnabled() && !window->saveEnabled() && window->enabled("cmdNewEntry"));
         for (const char* field :
              {"txtAmount", "txtDate", "txtEntDesc", "cboCustomers", "cboTransType", "txtPayer", "cmdSearch"})
             QVERIFY2(!window->enabled(field), field);
-        QCOMPARE(window->text("txtEntDesc"), QString("Cheque for two invoices"));
-        QCOMPARE(window->text("txtPayer"), QString("Paid by cheque"));
         QCOMPARE(window->combo("cboCustomers")->currentText(), Desk().Customers[0].Name);
-        const QString unapplied = FormatAmount(Money::fromWhole(1000) - applied);
-        QCOMPARE(window->text("txtUnapplied"), unapplied);
         QCOMPARE(window->grid()->Cols(), 8);
         for (const auto& [row, document] : {std::pair{1, first}, {2, second}, {3, QString()}})
             QCOMPARE(window->grid()->TextMatrix(row, 0), document);
@@ -153,8 +142,7 @@ private slots:
                      {customer, Money::fromWhole(1000).toLedgerString(), window->text("txtReceiptNum")}}));
         const auto lines = entryRows("AR0044", {"IDINVC", "AMTPAYM"});
         QCOMPARE(lines.size(), size_t(2));
-        QCOMPARE(lines[0][0], first);
-        QCOMPARE(lines[1][0], second);
+        QCOMPARE(lines[0][0] + lines[1][0], first + second);
         QCOMPARE(Strip_Commas(lines[0][1]) + Strip_Commas(lines[1][1]), applied);
         QCOMPARE(batchFigures(), (QStringList{"1", Money::fromWhole(1000).toLedgerString()}));
 
@@ -188,27 +176,24 @@ private slots:
 
         button("cmdSave")->click();
         QVERIFY(window->form->LastPosting().PostOK);
-        QCOMPARE(window->text("txtBatchEntries"), QString("Entries:  3"));
-        QCOMPARE(window->text("txtBatchTotal"), QString("Total:  1,270.00"));
-        QCOMPARE(window->combo("cboEntry")->count(), 3);
-        QCOMPARE(window->combo("cboEntry")->ListIndex(), 2);
+        QCOMPARE(
+            window->texts({"txtBatchEntries", "txtBatchTotal", "txtAmount", "txtPrePay", "txtPrePayDocNo"}),
+            "Entries:  3|Total:  1,270.00|1,250.00|" + document + "|PP0000001");
+        QCOMPARE(QPoint(window->combo("cboEntry")->count(), window->combo("cboEntry")->ListIndex()),
+                 QPoint(3, 2));
         QCOMPARE(Desk().CurrentEntry, 3);
         QVERIFY(window->form->EntryLocked() && !window->grid()->isVisibleTo(window->form));
         QCOMPARE(window->combo("cboTransType")->ListIndex(), 1);
-        QCOMPARE(window->text("txtAmount"), QString("1,250.00"));
-        QCOMPARE(window->text("txtPrePay"), document);
-        QCOMPARE(window->text("txtPrePayDocNo"), QString("PP0000001"));
         QCOMPARE(window->grid()->Cols(), 13);
         QCOMPARE(entryRows("AR0042", {"RMITTYPE", "AMTRMIT", "DOCNBR"}),
                  (std::vector<QStringList>{{"2", Money::fromWhole(1250).toLedgerString(), document}}));
         QCOMPARE(batchFigures(), (QStringList{"3", Money::fromWhole(1270).toLedgerString()}));
 
         // The two styles are a pair: a click ticks its own, also when ticked, and unticks the other.
-        for (int click = 0; click < 2; ++click) {
-            window->action("mnuFileReceipt2V")->trigger();
-            QVERIFY(window->action("mnuFileReceipt2V")->isChecked());
-            QVERIFY(!window->action("mnuFileReceipt3V")->isChecked());
-        }
+        window->action("mnuFileReceipt2V")->trigger();
+        window->action("mnuFileReceipt2V")->trigger();
+        QVERIFY(window->action("mnuFileReceipt2V")->isChecked() &&
+                !window->action("mnuFileReceipt3V")->isChecked());
         const QString receipt = window->print();
         expectPrinted(receipt, {"File copy"}, 0);
         expectPrinted(receipt,
@@ -241,15 +226,13 @@ private slots:
         QCOMPARE(window->text("txtDistribution"), QString("0.00"));
         button("cmdSave")->click();
 
-        QCOMPARE(window->text("txtBatchTotal"), QString("Total:  1,150.00"));
+        QCOMPARE(window->texts({"txtBatchTotal", "txtEntDesc", "txtPayer", "txtAmount"}),
+                 QString("Total:  1,150.00|Rent and a refund|Counter|1,150.00"));
         QVERIFY(window->form->EntryLocked() && button("cmdPrint")->isEnabled());
-        QCOMPARE(window->combo("cboTransType")->ListIndex(), 2);
-        QCOMPARE(window->text("txtEntDesc"), QString("Rent and a refund"));
-        QCOMPARE(window->text("txtPayer"), QString("Counter"));
-        QCOMPARE(window->combo("cboCustomers")->ListIndex(), -1);
-        QCOMPARE(window->text("txtAmount"), QString("1,150.00"));
-        QCOMPARE(window->grid()->Cols(), 5);
-        QCOMPARE(window->grid()->Rows(), 10);
+        QCOMPARE(
+            QPoint(window->combo("cboTransType")->ListIndex(), window->combo("cboCustomers")->ListIndex()),
+            QPoint(2, -1));
+        QCOMPARE(QPoint(window->grid()->Cols(), window->grid()->Rows()), QPoint(5, 10));
         for (const auto& [row, col, text] :
              {std::tuple{1, 0, "RENTAL"}, {2, 1, "4100-100"}, {2, 2, "150"}, {3, 0, ""}})
             QCOMPARE(window->grid()->TextMatrix(row, col), QString(text));
@@ -281,14 +264,12 @@ private slots:
         engine::postBatch(*company->store(), elsewhere, Desk().CurrentBatch, Today());
 
         button("cmdSave")->click();
-        QVERIFY(!window->form->LastPosting().PostOK);
-        QVERIFY(!boxes->none());
+        QVERIFY(!window->form->LastPosting().PostOK && !boxes->none());
         QCOMPARE(window->text("txtUnapplied"), window->text("txtAmount"));
         for (int row = 1; row < window->grid()->Rows(); ++row)
             QVERIFY(window->grid()->TextMatrix(row, 0) != "Yes");
         QVERIFY(!window->form->EntryLocked() && Desk().EntryIsNew.back());
-        QVERIFY(entryRows("AR0042", {"IDCUST"}).empty());
-        QVERIFY(window->print().isEmpty());
+        QVERIFY(entryRows("AR0042", {"IDCUST"}).empty() && window->print().isEmpty());
     }
 };
 

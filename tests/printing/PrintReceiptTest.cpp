@@ -1,9 +1,10 @@
 // The saved entries of each kind read back into the data sets their templates print, the long ones printed;
-// the copies, the printer chosen, sub-reports at any depth, and what stops a print.
+// the copies, the printer chosen, sub-reports at any depth, and what stops a print; the report engine.
 
 #include "SavedEntries.h"
 #include "printing/Printers.h"
 #include "printing/Printing.h"
+#include "printing/Report.h"
 #include "printing/data/ReceiptData.h"
 
 #include <QFile>
@@ -105,9 +106,8 @@ TEST_F(PrintReceipt, AReprintIsTheNextCopyAndAStoredPrinterNeedsAllItsNames) {
     EXPECT_EQ(pdfText(first), pdfText(second));
 
     EXPECT_TRUE(Uses_DefaultPrinter(Load_PrinterSettings())); // nothing stored
-    settings.set("Printer/Default", "False");
-    settings.set("Printer/Driver", "HP LaserJet 4");
-    settings.set("Printer/Name", "Office");
+    settings.setAll(
+        {{"Printer/Default", "False"}, {"Printer/Driver", "HP LaserJet 4"}, {"Printer/Name", "Office"}});
     EXPECT_TRUE(Uses_DefaultPrinter(Load_PrinterSettings())); // no port
     settings.set("Printer/Port", "socket://10.0.0.5");
     EXPECT_FALSE(Uses_DefaultPrinter(Load_PrinterSettings()));
@@ -144,11 +144,42 @@ TEST_F(PrintReceipt, SubReportsAtAnyDepthPrintFromTheEntryAndWhatStopsAPrintIsNa
     EXPECT_TRUE(missing.contains(reports.filePath("Receipt_3P.html")) && missing.contains("missing"));
     const QString broken = problemsWith("<html>{{#rows}}{{Amount Paid}}</html>");
     EXPECT_TRUE(broken.contains("Receipt_3P.html") && broken.contains("cannot be used"));
-    // A sub-report that is missing spoils its report as well.
+    // A sub-report that is missing spoils its report as well, and one that includes itself.
     EXPECT_TRUE(problemsWith("<html>{{> Footer}}</html>").contains(reports.filePath("Footer.html")));
+    EXPECT_TRUE(problemsWith("<html>{{> Receipt_3P}}</html>").contains(reports.filePath("Receipt_3P.html")));
     request = requestFor(42, ReceiptKind::Receipt, true);
     EXPECT_EQ(problemsWith(nullptr), "Entry 42 of batch 1 is not in the ledger.");
     EXPECT_EQ(QDir(pdfs.path()).entryList({"*.pdf"}).size(), 1);
+}
+
+// The report engine on a template of the test's own: fields, rows, amounts, totals and copies.
+TEST(Report, FieldsRowsAmountsAndTotalsRender) {
+    QTemporaryDir dir;
+    QFile file(dir.filePath("R.html"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("<meta name=\"copies\" content=\"Customer, Office ,File\">"
+               "[{{Customer Name}}]{{#Customer Address2}}<br>{{Customer Address2}}{{/Customer Address2}}"
+               "{{#rows}}<{{Invoice Number}}={{#money}}{{Amount Paid}}{{/money}}>{{/rows}}"
+               "{{^rows}}none{{/rows}} total {{#total}}Amount Paid{{/total}} {{copy}}");
+    file.close();
+    auto report = Report::open(dir.filePath("R.html"));
+    EXPECT_EQ(report->copyLabels(), QStringList({"Customer", "Office", "File"}));
+    auto data = std::make_shared<DataSet>();
+    data->fields = {"Invoice Number", "Amount Paid", "Customer Name", "Customer Address2"};
+    data->rows = {{"IN1", "1000.500", "Smith & <Sons>", ""}, {"IN2", "-0.250", "Smith & <Sons>", ""}};
+    data->header = {"", "", "Smith & <Sons>", ""};
+    report->setDataSource(data);
+    const QString html = report->render("Office");
+    // Values are escaped for HTML, and an empty field leaves out what goes with it.
+    EXPECT_TRUE(html.contains("[Smith &amp; &lt;Sons&gt;]"));
+    EXPECT_FALSE(html.contains("<br>"));
+    EXPECT_TRUE(html.contains("<IN1=1,000.50><IN2=-0.25>"));
+    EXPECT_TRUE(html.endsWith("total 1,000.25 Office"));
+
+    data->rows.clear();
+    const QString none = report->render("File");
+    EXPECT_TRUE(none.contains("[Smith &amp; &lt;Sons&gt;]")); // the header still prints
+    EXPECT_TRUE(none.contains("none total 0.00 File"));
 }
 
 } // namespace

@@ -35,28 +35,22 @@ constexpr QFile::Permissions Everyone = Open | QFile::WriteGroup | QFile::WriteO
 PrivateCups::PrivateCups() : m_savedServer(qgetenv("CUPS_SERVER")) {
     const QString cupsd =
         QStandardPaths::findExecutable(QStringLiteral("cupsd"), {"/usr/sbin", "/usr/local/sbin"});
-    if (cupsd.isEmpty() || QStandardPaths::findExecutable(QStringLiteral("lpadmin")).isEmpty()) {
+    const QString socket = m_dir.filePath("cups.sock");
+    if (cupsd.isEmpty() || QStandardPaths::findExecutable(QStringLiteral("lpadmin")).isEmpty())
         m_unavailable = QStringLiteral("CUPS (cupsd, lpadmin) is not installed");
-        return;
-    }
-    if (!m_dir.isValid() || !writeConfiguration()) {
+    else if (!m_dir.isValid() || !writeConfiguration())
         m_unavailable = QStringLiteral("the scheduler's folder could not be made");
+    if (!m_unavailable.isEmpty())
         return;
-    }
     m_cupsd.setProcessChannelMode(QProcess::MergedChannels);
     m_cupsd.start(cupsd, {"-f", "-c", m_dir.filePath("cupsd.conf"), "-s", m_dir.filePath("cups-files.conf")});
-    if (!m_cupsd.waitForStarted(10000)) {
-        m_unavailable = QStringLiteral("cupsd did not start: ") + m_cupsd.errorString();
-        return;
-    }
-    for (int i = 0; i < 100 && !QFileInfo::exists(m_dir.filePath("cups.sock")); ++i)
+    for (int i = 0; i < 100 && m_cupsd.state() != QProcess::NotRunning && !QFileInfo::exists(socket); ++i)
         QThread::msleep(100);
-    if (!QFileInfo::exists(m_dir.filePath("cups.sock"))) {
-        m_unavailable =
-            QStringLiteral("cupsd did not open its socket: ") + QString::fromUtf8(m_cupsd.readAll());
-        return;
-    }
-    qputenv("CUPS_SERVER", m_dir.filePath("cups.sock").toUtf8());
+    if (!QFileInfo::exists(socket))
+        m_unavailable = QStringLiteral("cupsd did not open its socket: ") + m_cupsd.errorString() + u' ' +
+                        QString::fromUtf8(m_cupsd.readAll());
+    else
+        qputenv("CUPS_SERVER", socket.toUtf8());
 }
 
 PrivateCups::~PrivateCups() {

@@ -13,21 +13,15 @@
 #include "ledger/Formats.h"
 #include "ledger/engine/SampleCompany.h"
 #include "printing/data/PrintRequest.h"
-#include "support/AnswerMessageBoxes.h"
 #include "support/Company.h"
+#include "support/ExpectBox.h"
 #include "support/QtPrinters.h"
 #include "support/ReceiptWindow.h"
 
 namespace tillbook::test {
 
 inline PrintRequest requestFor(int entry, ReceiptKind kind, bool threePart) {
-    PrintRequest request;
-    request.batch = 1;
-    request.entry = entry;
-    request.kind = kind;
-    request.threePart = threePart;
-    request.reportFolder = sourceFile(QStringLiteral("Reports"));
-    return request;
+    return {1, entry, kind, threePart, sourceFile(QStringLiteral("Reports"))};
 }
 
 class SavedEntries : public ::testing::Test {
@@ -60,7 +54,7 @@ protected:
     static inline Company* company = nullptr;
     TempSettings settings;
     QTemporaryDir pdfs;
-    AnswerMessageBoxes boxes;
+    ExpectBox boxes;
 };
 
 } // namespace tillbook::test

@@ -13,22 +13,14 @@
 
 namespace tillbook::test {
 
-// Runs `act` on the finder as soon as it is shown; the finder runs modally until `act` closes it.
+// Runs `act` on the finder once it is shown modally; the finder runs until `act` closes it.
 inline void whenFinderShows(std::function<void(frmFinder*)> act) {
-    auto* timer = new QTimer;
-    timer->setInterval(10);
-    QObject::connect(timer, &QTimer::timeout, timer, [timer, act = std::move(act)] {
-        for (QWidget* top : QApplication::topLevelWidgets()) {
-            auto* finder = qobject_cast<frmFinder*>(top);
-            if (finder && finder->isVisible()) {
-                timer->stop();
-                timer->deleteLater();
-                act(finder);
-                return;
-            }
-        }
+    QTimer::singleShot(0, [act = std::move(act)] {
+        auto* finder = qobject_cast<frmFinder*>(QApplication::activeModalWidget());
+        if (!finder)
+            qFatal("the finder is not open");
+        act(finder);
     });
-    timer->start();
 }
 
 inline FlexGrid* finderGrid(frmFinder* finder) {

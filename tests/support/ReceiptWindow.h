@@ -71,6 +71,13 @@ public:
     QLineEdit* edit(const char* name) const { return control<QLineEdit>(form, name); }
     QAction* action(const char* name) const { return control<QAction>(form, name); }
     QString text(const char* name) const { return edit(name)->text(); }
+    // The texts of several fields, joined by "|".
+    QString texts(std::initializer_list<const char*> names) const {
+        QStringList all;
+        for (const char* name : names)
+            all << text(name);
+        return all.join(u'|');
+    }
     FlexGrid* grid() const { return control<FlexGrid>(form, "MSFlexGrid1"); }
     bool shown(const char* name) const { return control<QWidget>(form, name)->isVisibleTo(form); }
     bool enabled(const char* name) const { return control<QWidget>(form, name)->isEnabled(); }
@@ -93,12 +100,6 @@ public:
         grid()->setRow(row);
         grid()->setCol(col);
         form->MSFlexGrid1_DblClick();
-    }
-    // A new batch with the first bank code, and a new entry in it.
-    void newBatchAndEntry() {
-        answerBankDialog(0);
-        form->cmdNewBatch_Click();
-        form->cmdNewEntry_Click();
     }
     // Runs a print command and returns the text of the receipt it wrote; empty when it wrote none.
     QString print(const char* command = "mnuFilePrint") {

@@ -3,6 +3,7 @@
 // Points the program's settings at an INI file in a fresh temporary folder for the life of the object, so
 // that tests never read or write the user's own settings.
 
+#include <QList>
 #include <QSettings>
 #include <QTemporaryDir>
 
@@ -31,9 +32,18 @@ public:
         const QVariant v = s.value(key);
         return v.isValid() ? v.toString() : QString();
     }
-    void set(const QString& key, const QString& value) {
+    // The raw texts of several values, joined by "|".
+    QString raws(const QStringList& keys) const {
+        QStringList values;
+        for (const QString& key : keys)
+            values << raw(key);
+        return values.join(u'|');
+    }
+    void set(const QString& key, const QString& value) { setAll({{key, value}}); }
+    void setAll(const QList<std::pair<QString, QString>>& values) {
         QSettings s(m_file, QSettings::IniFormat);
-        s.setValue(key, value);
+        for (const auto& [key, value] : values)
+            s.setValue(key, value);
     }
     bool contains(const QString& key) const { return QSettings(m_file, QSettings::IniFormat).contains(key); }
 
