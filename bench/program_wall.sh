@@ -58,15 +58,24 @@ User=1
 Save=True
 SavedPWD=ADMIN
 INI
-sleep 1
+# Ready when it answers (a loaded machine may take more than a second to start it).
+for _ in $(seq 100); do
+    xdotool getmouselocation >/dev/null 2>&1 && break
+    sleep 0.1
+done
 
 now() { date +%s%N; }
 # The first visible window of the program whose title is exactly $2, polled as fast as xdotool answers.
 window() {
     local found=""
+    local state
     for _ in $(seq 20000); do
         found=$(xdotool search --all --onlyvisible --pid "$1" --name "^$2\$" 2>/dev/null | head -1) || true
         [[ -n "$found" ]] && { echo "$found"; return; }
+        # A program that has ended is a zombie until waited for.
+        read -r _ _ state _ <"/proc/$1/stat" || state=Z
+        [[ "$state" != Z ]] || { echo "the program ended before its window \"$2\" showed:" >&2
+            cat "$work/program.log" >&2; return 1; }
     done
     echo "no window \"$2\"" >&2
     return 1
