@@ -36,7 +36,7 @@ public:
     // A flag of open: once the user is signed in, the session works through the company owner's connection
     // (on PostgreSQL the role of TILLBOOK_LEDGER_URL; on SQLite no different), for administering it.
     static constexpr int OpenAsOwner = 1 << 30;
-    // open() in two halves, so that the password's hash (a good part of a second's work) is checked on a
+    // open() in two halves, so that the password's hash (some 140 ms of work) is checked on a
     // thread of its own while the caller goes on: beginOpen opens the company and sets the check going, and
     // the session's views may be opened and read at once. finishOpen waits for the check; for an unknown
     // user or a wrong password it closes the session and throws as open() does, and whatever was read
