@@ -5,6 +5,7 @@
 // and a saved entry shown again, locked, as the ledger holds it.
 
 #include "entry/ReceiptForm.h"
+#include "fetching/CustomerList.h"
 #include "ledger/LedgerNames.h"
 
 #include <QStringList>
@@ -22,7 +23,8 @@ public:
     // The First/Previous/Next/Last menus of the batches, entries and customers.
     void connectControls();
 
-    // The customer list.
+    // The customer list. Read ahead, Load_Customers only shows what was read (or why it could not be).
+    void Read_CustomersAhead();
     void Load_Customers();
     void Fill_CustomerCombo(int count);
     void Select_Customer(const QString& customerNumber, int receiptType);
@@ -53,6 +55,8 @@ public:
     void Load_Distributions();
 
 private:
+    // Into the list read ahead, or the problem that stopped it.
+    void readCustomers(const TaskProgress& progress);
     void showBatchFigures(const QString& entries, const QString& total, const QString& bank);
     // Shows an entry's lines from a detail view in the grid, with the given column set.
     void loadEntryLines(View& detailView, int cols, const QString& format,
@@ -62,6 +66,8 @@ private:
     Ui::frmCR& ui;
     EntryFields& m_entry;
     ApplicationGrid& m_grid;
+    std::optional<CustomerList> m_customersAhead;
+    QString m_customersProblem; // why the list read ahead could not be read
 };
 
 } // namespace tillbook

@@ -70,13 +70,30 @@ void EntrySelection::connectControls() {
 
 // ---- Customers ----
 
-void EntrySelection::Load_Customers() {
+void EntrySelection::Read_CustomersAhead() {
+    readCustomers({});
+}
+
+void EntrySelection::readCustomers(const TaskProgress& progress) {
+    m_customersAhead.reset();
+    m_customersProblem.clear();
     try {
-        Desk().Customers = Read_Customers(*Desk().LedgerSession, frmWorking::ShownProgress());
+        m_customersAhead = Read_Customers(*Desk().LedgerSession, progress);
     } catch (const LedgerError& error) {
-        ReportLedgerError(QStringLiteral("The customer list could not be read."), error.description());
+        m_customersProblem = error.description();
+    }
+}
+
+void EntrySelection::Load_Customers() {
+    if (!m_customersAhead && m_customersProblem.isEmpty())
+        readCustomers(frmWorking::ShownProgress());
+    std::optional<CustomerList> customers = std::exchange(m_customersAhead, std::nullopt);
+    const QString problem = std::exchange(m_customersProblem, QString());
+    if (!customers) {
+        ReportLedgerError(QStringLiteral("The customer list could not be read."), problem);
         return;
     }
+    Desk().Customers = std::move(*customers);
     Fill_CustomerCombo(static_cast<int>(Desk().Customers.size()));
 }
 

@@ -20,6 +20,7 @@
 #include <QCoreApplication>
 #include <QResizeEvent>
 #include <QSignalBlocker>
+#include <exception>
 
 namespace tillbook {
 
@@ -118,8 +119,20 @@ bool frmCR::Form_Load(const QString& password) {
     CentreForm(this);
     try {
         Desk().LedgerSession = std::make_unique<Session>();
-        Desk().LedgerSession->open(Desk().SignInUser, password, Desk().SignInDatabaseID, Today(), 0);
-        Open_ReceiptViews(Desk());
+        // The password's hash is checked on the other core while the views are opened and the customers
+        // read; nothing of the company is shown before it passes.
+        Desk().LedgerSession->beginOpen(Desk().SignInUser, password, Desk().SignInDatabaseID, Today(), 0);
+        std::exception_ptr viewsFailed;
+        try {
+            Open_ReceiptViews(Desk());
+            m_selection->Read_CustomersAhead();
+        } catch (const LedgerError&) {
+            viewsFailed = std::current_exception();
+        }
+        // A wrong password is said before anything the reads found.
+        Desk().LedgerSession->finishOpen();
+        if (viewsFailed)
+            std::rethrow_exception(viewsFailed);
     } catch (const LedgerError& error) {
         const QString description = error.description();
         Close_Ledger(Desk());

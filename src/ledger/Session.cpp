@@ -9,6 +9,39 @@
 
 namespace tillbook {
 
+struct Session::PendingSignIn {
+    engine::PasswordCheck check;
+    QString user;
+    QString password;
+    QString databaseId;
+};
+
+namespace {
+
+// One message, whether the user is unknown or the password wrong: a sign-in must not tell which users a
+// company has.
+[[noreturn]] void refuse(ErrorList& errors, const QString& databaseId) {
+    errors.fail(QStringLiteral("The user name or password is not correct for company \"%1\".")
+                    .arg(engine::locateCompany(databaseId).companyId),
+                ErrorPriority::Security);
+}
+
+QString profileCompanyId(engine::CompanyStore& store) {
+    const engine::ViewDef& profile = *engine::Schema::instance().view(QStringLiteral("CS0001"));
+    engine::TableAccess table(store, profile);
+    const auto page = table.page({{profile.fieldIndex(QStringLiteral("ORGID"))},
+                                  profile.primaryKey().fields,
+                                  true,
+                                  QString(),
+                                  {},
+                                  {},
+                                  {},
+                                  1});
+    return page.rows() == 0 ? store.location().companyId : page.row(0)->toString();
+}
+
+} // namespace
+
 Session::Session() {
     engine::registerValueTypes();
 }
@@ -16,39 +49,59 @@ Session::~Session() = default;
 
 void Session::open(const QString& user, const QString& password, const QString& databaseId,
                    const QDate& sessionDate, int flags) {
+    beginOpen(user, password, databaseId, sessionDate, flags);
+    finishOpen();
+}
+
+void Session::beginOpen(const QString& user, const QString& password, const QString& databaseId,
+                        const QDate& sessionDate, int flags) {
     close();
     checkLedgerNames();
     auto state = std::make_shared<engine::SessionState>();
+    std::unique_ptr<PendingSignIn> pending;
     engine::guarded(m_closedErrors, [&] {
-        state->store = engine::CompanyStore::signIn(databaseId, user, password);
-        // One message, whether the user is unknown or the password wrong: a sign-in must not tell which
-        // users a company has.
-        if (!state->store)
-            m_closedErrors.fail(QStringLiteral("The user name or password is not correct for company \"%1\".")
-                                    .arg(engine::locateCompany(databaseId).companyId),
-                                ErrorPriority::Security);
-        if (flags & OpenAsOwner)
-            state->store = engine::CompanyStore::open(databaseId);
-        const engine::ViewDef& profile = *engine::Schema::instance().view(QStringLiteral("CS0001"));
-        engine::TableAccess table(*state->store, profile);
-        const auto page = table.page({{profile.fieldIndex(QStringLiteral("ORGID"))},
-                                      profile.primaryKey().fields,
-                                      true,
-                                      QString(),
-                                      {},
-                                      {},
-                                      {},
-                                      1});
-        state->companyId = page.rows() == 0 ? state->store->location().companyId : page.row(0)->toString();
+        auto started = engine::CompanyStore::startSignIn(databaseId, user, password);
+        if (flags & OpenAsOwner) {
+            if (!engine::CompanyStore::finishSignIn(started, user, password))
+                refuse(m_closedErrors, databaseId);
+            started.store = engine::CompanyStore::open(databaseId);
+        }
+        if (!started.store)
+            refuse(m_closedErrors, databaseId);
+        state->store = std::move(started.store);
+        if (started.check)
+            pending.reset(new PendingSignIn{std::move(*started.check), user, password, databaseId});
+        state->companyId = profileCompanyId(*state->store);
     });
     state->user = user.trimmed().toUpper();
     state->sessionDate = sessionDate.isValid() ? sessionDate : QDate::currentDate();
     state->errors = m_closedErrors;
     m_closedErrors.clear();
     m_state = std::move(state);
+    m_pending = std::move(pending);
+}
+
+void Session::finishOpen() {
+    if (!m_pending)
+        return;
+    const std::unique_ptr<PendingSignIn> pending = std::move(m_pending);
+    bool passed = false;
+    try {
+        engine::guarded(m_state->errors, [&] {
+            passed = m_state->store->passwordChecked(pending->check, pending->user, pending->password);
+        });
+    } catch (...) {
+        close();
+        throw;
+    }
+    if (passed)
+        return;
+    close();
+    engine::guarded(m_closedErrors, [&] { refuse(m_closedErrors, pending->databaseId); });
 }
 
 void Session::close() {
+    m_pending.reset();
     if (m_state)
         m_closedErrors = m_state->errors;
     m_state.reset();

@@ -36,6 +36,14 @@ public:
     // A flag of open: once the user is signed in, the session works through the company owner's connection
     // (on PostgreSQL the role of TILLBOOK_LEDGER_URL; on SQLite no different), for administering it.
     static constexpr int OpenAsOwner = 1 << 30;
+    // open() in two halves, so that the password's hash (some 140 ms of work) is checked on a
+    // thread of its own while the caller goes on: beginOpen opens the company and sets the check going, and
+    // the session's views may be opened and read at once. finishOpen waits for the check; for an unknown
+    // user or a wrong password it closes the session and throws as open() does, and whatever was read
+    // meanwhile is to be thrown away unseen. An unknown company throws in beginOpen.
+    void beginOpen(const QString& user, const QString& password, const QString& databaseId,
+                   const QDate& sessionDate, int flags = 0);
+    void finishOpen();
     void close();
     bool isOpen() const;
     QString companyId() const; // the company profile's ORGID
@@ -53,8 +61,11 @@ public:
     std::unique_ptr<engine::Transaction> beginTransaction();
 
 private:
+    struct PendingSignIn;
+
     std::shared_ptr<engine::SessionState> m_state;
-    ErrorList m_closedErrors; // the list while no company is open
+    std::unique_ptr<PendingSignIn> m_pending; // the password still being checked
+    ErrorList m_closedErrors;                 // the list while no company is open
 };
 
 } // namespace tillbook

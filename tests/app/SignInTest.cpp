@@ -167,16 +167,33 @@ private slots:
         QVERIFY(Desk().CurrentUser == 1 && remembered.cmdOK->isEnabled());
     }
 
+    void aCompanyThatCannotBeOpenedKeepsTheClerkHere_data() {
+        QTest::addColumn<QString>("database");
+        QTest::addColumn<QString>("password"); // CLERK's in the settings and typed; the company keeps PW2
+        QTest::addColumn<QString>("said");
+        QTest::newRow("no such company") << "NOSUCHCO"
+                                         << "PW2"
+                                         << "The company NOSUCHCO could not be opened.";
+        // The company is read while its password is checked: a wrong one must still end the sign-in.
+        QTest::newRow("the company's password differs")
+            << "SAMINC"
+            << "WRONG"
+            << "The company SAMINC could not be opened.\nThe user name or password";
+    }
     void aCompanyThatCannotBeOpenedKeepsTheClerkHere() {
-        storeTwoUsers("PW2", true, "PW2");
-        settings->set("Database1/DB1", "NOSUCHCO");
+        QFETCH(QString, database);
+        QFETCH(QString, password);
+        QFETCH(QString, said);
+        storeTwoUsers(password, true, password);
+        settings->set("Database1/DB1", database);
         test::ExpectBox answers;
         test::LoginWindow login;
         login.leavePassword();
         login.form->cmdOK_Click();
-        QVERIFY(answers.asked.value(0).prompt.startsWith("The company NOSUCHCO could not be opened."));
+        QVERIFY2(answers.asked.value(0).prompt.startsWith(said), qPrintable(answers.asked.value(0).prompt));
         QCOMPARE(answers.asked.value(0).icon, vbCritical);
         QVERIFY(!receiptWindow() && login.form && login.form->isVisible());
+        QVERIFY(!Desk().LedgerSession && Desk().Customers.empty());
     }
 
     void exitSavesTheConnectionTheDatabasesAndTheUsers() {

@@ -17,6 +17,7 @@
 #include <QSqlQuery>
 #include <QVariantList>
 #include <functional>
+#include <future>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -26,6 +27,12 @@ namespace tillbook::engine {
 class HeldAdditions;
 class SqliteStatements;
 struct ViewDef;
+
+// A password being compared with a user's hash on a thread of its own (see CompanyStore::startPasswordCheck).
+struct PasswordCheck {
+    std::future<bool> matches;
+    bool outdated = false; // the user's hash is of an older scheme or cost
+};
 
 class CompanyStore {
 public:
@@ -47,6 +54,17 @@ public:
     // hash. nullptr for an unknown user or a wrong password alike. Throws as open() does.
     static std::unique_ptr<CompanyStore> signIn(const QString& databaseId, const QString& user,
                                                 const QString& password);
+    // signIn in two halves, so that the caller may read the store while the password is checked: on SQLite
+    // the store is opened and the password's check set going; on PostgreSQL it is all done at the start.
+    // finishSignIn waits for the check and gives the store, or nullptr for an unknown user or a wrong
+    // password; what was read meanwhile is then to be thrown away unseen.
+    struct StartedSignIn {
+        std::unique_ptr<CompanyStore> store; // nullptr: refused already
+        std::optional<PasswordCheck> check;  // none: nothing left to check
+    };
+    static StartedSignIn startSignIn(const QString& databaseId, const QString& user, const QString& password);
+    static std::unique_ptr<CompanyStore> finishSignIn(StartedSignIn& started, const QString& user,
+                                                      const QString& password);
 
     ~CompanyStore();
     CompanyStore(const CompanyStore&) = delete;
@@ -115,6 +133,9 @@ public:
     // it). Takes as long for an unknown user as for a known one. A good password stored by an older scheme or
     // at a lower cost is stored anew at today's.
     bool checkPassword(const QString& name, const QString& password);
+    // checkPassword in two halves (SQLite only): the hash worked out on a thread of its own, then waited for.
+    PasswordCheck startPasswordCheck(const QString& name, const QString& password);
+    bool passwordChecked(PasswordCheck& check, const QString& name, const QString& password);
 
     // Indexes of the views' other keys, and the customers in name order; a bulk load creates them after
     // the rows are in.

@@ -5,6 +5,7 @@
 #include "ledger/engine/Transaction.h"
 
 #include <QSqlRecord>
+#include <future>
 
 namespace tillbook::engine {
 
@@ -85,15 +86,29 @@ std::optional<PasswordHash> CompanyStore::userHash(const QString& name) {
 bool CompanyStore::checkPassword(const QString& name, const QString& password) {
     if (m_location.postgres) // the server's to say: can the user's login sign in with it
         return signIn(m_location.companyId, name, password) != nullptr;
-    const std::optional<PasswordHash> stored = userHash(name);
-    if (!stored) {
+    PasswordCheck check = startPasswordCheck(name, password);
+    return passwordChecked(check, name, password);
+}
+
+PasswordCheck CompanyStore::startPasswordCheck(const QString& name, const QString& password) {
+    std::optional<PasswordHash> stored = userHash(name);
+    PasswordCheck check;
+    check.outdated = stored && stored->isOutdated();
+    check.matches = std::async(std::launch::async, [stored = std::move(stored), password] {
         // The same work as for a user, so the time taken does not tell that there is none.
-        (void)PasswordHash::standIn().matches(password);
+        if (!stored) {
+            (void)PasswordHash::standIn().matches(password);
+            return false;
+        }
+        return stored->matches(password);
+    });
+    return check;
+}
+
+bool CompanyStore::passwordChecked(PasswordCheck& check, const QString& name, const QString& password) {
+    if (!check.matches.get())
         return false;
-    }
-    if (!stored->matches(password))
-        return false;
-    if (stored->isOutdated() && !m_readOnly && !inTransaction()) {
+    if (check.outdated && !m_readOnly && !inTransaction()) {
         try {
             setUser(name, password);
         } catch (const LedgerError&) {

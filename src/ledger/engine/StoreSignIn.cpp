@@ -31,10 +31,8 @@ std::unique_ptr<CompanyStore> CompanyStore::signIn(const QString& databaseId, co
                                                    const QString& password) {
     CompanyLocation location = locateCompany(databaseId);
     if (!location.postgres) {
-        std::unique_ptr<CompanyStore> store = open(databaseId);
-        if (!store->checkPassword(user, password))
-            return nullptr;
-        return store;
+        StartedSignIn started = startSignIn(databaseId, user, password);
+        return finishSignIn(started, user, password);
     }
     // No password would let libpq take one from PGPASSWORD or ~/.pgpass: no user of a company has none.
     if (password.isEmpty() || user.trimmed().isEmpty())
@@ -59,6 +57,23 @@ std::unique_ptr<CompanyStore> CompanyStore::signIn(const QString& databaseId, co
     if (!store->hasUser(user))
         return nullptr;
     return store;
+}
+
+CompanyStore::StartedSignIn CompanyStore::startSignIn(const QString& databaseId, const QString& user,
+                                                      const QString& password) {
+    if (locateCompany(databaseId).postgres)
+        return {signIn(databaseId, user, password), std::nullopt};
+    StartedSignIn started{open(databaseId), std::nullopt};
+    started.check = started.store->startPasswordCheck(user, password);
+    return started;
+}
+
+std::unique_ptr<CompanyStore> CompanyStore::finishSignIn(StartedSignIn& started, const QString& user,
+                                                         const QString& password) {
+    if (started.store && started.check && !started.store->passwordChecked(*started.check, user, password))
+        started.store.reset();
+    started.check.reset();
+    return std::move(started.store);
 }
 
 } // namespace tillbook::engine
