@@ -5,6 +5,7 @@
 #include "support/Company.h"
 #include "support/ExpectBox.h"
 #include "ui/Help.h"
+#include "ui/frmAbout.h"
 #include "ui/frmHelp.h"
 #include "ui/frmWorking.h"
 
@@ -62,6 +63,22 @@ private slots:
                   "own help window instead.",
                   vbOKOnly + vbInformation, "Tillbook"));
         QVERIFY(shownHelp());
+    }
+
+    void systemInformationStartsAnInstalledProgramOrSaysItIsUnavailable() {
+        QStringList started;
+        setShellRecorder([&started](const QString& line) { started << line; });
+        test::ExpectBox answers;
+        frmAbout box;
+        box.cmdSysInfo_Click();
+        QVERIFY(answers(1, "System Information Is Unavailable At This Time"));
+        QFile program(bin.filePath("hardinfo"));
+        QVERIFY(program.open(QIODevice::WriteOnly) &&
+                program.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
+        box.cmdSysInfo_Click();
+        setShellRecorder({});
+        QCOMPARE(answers.asked.size(), 1);
+        QCOMPARE(started, QStringList{'"' + bin.filePath("hardinfo") + '"'});
     }
 
     void theBarFollowsTheReadingOnlyWhileTheWindowIsShown() {
