@@ -50,23 +50,16 @@ protected:
         db.setPassword(password);
         return db;
     }
-    static QSqlDatabase clerk() {
-        QSqlDatabase db = connectAs(Company + QStringLiteral(".CLERK"), ClerkPassword);
-        EXPECT_TRUE(db.open()) << db.lastError().text().toStdString();
-        return db;
-    }
-    static ToolResult asClerk(QStringList arguments, const QByteArray& input = {}) {
-        return runTool(arguments << "--user"
-                                 << "CLERK"
-                                 << "--password" << ClerkPassword,
-                       input);
+    static ToolResult asClerk(const QStringList& arguments, const QByteArray& input = {}) {
+        return runTool(arguments + QStringList{"--user", "CLERK", "--password", ClerkPassword}, input);
     }
 
     TestStore m_store{StoreKind::Postgres};
 };
 
 TEST_F(ClerkLoginTest, AClerksLoginReadsNoSecretAndChangesNothingButWhatTheTillsWrite) {
-    QSqlDatabase db = clerk();
+    QSqlDatabase db = connectAs(Company + QStringLiteral(".CLERK"), ClerkPassword);
+    ASSERT_TRUE(db.open()) << db.lastError().text().toStdString();
     QSqlQuery query(db);
     const std::pair<const char*, bool> statements[] = {
         {"SELECT rolpassword FROM pg_authid", false},
@@ -107,13 +100,8 @@ TEST_F(ClerkLoginTest, TheServerChecksASignInAndTheLedgerSaysSoInItsOwnWords) {
     for (const auto& [user, password] :
          {std::pair{"CLERK", "clerk-pw1"}, std::pair{"NOBODY", "Clerk-Pw1"}, std::pair{"CLERK", ""}}) {
         Session session;
-        try {
-            session.open(QString::fromLatin1(user), QString::fromLatin1(password), Company,
-                         QDate(2025, 3, 14));
-            ADD_FAILURE() << user << " signed in with " << password;
-        } catch (const LedgerError& e) {
-            EXPECT_TRUE(e.description().contains("user name or password is not correct")) << e.what();
-        }
+        expectFailure([&] { session.open(user, password, Company, QDate(2025, 3, 14)); },
+                      "user name or password is not correct");
     }
     EXPECT_FALSE(connectAs(Company + QStringLiteral(".CLERK"), QStringLiteral("wrong")).open());
     Session session;

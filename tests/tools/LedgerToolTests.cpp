@@ -7,7 +7,6 @@
 #include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
-#include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QThread>
 #include <gtest/gtest.h>
@@ -35,16 +34,12 @@ protected:
         qunsetenv("TILLBOOK_TODAY");
     }
     QString companyFile() const { return QDir(m_company->dataFolder()).filePath("SAMINC.sqlite"); }
-    // Runs `act` on a connection of its own to the company's file, as a tool outside the program would.
-    void onTheFile(const std::function<void(QSqlQuery&)>& act) const {
-        {
-            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("by hand"));
-            db.setDatabaseName(companyFile());
-            ASSERT_TRUE(db.open());
-            QSqlQuery query(db);
-            act(query);
-        }
-        QSqlDatabase::removeDatabase(QStringLiteral("by hand"));
+    // A value the store gives for `sql`, read past every view.
+    QVariant valueOf(const QString& sql) const {
+        const auto store = m_company->store();
+        QSqlQuery query = store->prepare(sql);
+        store->run(query);
+        return query.next() ? query.value(0) : QVariant();
     }
 
     std::unique_ptr<Company> m_company;
@@ -197,15 +192,11 @@ TEST_F(LedgerToolTest, AReadOnlyCompanyCanBeBrowsedButNotChanged) {
 // Overwrites the end of a customers' index's root page, where its cells lie: the rows stay readable, the
 // index no longer matches them.
 TEST_F(LedgerToolTest, ADamagedStoreIsReportedAndNotWritten) {
-    qint64 page = 0, root = 0;
-    onTheFile([&](QSqlQuery& query) {
-        ASSERT_TRUE(query.exec("PRAGMA page_size") && query.next());
-        page = query.value(0).toInt();
-        ASSERT_TRUE(query.exec("SELECT i.rootpage FROM sqlite_master i JOIN sqlite_master t ON t.name = "
-                               "i.tbl_name WHERE i.type = 'index' AND t.sql LIKE '%\"NAMECUST\"%' LIMIT 1") &&
-                    query.next());
-        root = query.value(0).toInt();
-    });
+    const qint64 page = valueOf("PRAGMA page_size").toLongLong();
+    const qint64 root = valueOf("SELECT i.rootpage FROM sqlite_master i JOIN sqlite_master t ON t.name = "
+                                "i.tbl_name WHERE i.type = 'index' AND t.sql LIKE '%\"NAMECUST\"%' LIMIT 1")
+                            .toLongLong();
+    ASSERT_GT(page * root, 0);
     QFile file(companyFile());
     ASSERT_TRUE(file.open(QIODevice::ReadWrite) && file.seek(root * page - 300));
     file.write(QByteArray(300, '\x7f'));
@@ -225,15 +216,11 @@ TEST_F(LedgerToolTest, CheckHoldsBatchesAgainstTheAuditTrail) {
     ASSERT_EQ(saved.exitCode, 0) << saved.out.toStdString();
     ASSERT_EQ(runTool({"post-batch", "SAMINC", "1"}).exitCode, 0);
     ASSERT_EQ(runTool({"check", "SAMINC"}).exitCode, 0);
-    onTheFile([](QSqlQuery& query) {
-        for (const char* sql :
-             {"UPDATE ARTCR SET AMTRMIT = 1000000, AMTRMITTC = 1000000, AMTRMITHC = 1000000, "
-              "REMUNAPLTC = 1000000",
-              "UPDATE ARBTA SET AMTENTER = 1000000"})
-            ASSERT_TRUE(query.exec(sql)) << sql;
-        ASSERT_TRUE(query.exec("SELECT WHO, WHAT FROM TB_AUDIT ORDER BY AT") && query.last());
-        EXPECT_EQ(query.value(0).toString() + ' ' + query.value(1).toString(), "ADMIN batch posted");
-    });
+    m_company->store()->execute("UPDATE ARTCR SET AMTRMIT = 1000000, AMTRMITTC = 1000000, AMTRMITHC = "
+                                "1000000, REMUNAPLTC = 1000000");
+    m_company->store()->execute("UPDATE ARBTA SET AMTENTER = 1000000");
+    EXPECT_EQ(valueOf("SELECT WHO || ' ' || WHAT FROM TB_AUDIT ORDER BY AT DESC LIMIT 1").toString(),
+              "ADMIN batch posted");
     const ToolResult checked = runTool({"check", "SAMINC"});
     EXPECT_EQ(checked.exitCode, 1);
     EXPECT_TRUE(checked.out.contains("its audit trail saved 1 of 100.000")) << checked.out.toStdString();

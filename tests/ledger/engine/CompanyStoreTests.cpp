@@ -10,6 +10,7 @@
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QThread>
 #include <set>
 #include <sys/stat.h>
@@ -128,6 +129,28 @@ TEST(CompanyFileTest, ACompanysFilesAreTheOwnersOnly) {
         EXPECT_EQ(QFile::permissions(file),
                   QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser)
             << file.toStdString();
+}
+
+// A file that is not a company is refused and left as it was, not taken over.
+TEST(CompanyFileTest, AnEmptyOrForeignFileIsNoCompanyAndStaysAsItWas) {
+    const Company store;
+    const QString path = QDir(store.dataFolder()).filePath(QStringLiteral("EMPTY.sqlite"));
+    for (const QByteArray& content : {QByteArray(), QByteArray("id,name\n1,Anna\n")}) {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(content) >= 0);
+        file.close();
+        expectFailure([] { CompanyStore::open(QStringLiteral("EMPTY")); }, "is not a Tillbook company");
+        EXPECT_EQ(QFileInfo(path).size(), content.size());
+    }
+}
+
+// A company made before a field was added to its view gets the field's column when this program opens it.
+TEST_P(CompanyTest, AnOlderCompanyGetsTheColumnsOfNewFields) {
+    for (const char* column : {"AUDTDATE", "AUDTTIME"})
+        CompanyStore::open(m_id)->execute(
+            QStringLiteral("ALTER TABLE \"ARTCR\" DROP COLUMN \"%1\"").arg(column));
+    EXPECT_NO_THROW(CompanyStore::open(m_id)->execute(
+        QStringLiteral("SELECT \"AUDTDATE\", \"AUDTTIME\" FROM \"ARTCR\"")));
 }
 
 TEST_P(CompanyTest, TillsTakingNumbersAtOnceNeverShareOne) {
