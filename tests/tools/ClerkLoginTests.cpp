@@ -26,7 +26,6 @@ protected:
     void SetUp() override {
         if (!m_store.unavailableReason().isEmpty())
             GTEST_SKIP() << "PostgreSQL is not available: " << m_store.unavailableReason().toStdString();
-        qputenv("TILLBOOK_TODAY", "2025-03-14");
         const ToolResult created =
             runTool({"create", Company, "--force", "--sample", "--customers", "5", "--documents", "30"});
         ASSERT_EQ(created.exitCode, 0) << created.err.toStdString();
@@ -34,7 +33,6 @@ protected:
         ASSERT_EQ(added.exitCode, 0) << added.err.toStdString();
     }
     void TearDown() override {
-        qunsetenv("TILLBOOK_TODAY");
         for (const QString& name : QSqlDatabase::connectionNames())
             QSqlDatabase::removeDatabase(name);
     }
@@ -54,6 +52,7 @@ protected:
         return runTool(arguments + QStringList{"--user", "CLERK", "--password", ClerkPassword}, input);
     }
 
+    ScopedEnv m_today{"TILLBOOK_TODAY", QByteArray("2025-03-14")};
     TestStore m_store{StoreKind::Postgres};
 };
 

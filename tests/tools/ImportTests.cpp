@@ -44,9 +44,7 @@ protected:
         m_store = std::make_unique<TestStore>(GetParam());
         if (!m_store->unavailableReason().isEmpty())
             GTEST_SKIP() << "PostgreSQL is not available: " << m_store->unavailableReason().toStdString();
-        qputenv("TILLBOOK_TODAY", "2025-03-15");
     }
-    void TearDown() override { qunsetenv("TILLBOOK_TODAY"); }
 
     QString company(const QStringList& createArguments = {}) {
         const QString id = TestStore::uniqueId(QStringLiteral("I"));
@@ -56,6 +54,7 @@ protected:
     }
     QString folder(const QString& name) const { return m_dir.filePath(name); }
 
+    ScopedEnv m_today{"TILLBOOK_TODAY", QByteArray("2025-03-15")};
     std::unique_ptr<TestStore> m_store;
     QTemporaryDir m_dir;
 };

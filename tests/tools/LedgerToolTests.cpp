@@ -25,14 +25,7 @@ const QByteArray NewCustomerQ1 = "open c AR0024\ninit c\nput c IDCUST Q1 NAMECUS
 
 class LedgerToolTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        qputenv("TILLBOOK_TODAY", "2025-03-14");
-        m_company = std::make_unique<Company>(CompanyBuilder().sample(40, 300));
-    }
-    void TearDown() override {
-        m_company.reset();
-        qunsetenv("TILLBOOK_TODAY");
-    }
+    void SetUp() override { m_company = std::make_unique<Company>(CompanyBuilder().sample(40, 300)); }
     QString companyFile() const { return QDir(m_company->dataFolder()).filePath("SAMINC.sqlite"); }
     // A value the store gives for `sql`, read past every view.
     QVariant valueOf(const QString& sql) const {
@@ -42,7 +35,8 @@ protected:
         return query.next() ? query.value(0) : QVariant();
     }
 
-    std::unique_ptr<Company> m_company;
+    ScopedEnv m_today{"TILLBOOK_TODAY", QByteArray("2025-03-14")};
+    std::unique_ptr<Company> m_company; // after the date: made with it, gone before it
 };
 
 TEST_F(LedgerToolTest, BrowseWritesCsvInKeyOrderEitherWayQuotingWhereNeeded) {
