@@ -16,7 +16,8 @@ namespace tillbook::bench {
 inline sqlite3* floorConnection(const QString& path) {
     static sqlite3* db = [&path] {
         sqlite3* opened = nullptr;
-        if (sqlite3_open_v2(path.toUtf8().constData(), &opened, SQLITE_OPEN_READWRITE, nullptr) != SQLITE_OK)
+        if (sqlite3_open_v2(path.toUtf8().constData(), &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX,
+                            nullptr) != SQLITE_OK)
             qFatal("cannot open %s: %s", qPrintable(path), sqlite3_errmsg(opened));
         engine::registerNameOrder(opened);
         sqlite3_exec(opened, "PRAGMA busy_timeout=10000", nullptr, nullptr, nullptr);

@@ -21,30 +21,27 @@ Warnings Read_OpenDocuments(ReceiptViews& views, const QString& customer,
     views.BatchView->browse(FilterOpenReceiptBatches, true);
     views.BatchView->fetch();
     views.ReceiptPostView->clear();
-    Field& customerField = views.ReceiptPostView->fields().item(names::PostCustomer);
-    Field& key = views.ReceiptPostView->fields().item(names::PostKey);
-    customerField.putWithoutVerification(customer);
+    views.ReceiptPostView->fields().item(names::PostCustomer).putWithoutVerification(customer);
     const Warnings warnings = views.ReceiptPostView->process();
     views.ReceiptPostView->order(0);
-    // Each field looked up once.
-    std::vector<Field*> sources;
-    sources.reserve(size_t(fields.size()));
+    QStringList fieldNames;
+    fieldNames.reserve(qsizetype(fields.size()));
     for (const FieldName& field : fields)
-        sources.push_back(&views.ReceiptPostView->fields().item(field));
-    for (int n = 1;; ++n) {
-        key.putWithoutVerification(QString::number(n));
-        if (!views.ReceiptPostView->read())
-            return warnings;
+        fieldNames << field.text();
+    const qsizetype apply = fieldNames.indexOf(names::PostApply.text());
+    // The whole list in one pass, each document as reading it by its CNTKEY gives it.
+    views.ReceiptPostView->readAllKept(fieldNames, [&](const std::vector<QVariant>& documentValues) {
         QStringList values;
-        values.reserve(qsizetype(fields.size()));
-        for (qsizetype i = 0; i < qsizetype(fields.size()); ++i) {
-            const QString value = VariantText(sources[size_t(i)]->value());
-            if (fields[size_t(i)].text() == names::PostApply.text() && (value == u"X" || value == u"N"))
+        values.reserve(fieldNames.size());
+        for (qsizetype i = 0; i < fieldNames.size(); ++i) {
+            const QString value = VariantText(documentValues[size_t(i)]);
+            if (i == apply && (value == u"X" || value == u"N"))
                 views.ReceiptHeaderView->clear();
             values << value;
         }
         row(values);
-    }
+    });
+    return warnings;
 }
 
 void Read_CustomerDocuments(ReceiptViews& views, const QString& customer,

@@ -15,7 +15,7 @@ struct ReceiptViews;
 
 using DocumentRowSink = std::function<void(const QStringList& values)>;
 
-// The customer's open documents from the open-document list (AR0061), numbered by CNTKEY from 1: the
+// The customer's open documents from the open-document list (AR0061), in CNTKEY order from 1: the
 // values of `fields` in order; the receipt header view is cleared for a document whose APPLY is "X" or "N".
 // Positions the batch family on an open receipt batch first. Returns the warnings of building the list.
 // Throws LedgerError.

@@ -56,6 +56,11 @@ bool View::read() {
     return engine::guarded(m_core->errors(), [&] { return m_core->read(); });
 }
 
+Warnings View::readAllKept(const QStringList& fields,
+                           const std::function<void(const std::vector<QVariant>& values)>& row) {
+    return engine::guarded(m_core->errors(), [&] { m_core->readAllKept(fields, row); });
+}
+
 Warnings View::update() {
     return engine::guarded(m_core->errors(), [&] { m_core->update(); });
 }

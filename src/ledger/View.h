@@ -10,6 +10,8 @@
 
 #include <QString>
 #include <QStringList>
+#include <QVariant>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -43,6 +45,12 @@ public:
     // compare equal in no set order), else in key order. The current record stays as it was. The way to
     // read a long list at once.
     TextRows readAllText(const QStringList& fields, const QString& collatedBy = QString());
+    // For a view that keeps its records in memory (the open-document list once processed): every record in
+    // key order, the values of `fields` of each handed to `row`, as putting each key and reading would
+    // give them; the record is then left as a read of the key after the last one leaves it. The way to
+    // read the whole list at once.
+    Warnings readAllKept(const QStringList& fields,
+                         const std::function<void(const std::vector<QVariant>& values)>& row);
     void clear();       // a blank record
     Warnings process(); // the view's own processing
     Warnings init();    // a new record with its defaults

@@ -128,7 +128,7 @@ QString numberText(const QVariant& input) {
 
 std::optional<QVariant> convertForPut(const FieldDef& field, const QVariant& input, bool verify,
                                       QString& problem) {
-    const QString label = field.label();
+    const QString& label = field.label();
     std::optional<QVariant> result;
     switch (field.kind) {
     case FieldKind::Text:
@@ -155,7 +155,11 @@ std::optional<QVariant> convertForPut(const FieldDef& field, const QVariant& inp
     case FieldKind::Boolean: {
         bool extra = false;
         std::optional<qint64> value;
-        if (input.metaType().id() == QMetaType::Bool)
+        // The type read inline from the variant: a whole number is put once for every row of a list read.
+        const int id = input.data_ptr().typeId();
+        if (id == QMetaType::Int)
+            value = *static_cast<const int*>(input.constData());
+        else if (id == QMetaType::Bool)
             value = input.toBool() ? 1 : 0;
         else
             value = scaledNumber(input, 0, extra);

@@ -56,6 +56,53 @@ qint64 fromListOrComposed(ViewCore& view, const QString& field, const QString& v
     return other ? wholeField(*other, field) : 0;
 }
 
+// A row of AR0036 (DocumentFields) into a listed document, every member set, so that a document of an
+// earlier list can be written over.
+class DocumentDecoder {
+public:
+    DocumentDecoder(QDate receiptDate, const QHash<QString, PendingAmounts>& pending)
+        : m_date(receiptDate), m_pending(pending), m_source(viewDef(QStringLiteral("AR0036"))),
+          m_amount(def(SourceAmount)), m_due(def(SourceDue)), m_discount(def(SourceDiscount)) {}
+
+    void operator()(const StoredRow& row, OpenDocument& d) const {
+        row.textInto(SourceNumber, d.number);
+        d.typeId = int(row.integer(SourceTypeId));
+        d.type = int(row.integer(SourceType));
+        row.textInto(SourceDescription, d.description);
+        d.date = storedDate(row.integer(SourceDate));
+        d.dueDate = storedDate(row.integer(SourceDueDate));
+        d.discountDate = storedDate(row.integer(SourceDiscountDate));
+        row.textInto(SourcePurchaseOrder, d.purchaseOrder);
+        row.textInto(SourceOrder, d.order);
+        d.scheduledPayments = row.integer(SourcePayments);
+        row.textInto(SourceRemittance, d.remittance);
+        d.amount = storedMoney(m_amount, row.integer(SourceAmount));
+        d.due = storedMoney(m_due, row.integer(SourceDue));
+        // A discount is available up to its date, judged by the receipt's.
+        d.discountAvailable = d.discountDate.isValid() && m_date <= d.discountDate
+                                  ? storedMoney(m_discount, row.integer(SourceDiscount))
+                                  : Money();
+        const auto others = m_pending.constFind(d.number);
+        const PendingAmounts held = others != m_pending.constEnd() ? *others : PendingAmounts{};
+        d.pendingPayments = held.payments;
+        d.pendingDiscounts = held.discounts;
+        d.pendingAdjustments = held.adjustments;
+        d.applied = d.discountTaken = d.adjustment = Money();
+    }
+
+private:
+    const FieldDef& def(Source column) const {
+        return m_source.fields[size_t(m_source.fieldIndex(DocumentFields[column]))];
+    }
+
+    QDate m_date;
+    const QHash<QString, PendingAmounts>& m_pending;
+    const ViewDef& m_source;
+    const FieldDef& m_amount;
+    const FieldDef& m_due;
+    const FieldDef& m_discount;
+};
+
 } // namespace
 
 bool OpenDocument::hasPending() const {
@@ -107,47 +154,23 @@ void OpenDocumentList::process(ViewCore& view) {
     // What other entries apply is read before what is due: a posting committed in between then counts
     // twice (what is left is shown short, never over), and the entry's insert checks again under lock.
     const auto pending = pendingApplications(view.store(), customer, m_batch, m_entry);
-    const ViewDef& source = viewDef(QStringLiteral("AR0036"));
-    const auto def = [&source](Source column) -> const FieldDef& {
-        return source.fields[size_t(source.fieldIndex(DocumentFields[column]))];
-    };
-    const FieldDef& amountDef = def(SourceAmount);
-    const FieldDef& dueDef = def(SourceDue);
-    const FieldDef& discountDef = def(SourceDiscount);
+    const DocumentDecoder decode(date, pending);
     // Invoices, debit notes, credit notes and interest with something still due, each decoded as it is read
-    // into the spare list (whose room is kept from one list to the next); the list before stays whole
-    // should the read fail.
+    // over the documents of the list before the last (their strings' room reused); the list before stays
+    // whole should the read fail.
     std::vector<OpenDocument>& documents = m_spare;
-    documents.clear();
+    size_t count = 0;
     readEachRow(view.store(), QStringLiteral("AR0036"), {{QStringLiteral("IDCUST"), customer}},
                 DocumentFields, {QStringLiteral("IDINVC")},
                 QStringLiteral("\"AMTDUETC\" <> 0 AND \"TRXTYPETXT\" IN (1, 2, 3, 4)"),
                 [&](const StoredRow& row) {
-                    OpenDocument& document = documents.emplace_back();
-                    document.number = row.text(SourceNumber);
-                    document.typeId = int(row.integer(SourceTypeId));
-                    document.type = int(row.integer(SourceType));
-                    document.description = row.text(SourceDescription);
-                    document.date = storedDate(row.integer(SourceDate));
-                    document.dueDate = storedDate(row.integer(SourceDueDate));
-                    document.discountDate = storedDate(row.integer(SourceDiscountDate));
-                    document.purchaseOrder = row.text(SourcePurchaseOrder);
-                    document.order = row.text(SourceOrder);
-                    document.scheduledPayments = row.integer(SourcePayments);
-                    document.remittance = row.text(SourceRemittance);
-                    document.amount = storedMoney(amountDef, row.integer(SourceAmount));
-                    document.due = storedMoney(dueDef, row.integer(SourceDue));
-                    if (document.discountDate.isValid() && date <= document.discountDate)
-                        document.discountAvailable = storedMoney(discountDef, row.integer(SourceDiscount));
-                    const auto others = pending.constFind(document.number);
-                    if (others != pending.constEnd()) {
-                        document.pendingPayments = others->payments;
-                        document.pendingDiscounts = others->discounts;
-                        document.pendingAdjustments = others->adjustments;
-                    }
+                    if (count == documents.size())
+                        documents.emplace_back();
+                    decode(row, documents[count++]);
                 });
+    documents.resize(count);
+    // The list just replaced is kept as the spare, for the next list to be decoded over.
     std::swap(m_documents, m_spare);
-    m_spare.clear();
     view.set(QStringLiteral("PAYMTYPE"), QStringLiteral("CA"));
     view.set(QStringLiteral("CNTBTCH"), qlonglong(m_batch));
     view.set(QStringLiteral("CNTITEM"), qlonglong(m_entry));
@@ -210,43 +233,74 @@ const OpenDocumentList::ShownFields& OpenDocumentList::shown(const ViewCore& vie
     return *m_shown;
 }
 
-void OpenDocumentList::show(ViewCore& view, int key) {
+// Hands each field the list shows, with its value for the document numbered `key`, to `visit`.
+template <typename Visit>
+void OpenDocumentList::eachShown(const ShownFields& f, int key, const Visit& visit) const {
     const OpenDocument& d = m_documents[size_t(key - 1)];
-    const ShownFields& f = shown(view);
+    visit(f.paymentType, QStringLiteral("CA"));
+    visit(f.batch, qlonglong(m_batch));
+    visit(f.entry, qlonglong(m_entry));
+    visit(f.key, key); // an int, as a put of the key holds it
+    visit(f.customer, m_customer);
+    visit(f.number, d.number);
+    visit(f.type, d.type);
+    visit(f.typeId, d.typeId);
+    visit(f.date, d.date);
+    visit(f.dueDate, d.dueDate);
+    visit(f.discountDate, d.discountDate);
+    visit(f.purchaseOrder, d.purchaseOrder);
+    visit(f.order, d.order);
+    visit(f.documentString, d.order);
+    visit(f.remittance, d.remittance);
+    visit(f.description, d.description);
+    visit(f.payments, qlonglong(d.scheduledPayments + 1));
+    visit(f.amount, d.amount);
+    visit(f.due, d.due);
+    visit(f.pendingPayments, d.pendingPayments);
+    visit(f.pendingDiscounts, d.pendingDiscounts);
+    visit(f.pendingAdjustments, d.pendingAdjustments);
+    visit(f.pendingBalance, d.pendingBalance());
+    visit(f.payment, d.applied);
+    visit(f.paymentAmount, d.applied);
+    visit(f.discount, d.discountTaken);
+    visit(f.adjustment, d.adjustment);
+    visit(f.net, d.netBalance());
+    visit(f.discountAvailable, d.discountAvailable);
+    visit(f.discountShown, d.discountAvailable);
+    visit(f.discountAmount, d.discountAvailable);
+    visit(f.apply, d.applyFlag());
+}
+
+void OpenDocumentList::show(ViewCore& view, int key) {
     // Each value is written over the one the previous document left in the field.
-    const auto amount = [&](int field, Money value) { view.setAs(field, value); };
-    view.setAs(f.paymentType, QStringLiteral("CA"));
-    view.setAs(f.batch, qlonglong(m_batch));
-    view.setAs(f.entry, qlonglong(m_entry));
-    view.setAs(f.key, qlonglong(key));
-    view.setAs(f.customer, m_customer);
-    view.setAs(f.number, d.number);
-    view.setAs(f.type, d.type);
-    view.setAs(f.typeId, d.typeId);
-    view.setAs(f.date, d.date);
-    view.setAs(f.dueDate, d.dueDate);
-    view.setAs(f.discountDate, d.discountDate);
-    view.setAs(f.purchaseOrder, d.purchaseOrder);
-    view.setAs(f.order, d.order);
-    view.setAs(f.documentString, d.order);
-    view.setAs(f.remittance, d.remittance);
-    view.setAs(f.description, d.description);
-    view.setAs(f.payments, qlonglong(d.scheduledPayments + 1));
-    amount(f.amount, d.amount);
-    amount(f.due, d.due);
-    amount(f.pendingPayments, d.pendingPayments);
-    amount(f.pendingDiscounts, d.pendingDiscounts);
-    amount(f.pendingAdjustments, d.pendingAdjustments);
-    amount(f.pendingBalance, d.pendingBalance());
-    amount(f.payment, d.applied);
-    amount(f.paymentAmount, d.applied);
-    amount(f.discount, d.discountTaken);
-    amount(f.adjustment, d.adjustment);
-    amount(f.net, d.netBalance());
-    amount(f.discountAvailable, d.discountAvailable);
-    amount(f.discountShown, d.discountAvailable);
-    amount(f.discountAmount, d.discountAvailable);
-    view.setAs(f.apply, d.applyFlag());
+    eachShown(shown(view), key, [&view](int field, const auto& value) { view.setAs(field, value); });
+}
+
+void OpenDocumentList::readAllKept(ViewCore& view, const std::vector<int>& fields, const KeptRowSink& row) {
+    const ShownFields& f = shown(view);
+    // Where each asked field goes in the row; a field the list does not show keeps the record's value.
+    std::vector<int> slot(view.def().fields.size(), -1);
+    std::vector<QVariant> values(fields.size());
+    for (size_t i = 0; i < fields.size(); ++i) {
+        values[i] = view.value(fields[i]);
+        if (slot[size_t(fields[i])] < 0)
+            slot[size_t(fields[i])] = int(i);
+    }
+    const auto fill = [&](int field, const auto& value) {
+        if (const int at = slot[size_t(field)]; at >= 0)
+            assignValue(values[size_t(at)], value);
+    };
+    // The size is looked at again after each row, should what `row` does change the list.
+    for (size_t k = 0; k < m_documents.size(); ++k) {
+        eachShown(f, int(k + 1), fill);
+        for (size_t i = 0; i < fields.size(); ++i) // a field asked for twice
+            if (const int first = slot[size_t(fields[i])]; first != int(i))
+                values[i] = values[size_t(first)];
+        row(values);
+    }
+    if (!m_documents.empty())
+        show(view, int(m_documents.size()));
+    view.setAs(f.key, int(m_documents.size() + 1));
 }
 
 void OpenDocumentList::updateKept(ViewCore& view) {

@@ -54,6 +54,7 @@ public:
     bool keepsRecords() const override { return true; }
     bool readKept(ViewCore& view) override;
     void updateKept(ViewCore& view) override;
+    void readAllKept(ViewCore& view, const std::vector<int>& fields, const KeptRowSink& row) override;
 
     const QString& customer() const { return m_customer; }
     const std::vector<OpenDocument>& documents() const { return m_documents; }
@@ -64,6 +65,7 @@ public:
 
 private:
     void show(ViewCore& view, int key);
+    template <typename Visit> void eachShown(const ShownFields& f, int key, const Visit& visit) const;
     const ShownFields& shown(const ViewCore& view);
 
     std::shared_ptr<const ShownFields> m_shown;

@@ -23,7 +23,7 @@ struct FieldDef {
     QString referencedView; // a code that must exist in this view, checked by a verified put
 
     // How a clerk reads the field's name in a message: its title, or its name when it has none.
-    QString label() const { return title.isEmpty() ? name : title; }
+    const QString& label() const { return title.isEmpty() ? name : title; }
 };
 
 struct KeyDef {

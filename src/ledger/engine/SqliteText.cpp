@@ -4,6 +4,7 @@
 
 #include <QSqlDatabase>
 #include <QSqlDriver>
+#include <algorithm>
 #include <memory>
 #include <sqlite3.h>
 
@@ -112,6 +113,23 @@ void SqliteStatements::readEach(const QString& sql, const QVariantList& paramete
             if (!text)
                 return QString();
             return QString::fromUtf8(text, sqlite3_column_bytes(m_statement, column));
+        }
+        void textInto(int column, QString& into) const override {
+            const auto* text =
+                reinterpret_cast<const unsigned char*>(sqlite3_column_text(m_statement, column));
+            if (!text) {
+                into = QString();
+                return;
+            }
+            const qsizetype size = sqlite3_column_bytes(m_statement, column);
+            // Plain ASCII is widened where the string stands, without a new block; anything else is decoded.
+            if (!into.isDetached() ||
+                std::any_of(text, text + size, [](unsigned char c) { return c >= 0x80; })) {
+                into = QString::fromUtf8(reinterpret_cast<const char*>(text), size);
+                return;
+            }
+            into.resize(size);
+            std::copy(text, text + size, reinterpret_cast<char16_t*>(into.data()));
         }
 
     private:

@@ -15,6 +15,9 @@ public:
     virtual qint64 integer(int column) const = 0;
     // A text column; NULL reads as a null string.
     virtual QString text(int column) const = 0;
+    // The same into `into`, reusing its room where it holds a string of its own: for a reader that keeps
+    // its rows from one read to the next and decodes the next read over them.
+    virtual void textInto(int column, QString& into) const { into = text(column); }
 
 protected:
     ~StoredRow() = default;

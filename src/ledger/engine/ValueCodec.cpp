@@ -62,9 +62,22 @@ Money storedMoney(const FieldDef& field, qint64 scaled) {
 }
 
 QDate storedDate(qint64 ymd) {
-    if (ymd <= 0)
+    // The day number is worked out here rather than by QDate(y, m, d), which goes through the calendar
+    // system: a list of open documents decodes three dates a row.
+    const qint64 year = ymd / 10000;
+    const int month = int(ymd / 100 % 100);
+    const int day = int(ymd % 100);
+    if (year < 1 || month < 1 || month > 12 || day < 1)
         return QDate();
-    return QDate(int(ymd / 10000), int(ymd / 100 % 100), int(ymd % 100));
+    const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
+    static constexpr int MonthDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    if (day > MonthDays[month - 1] + (month == 2 && leap ? 1 : 0))
+        return QDate();
+    // The Julian day number of a Gregorian date (Fliegel and Van Flandern).
+    const qint64 march = (14 - month) / 12;
+    const qint64 y = year + 4800 - march;
+    const qint64 m = month + 12 * march - 3;
+    return QDate::fromJulianDay(day + (153 * m + 2) / 5 + 365 * y + y / 4 - y / 100 + y / 400 - 32045);
 }
 
 QVariant defaultValue(const FieldDef& field) {

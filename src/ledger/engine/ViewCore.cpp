@@ -103,11 +103,15 @@ void ViewCore::put(int field, const QVariant& input, bool verify) {
         errors().fail(problem);
     if (verify)
         m_rules->checkPut(*this, field, *converted);
-    set(field, *converted);
+    set(field, std::move(*converted));
 }
 
 void ViewCore::set(int field, const QVariant& value) {
-    m_values[size_t(field)] = value;
+    set(field, QVariant(value));
+}
+
+void ViewCore::set(int field, QVariant&& value) {
+    m_values[size_t(field)] = std::move(value);
     m_loaded[size_t(field)] = 1;
     m_dirty[size_t(field)] = 1;
 }

@@ -18,6 +18,28 @@
 
 namespace tillbook::engine {
 
+// Writes `value` into `held` where it stands when `held` holds a T already, else makes it hold one: for
+// rules that give out a whole record, record after record. The type and sharing are read from the variant's
+// data inline, since metaType() and data() are calls into Qt, paid dozens of times a record.
+template <typename T> void assignValue(QVariant& held, const T& value) {
+    const QVariant::DataPtr& data = held.data_ptr();
+    if (data.type() == QMetaType::fromType<T>() && !data.is_shared) {
+        T& current = *static_cast<T*>(const_cast<void*>(held.constData()));
+        // A plain value equal to the one held is left alone: most of a record's amounts are the same
+        // from one record to the next (nothing pending, nothing applied).
+        if constexpr (std::is_trivially_copyable_v<T>) {
+            if (current != value)
+                current = value;
+        } else if constexpr (std::is_same_v<T, QString>) {
+            if (!current.isSharedWith(value))
+                current = value;
+        } else {
+            current = value;
+        }
+    } else
+        held = QVariant::fromValue(value);
+}
+
 class ViewCore {
 public:
     ViewCore(std::shared_ptr<SessionState> session, const ViewDef& def);
@@ -46,25 +68,11 @@ public:
     void put(int field, const QVariant& input, bool verify);
     // For rules: sets a value of the field's type without checks.
     void set(int field, const QVariant& value);
+    void set(int field, QVariant&& value);
     void set(const QString& name, const QVariant& v) { set(requireField(name), v); }
-    // As set(), writing over the value where it stands when the field holds one of type T already:
-    // for rules that show a whole record, record after record.
+    // As set(), through assignValue: for rules that show a whole record, record after record.
     template <typename T> void setAs(int field, const T& value) {
-        QVariant& held = m_values[size_t(field)];
-        if (held.metaType() == QMetaType::fromType<T>()) {
-            // A plain value equal to the one held is left alone: most of a record's amounts are the same
-            // from one record to the next (nothing pending, nothing applied).
-            if constexpr (std::is_trivially_copyable_v<T>) {
-                if (*static_cast<const T*>(held.constData()) != value)
-                    *static_cast<T*>(held.data()) = value;
-            } else if constexpr (std::is_same_v<T, QString>) {
-                if (!static_cast<const QString*>(held.constData())->isSharedWith(value))
-                    *static_cast<QString*>(held.data()) = value;
-            } else {
-                *static_cast<T*>(held.data()) = value;
-            }
-        } else
-            held = QVariant::fromValue(value);
+        assignValue(m_values[size_t(field)], value);
         m_loaded[size_t(field)] = 1;
         m_dirty[size_t(field)] = 1;
     }
@@ -81,6 +89,9 @@ public:
     void browse(const QString& filter, bool ascending);
     bool fetch();
     TextRows readAllText(const QStringList& fields, const QString& collatedBy);
+    // For a view that keeps its records (a work list built by process): every record in key order, the
+    // values of `fields` of each handed to `row`, as reading them key by key would give them.
+    void readAllKept(const QStringList& fields, const KeptRowSink& row);
     void clear();
     void init();
     bool read();

@@ -1,5 +1,6 @@
 #include "ledger/engine/ViewRules.h"
 
+#include "ledger/LedgerError.h"
 #include "ledger/engine/ReceiptRules.h"
 #include "ledger/engine/ReferenceChecks.h"
 #include "ledger/engine/ViewCore.h"
@@ -35,6 +36,12 @@ void registerBuiltInRules() {
 }
 
 } // namespace
+
+void ViewRules::readAllKept(ViewCore& view, const std::vector<int>&, const KeptRowSink&) {
+    throw ProgrammingError(QStringLiteral("View %1 keeps no records in memory to read all at once; browse "
+                                          "and fetch its records instead.")
+                               .arg(view.def().id));
+}
 
 void ViewRules::checkPut(ViewCore& view, int field, const QVariant& value) {
     checkReference(view, field, value);

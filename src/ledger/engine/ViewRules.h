@@ -8,10 +8,13 @@
 #include <QVariant>
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace tillbook::engine {
 
 class ViewCore;
+
+using KeptRowSink = std::function<void(const std::vector<QVariant>& values)>;
 
 class ViewRules {
 public:
@@ -39,6 +42,9 @@ public:
     virtual bool keepsRecords() const { return false; }
     virtual bool readKept(ViewCore&) { return false; }
     virtual void updateKept(ViewCore&) {}
+    // Every kept record in key order, the values of `fields` of each handed to `row`; the record is then
+    // left as a read of the key after the last one leaves it.
+    virtual void readAllKept(ViewCore& view, const std::vector<int>& fields, const KeptRowSink& row);
 };
 
 using ViewRulesFactory = std::function<std::unique_ptr<ViewRules>()>;

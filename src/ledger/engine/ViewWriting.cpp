@@ -171,6 +171,17 @@ bool ViewCore::read() {
     return true;
 }
 
+void ViewCore::readAllKept(const QStringList& fields, const KeptRowSink& row) {
+    std::vector<int> indexes;
+    indexes.reserve(size_t(fields.size()));
+    for (const QString& name : fields)
+        indexes.push_back(requireField(name));
+    m_rules->readAllKept(*this, indexes, row);
+    // As after a read of the key past the last record.
+    m_isNew = true;
+    std::fill(m_dirty.begin(), m_dirty.end(), 0);
+}
+
 void ViewCore::clear() {
     blankRecord();
     m_staged.clear();
