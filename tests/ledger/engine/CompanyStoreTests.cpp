@@ -5,6 +5,7 @@
 #include "ledger/engine/CompanyStore.h"
 #include "ledger/engine/PasswordHash.h"
 #include "ledger/engine/StoreFailure.h"
+#include "ledger/engine/StoredRow.h"
 #include "support/Company.h"
 
 #include <QCryptographicHash>
@@ -175,6 +176,26 @@ TEST_P(CompanyTest, TillsTakingNumbersAtOnceNeverShareOne) {
     EXPECT_EQ(all.size(), size_t(Tills * Each));
     EXPECT_EQ(*all.begin(), 1);
     EXPECT_EQ(*all.rbegin(), Tills * Each);
+}
+
+// Text read over strings kept from an earlier read: plain ASCII written where the string stands, anything
+// else decoded, and a string shared with another holder never written through.
+TEST_P(CompanyTest, TextReadOverKeptStringsLeavesTheirOtherHoldersAlone) {
+    QString longer = QString::fromLatin1("an earlier, longer text"), accented = QString::fromLatin1("plain");
+    QString shared = QString::fromLatin1("kept"), blank = QString::fromLatin1("was not blank");
+    const QString otherHolder = shared;
+    CompanyStore::open(m_id)->readEach(QString::fromUtf8("SELECT 'IN1', 'Café Été', 'x', ''"), {},
+                                       [&](const engine::StoredRow& row) {
+                                           row.textInto(0, longer);
+                                           row.textInto(1, accented);
+                                           row.textInto(2, shared);
+                                           row.textInto(3, blank);
+                                       });
+    EXPECT_EQ(longer, "IN1");
+    EXPECT_EQ(accented, QString::fromUtf8("Café Été"));
+    EXPECT_EQ(shared, "x");
+    EXPECT_EQ(otherHolder, "kept");
+    EXPECT_TRUE(blank.isEmpty() && !blank.isNull());
 }
 
 TILLBOOK_EACH_STORE(CompanyTest);

@@ -1,4 +1,5 @@
 // Putting values into fields, verified or not: what is kept, what is refused and what a refusal says.
+#include "ledger/engine/ValueCodec.h"
 #include "support/Company.h"
 
 #include <map>
@@ -116,6 +117,14 @@ TEST_P(FieldPutTest, AnAmountGoesInExactAndNeverAsABinaryFraction) {
     EXPECT_THROW(limit.setValue(12.25), ProgrammingError);
     EXPECT_THROW(limit.putWithoutVerification(12.25f), ProgrammingError);
     EXPECT_EQ(limit.value().toString(), "-0.005");
+}
+// A date column holds yyyymmdd: every day of four centuries reads back as the calendar has it, and a number
+// that is no day of it as no date.
+TEST(StoredDateTest, EveryDayOfTheCalendarAndNoOther) {
+    for (QDate day(1899, 12, 31); day <= QDate(2300, 1, 1); day = day.addDays(1))
+        ASSERT_EQ(engine::storedDate(day.year() * 10000 + day.month() * 100 + day.day()), day);
+    for (qint64 none : {0, -20250101, 101, 20250229, 19000229, 20251301, 20250100, 20250431, 20250001})
+        EXPECT_FALSE(engine::storedDate(none).isValid()) << none;
 }
 
 INSTANTIATE_TEST_SUITE_P(Stores, FieldPutTest, ::testing::Values(StoreKind::Sqlite), storeTestName);

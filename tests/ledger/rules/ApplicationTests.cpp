@@ -42,6 +42,26 @@ TEST_P(ApplicationTest, ListHoldsDocumentsWithAmountDueEachReadShowsItsOwnValues
     EXPECT_EQ(till.text("AR0061", "IDINVC"), "IN2");
     EXPECT_FALSE(readKey(4)); // the paid IN0 is not listed
 
+    // The whole list at once: each document as reading its key gives it (a field asked twice, twice), and
+    // then the record as the read past the last left it.
+    QStringList names;
+    std::vector<QVariant> record;
+    for (int i = 0; i < list.fields().count(); ++i) {
+        names << list.fields().at(i).name();
+        record.push_back(list.fields().at(i).value());
+    }
+    std::vector<std::vector<QVariant>> byKey;
+    for (int key = 1; readKey(key); ++key) {
+        byKey.emplace_back();
+        for (const QString& name : names + QStringList{"IDINVC"})
+            byKey.back().push_back(list.fields().item(name).value());
+    }
+    std::vector<std::vector<QVariant>> atOnce;
+    list.readAllKept(names + QStringList{"IDINVC"}, [&](const auto& values) { atOnce.push_back(values); });
+    EXPECT_EQ(atOnce, byKey);
+    for (int i = 0; i < list.fields().count(); ++i)
+        EXPECT_EQ(list.fields().at(i).value(), record[size_t(i)]) << names[i].toStdString();
+
     ASSERT_TRUE(till.post(receipt(batch, 1, "C1", "60", {2})).PostOK);
     Till second(*m_company);
     ASSERT_TRUE(second.openDocument("C1", 2));
