@@ -12,19 +12,22 @@ TILLBOOK_EACH_STORE(ApplicationTest);
 // A read shows the document's own values in every field, whatever the record held before: another
 // document of the list, or values of other types put by the caller. Other unposted entries show as pending.
 TEST_P(ApplicationTest, ListHoldsDocumentsWithAmountDueEachReadShowsItsOwnValuesAndOthersArePending) {
+    start(CompanyBuilder(GetParam()).known().documents("C3", 3, Money::fromCents(1000)));
     Till till(*m_company);
     const qint64 batch = till.newBatch();
     View& list = till.view("AR0061");
-    const auto shown = [&list] {
+    const auto shownBy = [](View& view) {
         QStringList texts;
-        for (int i = 0; i < list.fields().count(); ++i)
-            texts << list.fields().at(i).name() + u'=' + list.fields().at(i).text();
+        for (int i = 0; i < view.fields().count(); ++i)
+            texts << view.fields().at(i).name() + u'=' + view.fields().at(i).text();
         return texts;
     };
-    const auto readKey = [&](int key) {
-        list.fields().item("CNTKEY").putWithoutVerification(key);
-        return list.read();
+    const auto shown = [&] { return shownBy(list); };
+    const auto readFrom = [](View& view, int key) {
+        view.fields().item("CNTKEY").putWithoutVerification(key);
+        return view.read();
     };
+    const auto readKey = [&](int key) { return readFrom(list, key); };
     ASSERT_TRUE(till.openDocument("C1", 2));
     EXPECT_EQ(till.text("AR0061", "IDINVC"), "IN1");
     EXPECT_EQ(till.text("AR0061", "OBSDISCAMT"), "2.000"); // before 2025-03-20
@@ -57,6 +60,7 @@ TEST_P(ApplicationTest, ListHoldsDocumentsWithAmountDueEachReadShowsItsOwnValues
             byKey.back().push_back(list.fields().item(name).value());
     }
     std::vector<std::vector<QVariant>> atOnce;
+    ASSERT_TRUE(readKey(1));
     list.readAllKept(names + QStringList{"IDINVC"}, [&](const auto& values) { atOnce.push_back(values); });
     EXPECT_EQ(atOnce, byKey);
     for (int i = 0; i < list.fields().count(); ++i)
@@ -68,6 +72,19 @@ TEST_P(ApplicationTest, ListHoldsDocumentsWithAmountDueEachReadShowsItsOwnValues
     EXPECT_EQ(second.text("AR0061", "APPLY"), "X");
     EXPECT_EQ(second.text("AR0061", "PNDPAYTOT"), "60.000");
     EXPECT_EQ(second.text("AR0061", "PENDNGBAL"), "40.000");
+
+    // A list built over older ones shows what one built afresh shows: nothing is kept of the documents
+    // listed before, neither their figures nor what was applied to them.
+    second.field("AR0061", "AMTRMIT").putWithoutVerification(100);
+    second.field("AR0061", "APPLY").setValue("Y");
+    second.view("AR0061").update();
+    second.field("AR0061", "AMTRMIT").putWithoutVerification(0);
+    Till fresh(*m_company);
+    ASSERT_TRUE(second.openDocument("C2", 1) && second.openDocument("C3", 1) && fresh.openDocument("C3", 1));
+    for (int key = 1; key <= 3; ++key) {
+        ASSERT_TRUE(readFrom(second.view("AR0061"), key) && readFrom(fresh.view("AR0061"), key));
+        EXPECT_EQ(shownBy(second.view("AR0061")), shownBy(fresh.view("AR0061"))) << key;
+    }
 }
 
 // Two tills on one batch: the second builds its list of C1's documents for a receipt of 100, then the first
