@@ -98,7 +98,8 @@ TEST_P(FieldPutTest, UnverifiedPutsAreMadeToFit) {
                    {"AR0024", "AMTCRLIMT", "1.2345", "1.235"}, // rounded half away from zero
                    {"AR0024", "AMTCRLIMT", "-1.2345", "-1.235"},
                    {"AR0024", "AMTCRLIMT", "abc", "0.000"},
-                   {"AR0024", "SWACTV", 5, "5"}, // as given, without the list
+                   {"AR0024", "SWACTV", 5, "5"},     // as given, without the list
+                   {"AR0024", "SWACTV", 40000, "0"}, // beyond the 32767 an Integer holds
                    {"AR0024", "DATESTART", "garbage", ""},
                    {"AR0042", "IDCUST", "ZZZ", "ZZZ"},
                },

@@ -85,6 +85,8 @@ TEST_P(ApplicationTest, ListHoldsDocumentsWithAmountDueEachReadShowsItsOwnValues
         ASSERT_TRUE(readFrom(second.view("AR0061"), key) && readFrom(fresh.view("AR0061"), key));
         EXPECT_EQ(shownBy(second.view("AR0061")), shownBy(fresh.view("AR0061"))) << key;
     }
+    ASSERT_TRUE(second.openDocument("C2", 1) && second.openDocument("C2", 1)); // the second over C3's list
+    EXPECT_FALSE(readFrom(second.view("AR0061"), 2));
 }
 
 // Two tills on one batch: the second builds its list of C1's documents for a receipt of 100, then the first
