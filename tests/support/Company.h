@@ -144,15 +144,13 @@ public:
     int count(const QString& viewId, const QVariantHash& equal) const {
         return int(records(viewId, equal, {}).size());
     }
+    // Runs a script of view operations with the ledger tool on the company as it is now, as a builder's
+    // script is run on a made company; for a company made again after the builder's work.
+    void script(const QString& path, const QString& date) const;
 
 private:
     TestStore m_store; // first: the company is made inside its folder
     QString m_id;
-
-public:
-    // Runs a script of view operations with the ledger tool on the company as it is now, as a builder's
-    // script is run on a made company; for a company made again after the builder's work.
-    void script(const QString& path, const QString& date) const;
 };
 
 // A path under the source tree, for scripts and examples.
