@@ -148,7 +148,13 @@ void OpenDocumentList::process(ViewCore& view) {
         view.errors().fail(QStringLiteral("Customer Number \"%1\" does not exist.").arg(customer));
     m_customer = customer;
     m_batch = fromListOrComposed(view, QStringLiteral("CNTBTCH"), QStringLiteral("AR0041"));
-    m_entry = fromListOrComposed(view, QStringLiteral("CNTITEM"), QStringLiteral("AR0042"));
+    // The entry the list is for, whose own lines are not pending: the one put on the list, else the composed
+    // header's while it is being keyed. A header holding a saved entry (as it does from one entry's save
+    // until the next is begun) is not that entry: what it applies is pending for the entry keyed next.
+    m_entry = wholeField(view, QStringLiteral("CNTITEM"));
+    if (ViewCore* header = composedView(view, QStringLiteral("AR0042"));
+        m_entry == 0 && header && header->isNew())
+        m_entry = wholeField(*header, QStringLiteral("CNTITEM"));
     const QDate date = receiptDate(view);
 
     // What other entries apply is read before what is due: a posting committed in between then counts

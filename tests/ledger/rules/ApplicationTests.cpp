@@ -62,6 +62,8 @@ TEST_P(ApplicationTest, ListHoldsDocumentsWithAmountDueEachReadShowsItsOwnValues
     EXPECT_EQ(values(), record);
 
     ASSERT_TRUE(till.post(receipt(batch, 1, "C1", "60", {2})).PostOK);
+    ASSERT_TRUE(till.openDocument("C1", 2)); // the next entry's list: the entry just saved is pending
+    EXPECT_EQ(till.text("AR0061", "PENDNGBAL"), "40.000");
     Till second(*m_company);
     ASSERT_TRUE(second.openDocument("C1", 2));
     EXPECT_EQ(second.text("AR0061", "APPLY"), "X");
