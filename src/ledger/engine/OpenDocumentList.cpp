@@ -287,10 +287,14 @@ void OpenDocumentList::readAllKept(ViewCore& view, const std::vector<int>& field
     // Where each asked field goes in the row; a field the list does not show keeps the record's value.
     std::vector<int> slot(view.def().fields.size(), -1);
     std::vector<QVariant> values(fields.size());
+    std::vector<std::pair<size_t, size_t>> repeats; // a field asked for twice: (where again, where first)
     for (size_t i = 0; i < fields.size(); ++i) {
         values[i] = view.value(fields[i]);
-        if (slot[size_t(fields[i])] < 0)
-            slot[size_t(fields[i])] = int(i);
+        int& first = slot[size_t(fields[i])];
+        if (first < 0)
+            first = int(i);
+        else
+            repeats.emplace_back(i, size_t(first));
     }
     const auto fill = [&](int field, const auto& value) {
         if (const int at = slot[size_t(field)]; at >= 0)
@@ -299,9 +303,8 @@ void OpenDocumentList::readAllKept(ViewCore& view, const std::vector<int>& field
     // The size is looked at again after each row, should what `row` does change the list.
     for (size_t k = 0; k < m_documents.size(); ++k) {
         eachShown(f, int(k + 1), fill);
-        for (size_t i = 0; i < fields.size(); ++i) // a field asked for twice
-            if (const int first = slot[size_t(fields[i])]; first != int(i))
-                values[i] = values[size_t(first)];
+        for (const auto& [again, first] : repeats)
+            values[again] = values[first];
         row(values);
     }
     if (!m_documents.empty())
