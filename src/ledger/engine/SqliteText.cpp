@@ -117,12 +117,17 @@ void SqliteStatements::readEach(const QString& sql, const QVariantList& paramete
         void textInto(int column, QString& into) const override {
             const auto* text =
                 reinterpret_cast<const unsigned char*>(sqlite3_column_text(m_statement, column));
+            if (!text) {
+                into = QString();
+                return;
+            }
             const qsizetype size = sqlite3_column_bytes(m_statement, column);
-            // Plain ASCII is widened where the string stands, without a new block; anything else (NULL too)
-            // is read as text() reads it.
-            if (!text || !into.isDetached() ||
+            // Plain ASCII is widened where the string stands, without a new block; anything else is decoded
+            // here, from the cell already fetched (falling back to text() would fetch it again, for every
+            // blank cell of a list).
+            if (!into.isDetached() ||
                 std::any_of(text, text + size, [](unsigned char c) { return c >= 0x80; })) {
-                into = this->text(column);
+                into = QString::fromUtf8(reinterpret_cast<const char*>(text), size);
                 return;
             }
             into.resize(size);
